@@ -1,0 +1,30 @@
+// The suffix record: one suffix of one input string.
+//
+// A .stpsa file is an array of these records and nothing else, in ascending
+// suffix order (sources/compare.h), every word little-endian. In memory the
+// record has exactly the file layout.
+
+#ifndef PALVOR_SOURCES_SUFFIX_H_
+#define PALVOR_SOURCES_SUFFIX_H_
+
+#include <bit>
+#include <cstdint>
+
+static_assert(std::endian::native == std::endian::little,
+              "files are read and written as they stand in memory");
+
+struct Suffix {
+  uint32_t input;    // input number << 2, and two flag bits, carried unchanged
+  uint32_t pos;      // first character's position in its input, in characters
+  uint32_t prefix0;  // characters 0 to 15, packed (sources/packing.h)
+  uint32_t prefix1;  // characters 16 to 31, packed; zero bits past the end
+};
+static_assert(sizeof(Suffix) == 16);
+
+// Index of the suffix's string in `binaryString` and `blengths`.
+inline uint32_t inputNumber(const Suffix& suffix) { return suffix.input >> 2; }
+
+// The producer's two flag bits; nothing here interprets them.
+inline uint32_t suffixFlags(const Suffix& suffix) { return suffix.input & 3; }
+
+#endif  // PALVOR_SOURCES_SUFFIX_H_
