@@ -1,0 +1,66 @@
+// The ordering of the streams by their current suffixes, as the merge loop
+// sees it: a head to take, and a place to put a stream's next suffix.
+//
+// Behind it stand the merge list (merge/list.h), which hands out LCP entries
+// on the side, or with `hpflag` the merge heap (merge/heap.h), which has none.
+
+#ifndef PALVOR_MERGE_ORDERING_H_
+#define PALVOR_MERGE_ORDERING_H_
+
+#include "merge/heap.h"
+#include "merge/list.h"
+#include "run/options.h"
+#include "sources/lcp_entry.h"
+
+// Allocates the chosen structure for k streams, empty.
+inline void allocateOrdering(int k) {
+  if (hpflag != 0) {
+    allocateHeap(k);
+  } else {
+    allocateList(k);
+  }
+}
+
+// Puts a stream in while priming: nothing is known of its suffix.
+inline void primeStream(int k) {
+  if (hpflag != 0) {
+    insertIntoHeap(k);
+  } else {
+    addList(k);
+  }
+}
+
+// The stream whose current suffix is the smallest, or -1 if no stream is left.
+inline int headStream() {
+  if (hpflag != 0) return heapCounter > 0 ? Heap[0] : -1;
+  return Lfst;
+}
+
+// The LCP entry of the head's suffix with the suffix emitted last; 0 with the
+// heap, which keeps none.
+inline LcpEntry headEntry() { return hpflag != 0 ? 0 : LLCP[Lfst]; }
+
+// The head's stream k has a new current suffix: moves it to its place. With
+// the list, `entry` relates that suffix to the one just emitted.
+inline void moveHead(int k, LcpEntry entry) {
+  if (hpflag != 0) {
+    adjHeap(1);
+  } else {
+    LLCP[k] = LOCP[k] = entry;
+    currlcp = lcpBits(entry);
+    currfbt = lcpFirstbit(entry);
+    addList(-1);
+    addList(k);
+  }
+}
+
+// The head's stream has ended: takes it out.
+inline void dropHead() {
+  if (hpflag != 0) {
+    adjHeap(0);
+  } else {
+    addList(-1);
+  }
+}
+
+#endif  // PALVOR_MERGE_ORDERING_H_

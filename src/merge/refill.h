@@ -1,0 +1,31 @@
+// The refill: a stream's next suffix, and the LCP entry that relates it to the
+// suffix just emitted, which is the one before it in the same stream.
+//
+// Entries are computed for a window of records ahead, one stream at a time:
+// that costs two clock readings per window instead of two per suffix, and the
+// words of strings that the comparisons will read can be asked for early.
+// What is counted, and how often, is the same.
+
+#ifndef PALVOR_MERGE_REFILL_H_
+#define PALVOR_MERGE_REFILL_H_
+
+#include "sources/lcp_entry.h"
+
+// Wall-clock milliseconds spent obtaining LCP values, over the whole run.
+// Written by addLcpTime alone.
+extern int lcpTime;
+int getLCPTime();
+
+// Adds nanoseconds to `lcpTime`; nothing is lost to rounding.
+void addLcpTime(long long nanoseconds);
+
+// Sets the windows up for k streams. Called once, before the first refill.
+void prepareRefill(int k);
+
+// The LCP entry of the record that stream k handed out last and the one before
+// it, which is `currSuffix`: computed, or with `Manzini` read. To be asked
+// once for each record but the stream's first. A common prefix of 2^30 bits or
+// more ends the run.
+LcpEntry refillEntry(int k);
+
+#endif  // PALVOR_MERGE_REFILL_H_

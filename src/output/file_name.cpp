@@ -1,0 +1,3 @@
+#include "output/file_name.h"
+
+constinit char fileName[kFileNameSize] = {};

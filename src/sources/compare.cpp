@@ -1,0 +1,125 @@
+#include "sources/compare.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "run/options.h"
+#include "sources/packing.h"
+#include "sources/strings.h"
+#include "support/report.h"
+
+constinit int comLCP = 0;
+constinit long long np2 = 0;
+constinit double tngb = 0;
+
+namespace {
+
+// A stretch of a packed string, read in slices that need not be aligned.
+struct Reader {
+  Reader(const unsigned* string, unsigned start)
+      : words(string + (start >> 5)), shift(start & 31) {}
+
+  // The 32 bits from slice `w` on. Reads words w and w + 1.
+  uint32_t slice(int w) const { return sliceAt(words + w, shift); }
+
+  // The 64 bits of slices w and w + 1. Reads words w to w + 2.
+  uint64_t twoSlices(int w) const {
+    const uint64_t pair = static_cast<uint64_t>(words[w]) << 32 | words[w + 1];
+    return pair << shift | static_cast<uint64_t>(words[w + 2]) << shift >> 32;
+  }
+
+  const unsigned* words;
+  unsigned shift;  // bits of the first word before the stretch
+};
+
+// Where two suffixes part, after the bits passed over as known.
+struct Parting {
+  int bit;  // first differing bit; only if they differ
+  bool differ;
+  bool after;  // a has the 1 there
+};
+
+// Compares slices 0 to n - 1 of two stretches. Every slice must begin before
+// the end of its string's data, so that the trailer is the last word read.
+inline Parting compareSlices(const Reader& a, const Reader& b, int n) {
+  int w = 0;
+  for (; w + 1 < n; w += 2) {
+    const uint64_t x = a.twoSlices(w);
+    const uint64_t y = b.twoSlices(w);
+    if (x != y) return {32 * w + std::countl_zero(x ^ y), true, x > y};
+  }
+  if (w < n) {
+    const uint32_t x = a.slice(w);
+    const uint32_t y = b.slice(w);
+    if (x != y) return {32 * w + std::countl_zero(x ^ y), true, x > y};
+  }
+  return {0, false, false};
+}
+
+// Compares one word of each, `w` words after the start.
+inline Parting compareWords(uint32_t x, uint32_t y, int w) {
+  return {32 * w + nb32(x ^ y), true, x > y};
+}
+
+// Words that cover `bits` bits; not above 0 if there are none.
+inline int wordsOver(int bits) { return ((bits - 1) >> 5) + 1; }
+
+}  // namespace
+
+int ZEPCompare(const Suffix* a, const Suffix* b, int* fb, int known) {
+  const int restA = remainingBits(*a);
+  const int restB = remainingBits(*b);
+  const int shorter = std::min(restA, restB);
+  const unsigned startA = 2 * a->pos;
+  int skip = 0;
+  Parting parting{};
+
+  bool settled = false;  // by the prefix words
+  if (noprefix == 0 && known <= 63) {
+    const int words = wordsOver(shorter);
+    settled = true;
+    if (a->prefix0 != b->prefix0) {
+      parting = compareWords(a->prefix0, b->prefix0, 0);
+    } else if (words > 1 && a->prefix1 != b->prefix1) {
+      parting = compareWords(a->prefix1, b->prefix1, 1);
+    } else if (words > 2) {
+      settled = false;
+      known = 64;
+    }
+  }
+
+  if (settled) {
+    np2++;
+  } else {
+    // The longest step within the known bits that takes a to a word boundary.
+    if (noprefix == 0) {
+      skip = static_cast<int>(((static_cast<unsigned>(known) + startA) & ~31U) -
+                              startA);
+    }
+    const auto step = static_cast<unsigned>(skip);
+    const int words = wordsOver(shorter - skip);
+    parting = compareSlices(
+        Reader(binaryString[inputNumber(*a)], startA + step),
+        Reader(binaryString[inputNumber(*b)], 2 * b->pos + step), words);
+    tngb += parting.differ ? (parting.bit >> 5) + 1 : std::max(words, 0);
+  }
+
+  // Zero bits follow the end of a string, so a difference past the shorter
+  // suffix's end still says which is the longer.
+  const bool inside = parting.differ && parting.bit < shorter - skip;
+  if (fb != nullptr) {
+    *fb = inside ? 1 : 0;
+    comLCP = inside ? skip + parting.bit : shorter;
+  }
+  if (parting.differ) return parting.after ? 1 : 0;
+  if (restA != restB || fb != nullptr) return restA > restB ? 1 : 0;
+  return inputNumber(*a) > inputNumber(*b) ? 1 : 0;
+}
+
+LcpEntry comparedEntry(int firstbit) {
+  if (comLCP >= kLcpLimit) {
+    die("two suffixes share %d bits: an LCP entry holds less than 2^30\n",
+        comLCP);
+  }
+  return makeLcpEntry(comLCP, firstbit);
+}

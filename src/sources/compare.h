@@ -1,0 +1,53 @@
+// The one suffix order. Every file palvor writes is in the order defined here.
+//
+// A suffix is compared as a bit string (sources/packing.h). Reading from the
+// left,
+//   - at the first bit that differs, the suffix with the 0 sorts first;
+//   - if one suffix ends first, the shorter sorts first;
+//   - if both end together they are equal, and `fb` below decides.
+//
+// Lengths are in bits, and may be odd: CAT is 010011 and CAG is 010010, so
+// they share 5 bits, and CAT sorts after CAG.
+
+#ifndef PALVOR_SOURCES_COMPARE_H_
+#define PALVOR_SOURCES_COMPARE_H_
+
+#include <bit>
+
+#include "sources/lcp_entry.h"
+#include "sources/suffix.h"
+
+// Common prefix, in bits, found by the last call that had an `fb`. Written by
+// ZEPCompare alone; read it before the next call.
+extern int comLCP;
+
+// Work done, for the statistics lines only: no result depends on these.
+// Counted by ZEPCompare.
+extern long long np2;  // calls settled by the prefix words, since a flush
+extern double tngb;    // words of the strings examined, over the whole run
+
+// Leading zero bits of a nonzero word; of the exclusive or of two words, the
+// number of bits by which they start alike.
+inline int nb32(unsigned x) { return std::countl_zero(x); }
+
+// Returns 1 if `a` sorts after `b`, else 0.
+//
+// fb     null: order alone is wanted, and of two equal suffixes the one with
+//        the higher input number sorts after.
+//        Otherwise *fb becomes 1 if they part before the shorter one ends,
+//        else 0; comLCP is set; and equal suffixes give 0 both ways round.
+// known  bits the caller knows to be shared, 0 if none. It is trusted: a value
+//        above the true common prefix gives a wrong order, not an error.
+//
+// Reads the strings and their lengths (sources/strings.h), which must be
+// loaded, up to one word past a string's last character: the zero word that
+// ends every string allows it. The option `noprefix` (run/options.h) changes
+// the route, never the answer. Both records must have an input number below
+// `ninputs` and a position inside that input.
+int ZEPCompare(const Suffix* a, const Suffix* b, int* fb, int known);
+
+// The LCP entry of the last call that had an `fb`, with the firstbit that it
+// gave. A common prefix of 2^30 bits or more does not fit and ends the run.
+LcpEntry comparedEntry(int firstbit);
+
+#endif  // PALVOR_SOURCES_COMPARE_H_

@@ -1,0 +1,14 @@
+// To speak and to die: everything the program says goes to standard error.
+
+#ifndef PALVOR_SUPPORT_REPORT_H_
+#define PALVOR_SUPPORT_REPORT_H_
+
+// Writes "# " and the formatted message, which brings its own line end.
+// Knows nothing of -q: whoever speaks asks first.
+[[gnu::format(printf, 1, 2)]] void say(const char* format, ...);
+
+// Writes "## ERROR: ", flushes, writes the formatted message, which brings its
+// own line end, and ends the process with status 1.
+[[noreturn, gnu::format(printf, 1, 2)]] void die(const char* format, ...);
+
+#endif  // PALVOR_SUPPORT_REPORT_H_
