@@ -4,6 +4,7 @@
 #include "merge/refill.h"
 #include "output/array.h"
 #include "output/counters.h"
+#include "output/tree_buffer.h"
 #include "run/options.h"
 #include "run/values.h"
 #include "sources/lcp_streams.h"
@@ -20,7 +21,11 @@ void initMerge() {
   prepareRefill(k);
   maxIterations = maxIter != 0 ? maxIter : 25000;
   treeBuffSize = outBuffSize;
-  allocateArrayBuffers();
+  if (sarray != 0) {
+    allocateArrayBuffers();
+  } else {
+    allocateTreeBuffers();
+  }
 
   for (int i = 0; i < k; i++) {
     Suffixes[i] = getNextSuf(i);

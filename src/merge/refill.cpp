@@ -102,3 +102,10 @@ void prepareRefill(int k) {
 LcpEntry refillEntry(int k) {
   return Manzini != 0 ? readEntry(k) : computedEntry(k);
 }
+
+LcpEntry emittedEntry() {
+  const long long start = nanoclock();
+  const LcpEntry entry = compareNeighbours(lastSuffix, currSuffix);
+  addLcpTime(nanoclock() - start);
+  return entry;
+}

@@ -28,4 +28,9 @@ void prepareRefill(int k);
 // more ends the run.
 LcpEntry refillEntry(int k);
 
+// The LCP entry of `currSuffix` and `lastSuffix`, the suffix emitted before it,
+// for the heap, whose streams come without entries. Timed one by one, since
+// which pairs are compared shows only as the trees fill up.
+LcpEntry emittedEntry();
+
 #endif  // PALVOR_MERGE_REFILL_H_

@@ -15,6 +15,10 @@ constinit int nlcp = 0;
 constinit double llcp = 0;
 constinit int maxPath = 0;
 
+constinit int case3 = 0;
+constinit int case4 = 0;
+constinit int case6 = 0;
+
 constinit int maxlcp = 0;
 constinit int nmlcp1 = 0;
 constinit int nmlcp2 = 0;

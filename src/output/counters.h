@@ -17,13 +17,19 @@ extern long long nnac;   // list comparisons that found 64 common bits or more
 extern long long nnrc;   // ... that found 64 bits more than were known
 extern long long nnoc;   // ... against a stream whose entry had not changed
 
-// Written by the tree output, one sample for each suffix that is not the first
-// of its tree.
+// Written by recordLcp.
 extern int nlcp;     // LCP values recorded
 extern double llcp;  // their sum, in bits
+
+// Written by the tree insertion.
 extern int maxPath;  // most path entries in use in the tree
 
-// Over the whole run; written by the tree output.
+// Written by the tree insertion; zeroed by the tree flush, without a total.
+extern int case3;  // insertions of a suffix equal to the one before
+extern int case4;  // ... of one that the suffix before is a prefix of
+extern int case6;  // ... that split an edge
+
+// Over the whole run; written by recordLcp, but `ntree` by the tree flush.
 extern int maxlcp;  // largest LCP value, in bits
 extern int nmlcp1;  // LCP values above 255 bits
 extern int nmlcp2;  // LCP values of 32768 bits or more
@@ -38,6 +44,17 @@ extern int tmaxPath;  // largest `maxPath` of any tree
 // start and by each flush.
 extern int tstart;
 extern int rstart;
+
+// Records the LCP, in bits, of a suffix that is not the first of its tree.
+inline void recordLcp(int bits) {
+  if (bits > 255) {
+    nmlcp1++;
+    if (bits >= 32768) nmlcp2++;
+  }
+  if (bits > maxlcp) maxlcp = bits;
+  llcp += bits;
+  nlcp++;
+}
 
 // Adds the counters since the last flush to the run's totals and zeroes them.
 void rollUpCounters();

@@ -111,9 +111,6 @@ void reportRun(int startTime) {
 }  // namespace
 
 int runMerge(PathArguments arguments) {
-  if (sarray == 0) {
-    die("tree partitions are not built yet: use -a for a suffix array\n");
-  }
   testSizeOptions();
   const RunPaths paths = composePaths(arguments);
   // If it fails, creating the first file in it says so.

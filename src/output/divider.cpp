@@ -1,0 +1,3 @@
+#include "output/divider.h"
+
+constinit DividerRecord divider = {};
