@@ -25,6 +25,7 @@ inline void refill(int k) {
     dropHead();
     return;
   }
+  if (lcpBits(headEntry()) >= 64) prefetchAhead(k);
   moveHead(k, hpflag != 0 ? 0 : refillEntry(k));
   nsuff++;
 }

@@ -20,7 +20,11 @@ namespace {
 // for any number of streams. A window is at most as long as its records and
 // the string words that they name can stay in the first-level cache together.
 constexpr int kTableEntries = 1 << 20;
-constexpr int kLongestWindow = 256;
+constexpr int kLongestWindow = 64;
+
+// Records between the one to come next and the one whose words are asked for:
+// early enough to arrive in time, late enough not to be pushed out again.
+constexpr int kAhead = 2;
 
 // Stream k's window begins at k * windowLength, modulo the table: windows of
 // one record, each used as soon as it is filled, may share their places.
@@ -30,12 +34,17 @@ int windowLength = 1;  // records in a window: a power of two
 
 long long lcpRemainder = 0;  // nanoseconds not yet in `lcpTime`
 
+// Asks early for the first word of a suffix that its prefix words don't hold.
+void prefetchWords(const Suffix& suffix) {
+  __builtin_prefetch(binaryString[inputNumber(suffix)] +
+                     ((2 * suffix.pos) >> 5) + 2);
+}
+
 // Asks early for the words that the comparison of two records reads first.
 void prefetchPair(const Suffix& a, const Suffix& b) {
   if (a.prefix0 != b.prefix0 || a.prefix1 != b.prefix1) return;
-  for (const Suffix* s : {&a, &b}) {
-    __builtin_prefetch(binaryString[inputNumber(*s)] + ((2 * s->pos) >> 5) + 2);
-  }
+  prefetchWords(a);
+  prefetchWords(b);
 }
 
 LcpEntry compareNeighbours(const Suffix& before, const Suffix& after) {
@@ -97,6 +106,11 @@ void prepareRefill(int k) {
   const auto length =
       static_cast<unsigned>(std::clamp(room, 1, kLongestWindow));
   windowLength = static_cast<int>(std::bit_floor(length));
+}
+
+void prefetchAhead(int k) {
+  const int ahead = sufps[k] + kAhead;
+  if (ahead < sufls[k]) prefetchWords(sufbs[k][ahead]);
 }
 
 LcpEntry refillEntry(int k) {

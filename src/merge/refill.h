@@ -22,6 +22,11 @@ void addLcpTime(long long nanoseconds);
 // Sets the windows up for k streams. Called once, before the first refill.
 void prepareRefill(int k);
 
+// Asks for the string words that the ordering will read first if a record of
+// stream k soon to come meets one that shares its prefix words in another
+// stream.
+void prefetchAhead(int k);
+
 // The LCP entry of the record that stream k handed out last and the one before
 // it, which is `currSuffix`: computed, or with `Manzini` read. To be asked
 // once for each record but the stream's first. A common prefix of 2^30 bits or
