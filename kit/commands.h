@@ -1,0 +1,16 @@
+// The subcommands of palvor-kit. Each adds itself, with its options and what it
+// does, to the program; what it does throws std::exception on failure.
+
+#ifndef PALVOR_KIT_COMMANDS_H_
+#define PALVOR_KIT_COMMANDS_H_
+
+#include <CLI/CLI.hpp>
+
+namespace kit {
+
+void addPrepare(CLI::App& app);
+void addSimulate(CLI::App& app);
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_COMMANDS_H_

@@ -1,0 +1,101 @@
+#include "kit/data_folder.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+#include "kit/output_file.h"
+
+namespace kit {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t kLongestPath = 199;  // characters; palvor's limit
+
+// Every kind of file that palvor and palvor-kit keep in a data folder.
+constexpr std::string_view kKinds[] = {
+    ".stlengths", ".stblengths", ".stplengths", ".inputs.tsv", ".stbin",
+    ".stpsa",     ".stlcp",      ".stree",      ".stdiv"};
+
+bool consume(std::string_view& text, std::string_view start) {
+  if (!text.starts_with(start)) return false;
+  text.remove_prefix(start.size());
+  return true;
+}
+
+// Whether a file name is the prefix, perhaps a number, and a known kind.
+bool belongsTo(std::string_view name, const std::string& prefix) {
+  if (name.ends_with(kPartSuffix)) {
+    name.remove_suffix(std::string_view(kPartSuffix).size());
+  }
+  if (!consume(name, prefix)) return false;
+  if (consume(name, "_")) {
+    const auto digit = [](unsigned char c) { return std::isdigit(c) != 0; };
+    const auto end = std::find_if_not(name.begin(), name.end(), digit);
+    if (end == name.begin()) return false;
+    name.remove_prefix(static_cast<size_t>(end - name.begin()));
+  }
+  return std::find(std::begin(kKinds), std::end(kKinds), name) !=
+         std::end(kKinds);
+}
+
+const std::string& tested(const std::string& path) {
+  if (path.size() > kLongestPath) {
+    throw std::runtime_error("palvor takes paths of up to " +
+                             std::to_string(kLongestPath) +
+                             " characters, this one has " +
+                             std::to_string(path.size()) + ": " + path);
+  }
+  return path;
+}
+
+}  // namespace
+
+DataFolder::DataFolder(const std::string& directory, const std::string& prefix)
+    : directory_(directory), prefix_(prefix) {
+  if (prefix.empty() || prefix.find('/') != std::string::npos ||
+      prefix.front() == '-') {
+    throw std::runtime_error("not a prefix for files: '" + prefix + "'");
+  }
+  if (directory_.empty()) directory_ = ".";
+  if (directory_.front() == '-') directory_ = "./" + directory_;
+  if (directory_.back() != '/') directory_ += '/';
+  folder_ = directory_ + prefix_ + ".ST/";
+  path(".stblengths");  // tests the length
+}
+
+std::string DataFolder::path(const std::string& kind) const {
+  return tested(folder_ + prefix_ + kind);
+}
+
+std::string DataFolder::path(uint64_t number, const std::string& kind) const {
+  return tested(folder_ + prefix_ + "_" + std::to_string(number) + kind);
+}
+
+void DataFolder::create(bool force) const {
+  fs::create_directories(folder_);
+  std::vector<fs::path> found;
+  for (const auto& entry : fs::directory_iterator(folder_)) {
+    if (belongsTo(entry.path().filename().string(), prefix_)) {
+      found.push_back(entry.path());
+    }
+  }
+  if (found.empty()) return;
+  if (!force) {
+    const bool whole = fs::exists(path(".stlengths"));
+    throw std::runtime_error(
+        folder_ + " holds files of the prefix '" + prefix_ + "' already, " +
+        (whole ? "such as " + found.front().filename().string()
+               : "left by a run that did not finish") +
+        "; --force replaces them");
+  }
+  // Without its lengths file a folder is not taken for a whole one.
+  fs::remove(path(".stlengths"));
+  for (const fs::path& file : found) fs::remove(file);
+}
+
+}  // namespace kit

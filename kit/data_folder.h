@@ -1,0 +1,40 @@
+// The data folder of a prefix: DIR/PREFIX.ST/, and what is in it.
+
+#ifndef PALVOR_KIT_DATA_FOLDER_H_
+#define PALVOR_KIT_DATA_FOLDER_H_
+
+#include <cstdint>
+#include <string>
+
+namespace kit {
+
+class DataFolder {
+ public:
+  // Throws std::runtime_error for a prefix that is empty or holds a "/", and
+  // for paths so long that palvor would refuse them.
+  DataFolder(const std::string& directory, const std::string& prefix);
+
+  // The directory, with a "/" at its end: palvor's first argument.
+  const std::string& directory() const { return directory_; }
+  const std::string& prefix() const { return prefix_; }
+
+  // Path of the folder's one file of a kind, such as ".stlengths", or of the
+  // numbered one, such as ".stbin".
+  // Throws std::runtime_error if palvor would refuse a path of that length.
+  std::string path(const std::string& kind) const;
+  std::string path(uint64_t number, const std::string& kind) const;
+
+  // Creates the folder, and the directories above it, where missing. If it
+  // holds files of this prefix already, removes them with `force`, the lengths
+  // file first, and otherwise throws std::runtime_error.
+  void create(bool force) const;
+
+ private:
+  std::string directory_;
+  std::string prefix_;
+  std::string folder_;
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_DATA_FOLDER_H_

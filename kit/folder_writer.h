@@ -1,0 +1,45 @@
+// Writes a data folder: suffix array by suffix array, in any order and from
+// several threads, then what describes them all.
+
+#ifndef PALVOR_KIT_FOLDER_WRITER_H_
+#define PALVOR_KIT_FOLDER_WRITER_H_
+
+#include <cstdint>
+#include <vector>
+
+#include "kit/data_folder.h"
+#include "kit/output_file.h"
+#include "kit/psa_text.h"
+
+namespace kit {
+
+// Sorts one suffix array and writes it, its inputs' packed strings and, if
+// wanted, its LCP entries. Threads may call it at once for different arrays.
+// Throws std::exception.
+//   zeroOrigin  the records number the array's inputs from 0, and not from
+//               `firstInput`
+void writePsa(const DataFolder& folder, const PsaText& psa, bool withLcp,
+              bool zeroOrigin);
+
+// Gathers what the lengths files and the table of inputs say. The arrays must
+// be added in the order of their numbers, by one thread at a time.
+class FolderIndex {
+ public:
+  explicit FolderIndex(const DataFolder& folder);
+
+  void add(const PsaText& psa);
+
+  // Writes the files, the lengths file last: from then on the folder is whole.
+  void commit();
+
+ private:
+  const DataFolder& folder_;
+  OutputFile table_;
+  uint32_t inputs_ = 0;
+  std::vector<uint32_t> lengths_;       // per input, in characters
+  std::vector<uint32_t> inputsPerPsa_;  // per suffix array
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_FOLDER_WRITER_H_

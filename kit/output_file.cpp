@@ -1,0 +1,61 @@
+#include "kit/output_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+namespace kit {
+namespace {
+
+constexpr size_t kBufferBytes = 1 << 20;
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path)
+    : path_(path), part_(path + kPartSuffix) {
+  descriptor_ =
+      ::open(part_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (descriptor_ < 0) fail("can't create ");
+  buffer_.reserve(kBufferBytes);
+}
+
+OutputFile::~OutputFile() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+  if (!part_.empty()) ::unlink(part_.c_str());
+}
+
+void OutputFile::write(const void* bytes, size_t size) {
+  const char* from = static_cast<const char*>(bytes);
+  buffer_.insert(buffer_.end(), from, from + size);
+  if (buffer_.size() >= kBufferBytes) flush();
+}
+
+void OutputFile::flush() {
+  size_t done = 0;
+  while (done < buffer_.size()) {
+    const ssize_t written =
+        ::write(descriptor_, buffer_.data() + done, buffer_.size() - done);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) fail("can't write ");
+    done += static_cast<size_t>(written);
+  }
+  buffer_.clear();
+}
+
+void OutputFile::commit() {
+  flush();
+  const int descriptor = descriptor_;
+  descriptor_ = -1;
+  if (::close(descriptor) < 0) fail("can't write ");
+  if (std::rename(part_.c_str(), path_.c_str()) < 0) fail("can't name ");
+  part_.clear();
+}
+
+void OutputFile::fail(const char* what) const {
+  throw std::system_error(errno, std::generic_category(), what + path_);
+}
+
+}  // namespace kit

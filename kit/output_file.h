@@ -1,0 +1,45 @@
+// A file that appears under its name only when it is complete.
+
+#ifndef PALVOR_KIT_OUTPUT_FILE_H_
+#define PALVOR_KIT_OUTPUT_FILE_H_
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kit {
+
+// Ends the name of a file that is being written.
+constexpr const char* kPartSuffix = ".part";
+
+class OutputFile {
+ public:
+  // Creates `path`.part. All functions throw std::system_error, which names the
+  // file and the system's reason.
+  explicit OutputFile(const std::string& path);
+
+  // Removes what was written, unless it was committed.
+  ~OutputFile();
+
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  // Appends bytes; buffered.
+  void write(const void* bytes, size_t size);
+
+  // Writes the rest, closes the file and gives it its name.
+  void commit();
+
+ private:
+  void flush();
+  [[noreturn]] void fail(const char* what) const;
+
+  std::string path_;
+  std::string part_;
+  int descriptor_ = -1;
+  std::vector<char> buffer_;
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_OUTPUT_FILE_H_

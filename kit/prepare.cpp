@@ -1,0 +1,211 @@
+// palvor-kit prepare: from sequence files to a data folder.
+
+#include <cstdio>
+#include <exception>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "kit/commands.h"
+#include "kit/data_folder.h"
+#include "kit/folder_writer.h"
+#include "kit/progress.h"
+#include "kit/psa_source.h"
+
+namespace kit {
+namespace {
+
+enum class PsaPer { kFile, kRecord };
+
+struct PrepareOptions {
+  std::string directory;
+  std::string prefix;
+  std::vector<std::string> files;
+  PsaPer psaPer = PsaPer::kFile;
+  Ambiguous ambiguous = Ambiguous::kSplit;
+  bool withLcp = false;
+  bool zeroOrigin = false;
+  bool force = false;
+  int jobs = 1;
+};
+
+// Workers take the suffix arrays in turn. Reading is done by one at a time, in
+// order, so that all numbers come out the same for any number of workers;
+// sorting and writing go on side by side.
+class Preparation {
+ public:
+  Preparation(const PrepareOptions& options, const DataFolder& folder)
+      : options_(options),
+        folder_(folder),
+        source_(options.files, options.ambiguous,
+                options.psaPer == PsaPer::kRecord),
+        index_(folder) {}
+
+  void run() {
+    std::vector<std::thread> workers;
+    for (int i = 1; i < options_.jobs; i++) {
+      workers.emplace_back([this] { work(); });
+    }
+    work();
+    for (std::thread& worker : workers) worker.join();
+    if (failure_) std::rethrow_exception(failure_);
+    index_.commit();
+  }
+
+  const ReadingSummary& summary() const { return source_.summary(); }
+  bool partitioned() const { return partitioned_; }
+
+ private:
+  void work() {
+    try {
+      PsaText psa;
+      while (take(psa)) {
+        writePsa(folder_, psa, options_.withLcp, options_.zeroOrigin);
+      }
+    } catch (...) {
+      const std::lock_guard lock(mutex_);
+      if (!failure_) failure_ = std::current_exception();
+    }
+  }
+
+  // The next suffix array to prepare; false if there is none, or no sense in
+  // going on.
+  bool take(PsaText& psa) {
+    const std::lock_guard lock(mutex_);
+    if (failure_) return false;
+    progress_.show("palvor-kit: preparing, " +
+                   std::to_string(source_.filesRead()) + " of " +
+                   std::to_string(options_.files.size()) + " files read");
+    if (!source_.next(psa)) return false;
+    index_.add(psa);
+    if (psa.inputs.size() != 1) partitioned_ = true;
+    return true;
+  }
+
+  const PrepareOptions& options_;
+  const DataFolder& folder_;
+  std::mutex mutex_;  // guards all below
+  PsaSource source_;
+  FolderIndex index_;
+  Progress progress_;
+  bool partitioned_ = false;
+  std::exception_ptr failure_;
+};
+
+void report(const ReadingSummary& summary, const PrepareOptions& options) {
+  const auto say = [](uint64_t count, const char* what) {
+    if (count > 0) {
+      std::fprintf(stderr, "palvor-kit: %llu %s\n",
+                   static_cast<unsigned long long>(count), what);
+    }
+  };
+  std::fprintf(stderr,
+               "palvor-kit: %zu files, %llu records, %llu inputs, "
+               "%llu characters\n",
+               options.files.size(),
+               static_cast<unsigned long long>(summary.records),
+               static_cast<unsigned long long>(summary.inputs),
+               static_cast<unsigned long long>(summary.characters));
+  say(summary.ambiguous, "ambiguous characters (not A, C, G or T) found");
+  say(summary.splits, "inputs begun anew after ambiguous characters");
+  say(summary.skippedRecords, "records with ambiguous characters left out");
+  say(summary.emptyRecords, "records without any A, C, G or T left out");
+  say(summary.emptyFiles, "files gave no input, and have no suffix array");
+}
+
+// A word that a shell takes as it stands.
+std::string quoted(const std::string& word) {
+  constexpr const char* kPlain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_./"
+      "-+,:=@%";
+  if (!word.empty() && word.find_first_not_of(kPlain) == std::string::npos) {
+    return word;
+  }
+  std::string result = "'";
+  for (const char c : word) {
+    if (c == '\'') {
+      result += "'\\''";
+    } else {
+      result += c;
+    }
+  }
+  return result + "'";
+}
+
+void prepare(const PrepareOptions& options) {
+  const DataFolder folder(options.directory, options.prefix);
+  folder.create(options.force);
+  auto preparation = std::make_unique<Preparation>(options, folder);
+  preparation->run();
+  const ReadingSummary summary = preparation->summary();
+  preparation.reset();
+  report(summary, options);
+  std::printf("palvor %s %s -a -l%s%s\n", quoted(folder.directory()).c_str(),
+              quoted(folder.prefix()).c_str(), options.zeroOrigin ? " -z" : "",
+              options.withLcp ? " -Z" : "");
+  if (std::fflush(stdout) != 0) {
+    throw std::runtime_error("can't write to standard output");
+  }
+}
+
+}  // namespace
+
+void addPrepare(CLI::App& app) {
+  auto options = std::make_shared<PrepareOptions>();
+  CLI::App* command = app.add_subcommand(
+      "prepare",
+      "Turn FASTA or FASTQ files into a data folder, DIR/PREFIX.ST/, and print "
+      "the palvor command that merges it.");
+  command
+      ->add_option("-o,--output", options->directory,
+                   "directory of the data folder")
+      ->type_name("DIR")
+      ->required();
+  command
+      ->add_option("-p,--prefix", options->prefix,
+                   "name of the data folder, and start of its files' names")
+      ->type_name("PREFIX")
+      ->required();
+  command
+      ->add_option("files", options->files,
+                   "sequence files, plain or compressed; - is standard input")
+      ->type_name("FASTA")
+      ->required();
+  command
+      ->add_option("--psa-per", options->psaPer,
+                   "one suffix array for each file, or each record")
+      ->transform(CLI::CheckedTransformer(std::map<std::string, PsaPer>{
+          {"file", PsaPer::kFile}, {"record", PsaPer::kRecord}}))
+      ->type_name("file|record")
+      ->default_str("file");
+  command
+      ->add_option("--ambiguous", options->ambiguous,
+                   "at characters other than A, C, G and T: split the input "
+                   "string, skip the whole record, or stop")
+      ->transform(CLI::CheckedTransformer(std::map<std::string, Ambiguous>{
+          {"split", Ambiguous::kSplit},
+          {"skip-record", Ambiguous::kSkipRecord},
+          {"error", Ambiguous::kError}}))
+      ->type_name("split|skip-record|error")
+      ->default_str("split");
+  command->add_flag("--lcp", options->withLcp,
+                    "write LCP files too, for palvor's -Z");
+  command->add_flag("--zero-origin", options->zeroOrigin,
+                    "number the inputs from zero inside each suffix array, for "
+                    "palvor's -z");
+  command
+      ->add_option("-j,--jobs", options->jobs,
+                   "suffix arrays to prepare at once")
+      ->check(CLI::Range(1, 1024))
+      ->capture_default_str();
+  command->add_flag("--force", options->force,
+                    "replace all files of this prefix in the data folder, "
+                    "merged results included");
+  command->callback([options] { prepare(*options); });
+}
+
+}  // namespace kit

@@ -1,0 +1,128 @@
+#include "kit/psa_source.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace kit {
+namespace {
+
+// A packed string's length in bits, and an input number, are limited.
+constexpr size_t kLongestInput = 1'073'741'823;  // characters
+constexpr uint64_t kMostInputs = 1'073'741'823;
+
+// The sorter counts in signed 32-bit integers.
+constexpr size_t kLongestText = 2'147'483'646;  // bytes
+
+}  // namespace
+
+PsaSource::PsaSource(std::vector<std::string> files, Ambiguous ambiguous,
+                     bool perRecord)
+    : files_(std::move(files)), ambiguous_(ambiguous), perRecord_(perRecord) {}
+
+bool PsaSource::next(PsaText& psa) {
+  psa = {};
+  while (fileIndex_ < files_.size()) {
+    if (!reader_) {
+      reader_ = std::make_unique<SequenceReader>(files_[fileIndex_]);
+      fileGaveInput_ = false;
+    }
+    psa.file = files_[fileIndex_];
+    while (reader_->nextRecord()) {
+      readRecord(psa);
+      if (perRecord_ && finish(psa)) return true;
+    }
+    const bool found = !perRecord_ && finish(psa);
+    if (!fileGaveInput_) summary_.emptyFiles++;
+    reader_.reset();
+    fileIndex_++;
+    if (found) return true;
+  }
+  return false;
+}
+
+// Numbers what was read, if it holds any input.
+bool PsaSource::finish(PsaText& psa) {
+  if (psa.inputs.empty()) return false;
+  psa.number = nextNumber_++;
+  psa.firstInput = static_cast<uint32_t>(summary_.inputs);
+  summary_.inputs += psa.inputs.size();
+  if (summary_.inputs > kMostInputs) {
+    throw std::runtime_error(psa.file + ": more inputs than " +
+                             std::to_string(kMostInputs));
+  }
+  for (const InputString& input : psa.inputs) {
+    summary_.characters += input.length;
+  }
+  fileGaveInput_ = true;
+  return true;
+}
+
+void PsaSource::readRecord(PsaText& psa) {
+  const size_t textBefore = psa.text.size();
+  const size_t inputsBefore = psa.inputs.size();
+  uint64_t offset = 0;
+  bool skip = false;
+  summary_.records++;
+  for (std::string_view piece = reader_->readSequence(); !piece.empty();
+       piece = reader_->readSequence()) {
+    while (!piece.empty()) {
+      const size_t clean = std::min(piece.find('N'), piece.size());
+      if (clean > 0 && !skip)
+        addCharacters(psa, piece.substr(0, clean), offset);
+      const size_t next =
+          std::min(piece.find_first_not_of('N', clean), piece.size());
+      const size_t ambiguous = next - clean;
+      if (ambiguous > 0) {
+        if (ambiguous_ == Ambiguous::kError) {
+          throw std::runtime_error(reader_->located(
+              "character " + std::to_string(offset + clean) + " of record '" +
+              reader_->name() + "' is ambiguous (see --ambiguous)"));
+        }
+        summary_.ambiguous += ambiguous;
+        skip = skip || ambiguous_ == Ambiguous::kSkipRecord;
+        endInput(psa);
+      }
+      offset += next;
+      piece.remove_prefix(next);
+    }
+  }
+  endInput(psa);
+  if (skip) {
+    psa.text.resize(textBefore);
+    psa.inputs.resize(inputsBefore);
+    summary_.skippedRecords++;
+  } else if (psa.inputs.size() == inputsBefore) {
+    summary_.emptyRecords++;
+  } else {
+    summary_.splits += psa.inputs.size() - inputsBefore - 1;
+  }
+}
+
+void PsaSource::addCharacters(PsaText& psa, std::string_view run,
+                              uint64_t offset) {
+  if (!inputOpen_) {
+    psa.inputs.push_back({psa.text.size(), 0, reader_->name(), offset});
+    inputOpen_ = true;
+  }
+  psa.text.append(run);
+  InputString& input = psa.inputs.back();
+  input.length += run.size();
+  if (input.length > kLongestInput) {
+    throw std::runtime_error(reader_->located("an input of more than " +
+                                              std::to_string(kLongestInput) +
+                                              " characters"));
+  }
+  if (psa.text.size() >= kLongestText) {
+    throw std::runtime_error(
+        reader_->located("more than " + std::to_string(kLongestText) +
+                         " characters for one suffix array" +
+                         (perRecord_ ? "" : " (see --psa-per record)")));
+  }
+}
+
+void PsaSource::endInput(PsaText& psa) {
+  if (inputOpen_) psa.text += kSeparator;
+  inputOpen_ = false;
+}
+
+}  // namespace kit

@@ -1,0 +1,216 @@
+#include "kit/sequence_reader.h"
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+namespace kit {
+namespace {
+
+constexpr size_t kBufferBytes = 256 * 1024;
+constexpr size_t kLongestName = 64 * 1024;  // bytes; beyond, it is no FASTA
+
+constexpr char kInvalid = 0, kSkipped = 1;
+
+constexpr std::array<char, 256> makeSpellings() {
+  std::array<char, 256> spellings{};
+  auto set = [&](std::string_view characters, char spelling) {
+    for (char c : characters) {
+      spellings[static_cast<unsigned char>(c)] = spelling;
+    }
+  };
+  set("Aa", 'A');
+  set("Cc", 'C');
+  set("Gg", 'G');
+  set("TtUu", 'T');
+  set("NRYSWKMBDHVXnryswkmbdhvx-.*", 'N');
+  set(" \t\r\n\v\f", kSkipped);
+  return spellings;
+}
+
+constexpr std::array<char, 256> kSpellings = makeSpellings();
+
+bool isSpace(char c) {
+  return kSpellings[static_cast<unsigned char>(c)] == kSkipped;
+}
+
+std::string describeByte(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  char text[16];
+  if (byte > ' ' && byte < 0x7f) {
+    std::snprintf(text, sizeof(text), "'%c'", c);
+  } else {
+    std::snprintf(text, sizeof(text), "byte 0x%02x", byte);
+  }
+  return text;
+}
+
+}  // namespace
+
+SequenceReader::SequenceReader(const std::string& path)
+    : path_(path), source_(openByteSource(path)), buffer_(kBufferBytes) {}
+
+std::string SequenceReader::located(const std::string& reason) const {
+  return sourceName(path_) + ":" + std::to_string(line_) + ": " + reason;
+}
+
+void SequenceReader::fail(const std::string& reason) const {
+  throw std::runtime_error(located(reason));
+}
+
+bool SequenceReader::fill() {
+  if (begin_ < end_) return true;
+  begin_ = 0;
+  end_ = source_->read(buffer_.data(), buffer_.size());
+  return end_ > 0;
+}
+
+// The next byte, without taking it; -1 at the end of the file.
+int SequenceReader::peek() {
+  return fill() ? static_cast<unsigned char>(buffer_[begin_]) : -1;
+}
+
+// Takes the rest of the line, or as much of it as is in the buffer; midLine_
+// tells which. The line's '\n' is taken but not part of the piece. False at
+// the end of the file.
+bool SequenceReader::nextPiece(std::string_view* piece) {
+  if (!fill()) {
+    midLine_ = false;
+    return false;
+  }
+  if (!midLine_) line_++;
+  const char* first = buffer_.data() + begin_;
+  const size_t available = end_ - begin_;
+  const void* newline = std::memchr(first, '\n', available);
+  midLine_ = newline == nullptr;
+  const size_t length =
+      midLine_ ? available
+               : static_cast<size_t>(static_cast<const char*>(newline) - first);
+  *piece = std::string_view(first, length);
+  begin_ += midLine_ ? length : length + 1;
+  return true;
+}
+
+void SequenceReader::skipBlankLines() {
+  for (int next = peek(); next >= 0 && isSpace(static_cast<char>(next));
+       next = peek()) {
+    std::string_view piece;
+    do {
+      if (!nextPiece(&piece)) return;
+      for (char c : piece) {
+        if (!isSpace(c)) fail("a record may not begin with white space");
+      }
+    } while (midLine_);
+  }
+}
+
+bool SequenceReader::nextRecord() {
+  while (inSequence_) readSequence();
+  skipBlankLines();
+  const int first = peek();
+  if (first < 0) return false;
+  const Format format = first == '>'   ? Format::kFasta
+                        : first == '@' ? Format::kFastq
+                                       : Format::kUnknown;
+  if (format_ == Format::kUnknown) format_ = format;
+  if (format == Format::kUnknown || format != format_) {
+    line_++;
+    const std::string found = describeByte(static_cast<char>(first));
+    if (format_ == Format::kUnknown) {
+      fail("neither FASTA nor FASTQ: begins with " + found +
+           " instead of '>' or '@'");
+    }
+    fail(std::string("expected a record that begins with '") +
+         (format_ == Format::kFasta ? ">" : "@") + "', found " + found);
+  }
+  readHeader();
+  inSequence_ = true;
+  recordLength_ = 0;
+  return true;
+}
+
+void SequenceReader::readHeader() {
+  name_.clear();
+  bool nameEnded = false, first = true, sawReturn = false;
+  std::string_view piece;
+  do {
+    if (!nextPiece(&piece)) break;
+    if (first) piece.remove_prefix(1);
+    first = false;
+    for (char c : piece) {
+      // Only the last byte of a line can be the '\r' of a Windows line end.
+      if (sawReturn) fail("a carriage return within a line");
+      sawReturn = c == '\r';
+      if (isSpace(c)) nameEnded = true;
+      if (!nameEnded) name_ += c;
+    }
+    if (name_.size() > kLongestName) fail("a record name of over 64 KiB");
+  } while (midLine_);
+}
+
+std::string_view SequenceReader::readSequence() {
+  while (inSequence_) {
+    if (!midLine_) {
+      const int next = peek();
+      if (format_ == Format::kFasta && (next < 0 || next == '>')) {
+        inSequence_ = false;
+        break;
+      }
+      if (format_ == Format::kFastq && (next < 0 || next == '+')) {
+        inSequence_ = false;
+        finishFastqRecord();
+        break;
+      }
+    }
+    std::string_view piece;
+    if (!nextPiece(&piece)) continue;
+    const std::string_view sequence = normalize(piece);
+    if (sequence.empty()) continue;
+    recordLength_ += sequence.size();
+    return sequence;
+  }
+  return {};
+}
+
+std::string_view SequenceReader::normalize(std::string_view piece) {
+  normalized_.resize(piece.size());
+  char* out = normalized_.data();
+  for (char c : piece) {
+    const char spelling = kSpellings[static_cast<unsigned char>(c)];
+    if (spelling == kInvalid) {
+      fail(describeByte(c) + " in the sequence of record '" + name_ + "'");
+    }
+    *out = spelling;
+    out += spelling != kSkipped;
+  }
+  return {normalized_.data(), static_cast<size_t>(out - normalized_.data())};
+}
+
+// Takes the '+' line and as many quality characters as the sequence has. The
+// lines are counted, not recognized: '@' and '+' are quality characters too.
+void SequenceReader::finishFastqRecord() {
+  std::string_view piece;
+  if (peek() < 0) fail("FASTQ record '" + name_ + "' ends without '+'");
+  do {
+    if (!nextPiece(&piece)) break;
+  } while (midLine_);
+
+  uint64_t qualities = 0;
+  while (qualities < recordLength_ || midLine_) {
+    if (!nextPiece(&piece)) break;
+    for (char c : piece) {
+      if (isSpace(c)) continue;
+      if (c < '!' || c > '~') {
+        fail(describeByte(c) + " in the quality of record '" + name_ + "'");
+      }
+      qualities++;
+    }
+  }
+  if (qualities != recordLength_) {
+    fail("FASTQ record '" + name_ + "' has " + std::to_string(recordLength_) +
+         " characters and " + std::to_string(qualities) + " qualities");
+  }
+}
+
+}  // namespace kit

@@ -1,0 +1,81 @@
+// Reads FASTA and FASTQ, record by record and piece by piece, so that a record
+// of any length needs no memory of its own.
+//
+// The first record decides which of the two a file is: '>' or '@'. Sequences
+// may stand in lines of any width, in either case, with Windows line ends.
+// Letters come out in one spelling:
+//
+//   A C G T   as themselves; U as T
+//   N         for N, the other ambiguity codes (R Y S W K M B D H V X) and the
+//             signs '-', '.' and '*'
+//
+// White space is skipped. Any other byte in a sequence is an error, and so are
+// a FASTQ record without '+' or with a quality for more or fewer characters
+// than its sequence has.
+
+#ifndef PALVOR_KIT_SEQUENCE_READER_H_
+#define PALVOR_KIT_SEQUENCE_READER_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kit/byte_source.h"
+
+namespace kit {
+
+class SequenceReader {
+ public:
+  // Opens a file, plain or compressed; "-" is standard input.
+  // Every function throws std::runtime_error with the file's name and, for
+  // malformed text, the line number.
+  explicit SequenceReader(const std::string& path);
+
+  // Goes to the next record, past what was not read of this one. False at the
+  // end of the file; a file without any record has none from the start.
+  bool nextRecord();
+
+  // The first word of the record's header line, without '>' or '@'.
+  const std::string& name() const { return name_; }
+
+  // The next characters of the record's sequence, all of one line; empty at
+  // the sequence's end, and only there. Valid until the next call.
+  std::string_view readSequence();
+
+  // Number of the line that was read last, from 1.
+  uint64_t line() const { return line_; }
+
+  // "file:line: reason", for errors that the reader's user finds.
+  std::string located(const std::string& reason) const;
+
+ private:
+  enum class Format { kUnknown, kFasta, kFastq };
+
+  [[noreturn]] void fail(const std::string& reason) const;
+  bool fill();
+  int peek();
+  bool nextPiece(std::string_view* piece);
+  void skipBlankLines();
+  void readHeader();
+  void finishFastqRecord();
+  std::string_view normalize(std::string_view piece);
+
+  std::string path_;
+  std::unique_ptr<ByteSource> source_;
+  std::vector<char> buffer_;
+  size_t begin_ = 0;  // buffer_[begin_, end_) is still to be read
+  size_t end_ = 0;
+  uint64_t line_ = 0;
+  bool midLine_ = false;  // the last piece did not reach its line's end
+  Format format_ = Format::kUnknown;
+  bool inSequence_ = false;
+  uint64_t recordLength_ = 0;  // characters of the sequence read so far
+  std::string name_;
+  std::string normalized_;
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_SEQUENCE_READER_H_
