@@ -10,6 +10,7 @@ namespace kit {
 
 void addPrepare(CLI::App& app);
 void addSimulate(CLI::App& app);
+void addView(CLI::App& app);
 
 }  // namespace kit
 

@@ -1,4 +1,4 @@
-// palvor-kit: makes data folders for palvor.
+// palvor-kit: makes data folders for palvor, and looks into them.
 
 #include <cstdio>
 #include <exception>
@@ -6,12 +6,14 @@
 #include "kit/commands.h"
 
 int main(int argc, char** argv) {
-  CLI::App app("Prepares data for palvor, which merges suffix arrays.",
-               "palvor-kit");
+  CLI::App app(
+      "Makes and reads the files of palvor, which merges suffix arrays.",
+      "palvor-kit");
   app.set_version_flag("--version", "palvor-kit " PALVOR_VERSION);
   app.require_subcommand(1);
   kit::addPrepare(app);
   kit::addSimulate(app);
+  kit::addView(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

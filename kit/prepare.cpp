@@ -5,7 +5,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "kit/folder_writer.h"
 #include "kit/progress.h"
 #include "kit/psa_source.h"
+#include "kit/table_printer.h"
 
 namespace kit {
 namespace {
@@ -147,9 +147,7 @@ void prepare(const PrepareOptions& options) {
   std::printf("palvor %s %s -a -l%s%s\n", quoted(folder.directory()).c_str(),
               quoted(folder.prefix()).c_str(), options.zeroOrigin ? " -z" : "",
               options.withLcp ? " -Z" : "");
-  if (std::fflush(stdout) != 0) {
-    throw std::runtime_error("can't write to standard output");
-  }
+  finishOutput();
 }
 
 }  // namespace

@@ -1,16 +1,16 @@
 // palvor-kit simulate: random genomes, the same on every machine.
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <random>
-#include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "kit/commands.h"
 #include "kit/output_file.h"
+#include "kit/table_printer.h"
 
 namespace kit {
 namespace {
@@ -112,9 +112,7 @@ void simulate(const SimulateOptions& options) {
       file.commit();
     }
   }
-  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    throw std::runtime_error("can't write to standard output");
-  }
+  finishOutput();
 }
 
 }  // namespace

@@ -1,0 +1,57 @@
+#include "kit/record_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+
+namespace kit {
+namespace {
+
+[[noreturn]] void failOn(const std::string& path, const char* what) {
+  throw std::system_error(errno, std::generic_category(), what + path);
+}
+
+}  // namespace
+
+StoredBytes::StoredBytes(const std::string& path, size_t recordSize)
+    : path_(path), recordSize_(recordSize) {
+  descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor_ < 0) failOn(path, "can't open ");
+  struct stat status = {};
+  const bool known = ::fstat(descriptor_, &status) == 0;
+  const auto size = static_cast<uint64_t>(status.st_size);
+  if (known && S_ISREG(status.st_mode) && size % recordSize == 0) {
+    records_ = size / recordSize;
+    return;
+  }
+  ::close(descriptor_);
+  if (!known || !S_ISREG(status.st_mode)) {
+    throw std::runtime_error(path + " is no regular file");
+  }
+  throw std::runtime_error(path + ": " + std::to_string(size) +
+                           " bytes are not a whole number of records of " +
+                           std::to_string(recordSize) + " bytes");
+}
+
+StoredBytes::~StoredBytes() { ::close(descriptor_); }
+
+void StoredBytes::read(uint64_t first, size_t count, void* to) const {
+  char* next = static_cast<char*>(to);
+  size_t wanted = count * recordSize_;
+  auto offset = static_cast<off_t>(first * recordSize_);
+  while (wanted > 0) {
+    const ssize_t got = ::pread(descriptor_, next, wanted, offset);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) failOn(path_, "can't read ");
+    if (got == 0) throw std::runtime_error(path_ + " became shorter meanwhile");
+    next += got;
+    offset += got;
+    wanted -= static_cast<size_t>(got);
+  }
+}
+
+}  // namespace kit
