@@ -8,6 +8,7 @@
 
 namespace kit {
 
+void addCheck(CLI::App& app);
 void addPrepare(CLI::App& app);
 void addSimulate(CLI::App& app);
 void addView(CLI::App& app);

@@ -16,7 +16,7 @@ std::string textOf(const Cell& cell) {
 
 std::string jsonOf(const Cell& cell) {
   const bool text = std::holds_alternative<std::string>(cell);
-  return text ? '"' + textOf(cell) + '"' : textOf(cell);
+  return text ? jsonText(textOf(cell)) : textOf(cell);
 }
 
 }  // namespace
@@ -40,6 +40,23 @@ void TablePrinter::row(const std::vector<Cell>& cells) {
   if (json_) line += '}';
   line += '\n';
   std::fwrite(line.data(), 1, line.size(), stdout);
+}
+
+std::string jsonText(const std::string& text) {
+  std::string result = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') {
+      result += '\\';
+      result += c;
+    } else if (static_cast<unsigned char>(c) < ' ') {
+      char escape[8];
+      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
+      result += escape;
+    } else {
+      result += c;
+    }
+  }
+  return result + '"';
 }
 
 void finishOutput() {

@@ -11,7 +11,7 @@
 
 namespace kit {
 
-// Nothing, a number, or plain text without quotes, tabs and line ends.
+// Nothing, a number, or plain text without tabs and line ends.
 using Cell = std::variant<std::monostate, uint64_t, std::string>;
 
 class TablePrinter {
@@ -25,6 +25,9 @@ class TablePrinter {
   std::vector<std::string> columns_;
   bool json_;
 };
+
+// A text as JSON writes it, in its quotes.
+std::string jsonText(const std::string& text);
 
 // Throws std::runtime_error if something could not be written.
 void finishOutput();

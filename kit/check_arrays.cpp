@@ -1,0 +1,80 @@
+#include "kit/check_arrays.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+#include "kit/record_file.h"
+#include "sources/lcp_entry.h"
+#include "sources/suffix.h"
+
+namespace kit {
+namespace {
+
+constexpr uint64_t kBlock = 1 << 15;  // records read at once
+
+std::string hex(uint64_t word) {
+  char text[20];
+  std::snprintf(text, sizeof text, "%08llX",
+                static_cast<unsigned long long>(word));
+  return text;
+}
+
+}  // namespace
+
+void checkArray(const ArrayToCheck& array, const CheckedStrings& strings,
+                MetSuffixes& met, FaultLog& faults,
+                const std::function<void(uint64_t)>& advance) {
+  const std::string path = array.path + ".stpsa";
+  const std::string lcpPath = array.path + ".stlcp";
+  const RecordFile<Suffix> file(path);
+  std::optional<RecordFile<LcpEntry>> lcpFile;
+  if (std::filesystem::exists(lcpPath)) lcpFile.emplace(lcpPath);
+  if (lcpFile && lcpFile->size() != file.size()) {
+    faults.add(lcpPath,
+               std::to_string(lcpFile->size()) + " entries, expected " +
+                   std::to_string(file.size()) + ", as many as records");
+  }
+
+  SuffixRun run(strings, met, faults);
+  for (uint64_t next = 0; next < file.size();) {
+    const std::vector<Suffix> block = file.read(next, kBlock);
+    std::vector<LcpEntry> entries;
+    if (lcpFile) entries = lcpFile->read(next, kBlock);
+    for (size_t i = 0; i < block.size(); i++, next++) {
+      const Suffix& suffix = block[i];
+      const uint64_t input = uint64_t{inputNumber(suffix)} + array.origin;
+      if (input < array.firstInput || input >= array.endInput) {
+        faults.add(
+            path, next,
+            "input " + std::to_string(input) + " is not one of this array's");
+        continue;
+      }
+      const Place place = {static_cast<uint32_t>(input), suffix.pos};
+      const std::optional<Step> step = run.take(place, path, next);
+      if (!step) continue;
+      const uint64_t prefix = strings.slice(place.input, 2 * place.pos);
+      const uint64_t found = uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
+      if (prefix != found) {
+        faults.add(path, next,
+                   "prefix words " + hex(found >> 32) + " " +
+                       hex(found & 0xFFFFFFFF) + ", expected " +
+                       hex(prefix >> 32) + " " + hex(prefix & 0xFFFFFFFF));
+      }
+      if (i >= entries.size() || step->first) continue;
+      const uint64_t entry = step->bits << 1 | (step->inside ? 1 : 0);
+      if (entries[i] != entry) {
+        faults.add(lcpPath, next,
+                   "entry " + std::to_string(entries[i]) + ", expected " +
+                       std::to_string(entry));
+      }
+    }
+    advance(block.size());
+  }
+  if (const auto missing = met.missing(array.firstInput, array.endInput)) {
+    faults.add(path, describe(*missing) + " is missing");
+  }
+}
+
+}  // namespace kit

@@ -1,0 +1,43 @@
+// What a check finds wrong.
+
+#ifndef PALVOR_KIT_FAULT_LOG_H_
+#define PALVOR_KIT_FAULT_LOG_H_
+
+#include <cstdint>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+
+namespace kit {
+
+// Ends a check that stops at the first fault. The fault has been reported.
+class CheckStopped : public std::exception {
+ public:
+  const char* what() const noexcept override { return "stopped at a fault"; }
+};
+
+// Prints faults to standard output as they come. Threads may share one.
+class FaultLog {
+ public:
+  FaultLog(bool goOn, bool json) : goOn_(goOn), json_(json) {}
+
+  // Reports a fault of a whole file, or of one of its records. Throws
+  // CheckStopped unless the check goes on.
+  void add(const std::string& file, const std::string& reason);
+  void add(const std::string& file, uint64_t record, const std::string& reason);
+
+  uint64_t count() const { return count_; }
+
+ private:
+  void print(const std::string& file, const uint64_t* record,
+             const std::string& reason);
+
+  const bool goOn_;
+  const bool json_;
+  std::mutex mutex_;
+  uint64_t count_ = 0;
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_FAULT_LOG_H_
