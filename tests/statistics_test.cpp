@@ -1,0 +1,259 @@
+// What a run says of itself, line by line, through the real program.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/data_folder.h"
+#include "support/program.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsSupersetOf;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+class Statistics : public testing::Test {
+ protected:
+  // The lines after the command and the version.
+  std::vector<std::string> linesWith(const std::vector<std::string>& options) {
+    std::vector<std::string> arguments = {folder_.root(), "x", "-a"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const Outcome outcome = runPalvor(arguments);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out, "");
+    std::vector<std::string> lines = linesOf(outcome.err);
+    std::string command = "# Command(" + std::to_string(arguments.size() + 1) +
+                          "): " + programPath() + " ";
+    for (const std::string& argument : arguments) command += argument + " ";
+    EXPECT_EQ(lines.at(0), command);
+    EXPECT_THAT(
+        lines.at(1),
+        MatchesRegex("# Version: [A-Z][a-z]+ [ 0-9][0-9] [0-9]+ [0-9:]+"));
+    lines.erase(lines.begin(), lines.begin() + 2);
+    return lines;
+  }
+
+  DataFolder folder_{Collection{{"G", "A", "T"}}};
+};
+
+const char* const kFinalLine =
+    "# Palvor: mem [0-9]+ bytes, [0-9]+ PFs, real [0-9]+ ms, lcp [0-9]+ ms, "
+    "r/w [0-9]+/[0-9]+ ms, time [0-9]+ ms";
+
+TEST_F(Statistics, AreExactForAMergeDoneByHand) {
+  EXPECT_THAT(
+      linesWith({"-n", "2", "-M", "1600"}),
+      ElementsAre(
+          "# merge options: sarray maxNodes=2 sBuffSize=1600 ",
+          "# total length = 3, max input size = 1, number of inputs = 3, "
+          "number of parts = 3",
+          MatchesRegex("# in buff: 100 suffixes, out buff: 2 nodes, SS=16 "
+                       "NS=12,  real [0-9]+ ms"),
+          MatchesRegex("# Flush array   0: nbuff=2 t=[0-9]+ ms"),
+          MatchesRegex("# Flush array   1: nbuff=1 t=[0-9]+ ms"),
+          "# Merge done: 3, 0 STs, tnp2=3 tlcmp=3 tncmp=3 tnrc=0/2 tnac=0",
+          "#   maxp=0 tnlcp=0 alcp=0 maxlcp=0 nmlcp=0/0  tngb=0",
+          MatchesRegex(kFinalLine)));
+  EXPECT_THAT(linesWith({"-H"}),
+              Contains("# Merge done: 3, 0 STs, tnp2=3 tlcmp=0 tncmp=3 "
+                       "tnrc=0/0 tnac=0"));
+}
+
+TEST_F(Statistics, CountTheWordsOfStringsExamined) {
+  // One comparison, while priming: it goes past the prefix words, and finds 66
+  // common bits in the one word after them.
+  const std::string text(33, 'C');
+  const DataFolder folder{Collection{{text + "A", text + "T"}}};
+  folder.writeWords("x_0.stpsa", {0, 0, 0x55555555, 0x55555555});
+  folder.writeWords("x_1.stpsa", {4, 0, 0x55555555, 0x55555555});
+  const Outcome outcome = runPalvor({folder.root(), "x", "-a"});
+  EXPECT_THAT(linesOf(outcome.err),
+              IsSupersetOf({"# Merge done: 2, 0 STs, tnp2=0 tlcmp=1 tncmp=1 "
+                            "tnrc=1/1 tnac=1",
+                            "#   maxp=0 tnlcp=0 alcp=0 maxlcp=0 nmlcp=0/0  "
+                            "tngb=1"}));
+}
+
+TEST_F(Statistics, NumberTheFlushes) {
+  const DataFolder folder{Collection{{"GATTACATTA"}}};
+  const std::vector<std::pair<std::string, std::vector<int>>> rows = {
+      {"4", {4, 4, 2}}, {"5", {5, 5}}, {"10", {10}}, {"11", {10}}};
+  for (const auto& [nodes, counts] : rows) {
+    const Outcome outcome = runPalvor({folder.root(), "x", "-a", "-n", nodes});
+    std::vector<std::string> flushes;
+    for (const std::string& line : linesOf(outcome.err)) {
+      if (line.rfind("# Flush", 0) == 0) {
+        flushes.push_back(line.substr(0, line.find(" t=")));
+      }
+    }
+    std::vector<std::string> want;
+    for (size_t i = 0; i < counts.size(); i++) {
+      want.push_back("# Flush array   " + std::to_string(i) +
+                     ": nbuff=" + std::to_string(counts[i]));
+    }
+    EXPECT_EQ(flushes, want) << "-n " << nodes;
+  }
+}
+
+TEST_F(Statistics, AreThoseOfAnEmptyRunWithoutInputsOrSuffixes) {
+  for (const char* name : {"x_0.stpsa", "x_1.stpsa", "x_2.stpsa"}) {
+    folder_.write(name, "");
+  }
+  const auto lines =
+      ElementsAre(StartsWith("# merge options: "), StartsWith("# total length"),
+                  StartsWith("# in buff: "),
+                  MatchesRegex("# Flush array   0: nbuff=0 t=[0-9]+ ms"),
+                  "# Merge done: 0, 0 STs, tnp2=0 tlcmp=0 tncmp=0 tnrc=0/0 "
+                  "tnac=0",
+                  "#   maxp=0 tnlcp=0 alcp=0 maxlcp=0 nmlcp=0/0  tngb=0",
+                  MatchesRegex(kFinalLine));
+  EXPECT_THAT(linesWith({"-l"}), lines);
+  EXPECT_THAT(linesWith({"-H", "-Z"}), lines);
+  folder_.write("x.stlengths", "odd");  // not one whole entry
+  EXPECT_THAT(linesWith({"-l", "-Z", "-f"}), lines);
+  EXPECT_THAT(linesWith({"-H", "-z", "-U"}), lines);
+  EXPECT_EQ(folder_.bytes("x.stpsa"), "");
+  EXPECT_EQ(folder_.bytes("x.stlcp"), "");
+}
+
+TEST_F(Statistics, ListTheOptionsInTheirOrder) {
+  for (const char* name : {"x_0.stpsa", "x_1.stpsa", "x_2.stpsa"}) {
+    folder_.write(name, "");  // so that -z, too, may be given
+  }
+  const std::string root = folder_.root();
+  EXPECT_EQ(
+      linesWith({"-N", "7",  "-x", "99", "-i", "4",  "-M", "64", "-m", "1e8",
+                 "-n", "5",  "-J", "2",  "-s", "x",  "-S", root, "-p", "x",
+                 "-o", root, "-Z", "-z", "-U", "-R", "-C", "-f", "-b", "-H",
+                 "-L", "-X", "-w", "-l", "-v", "-c", "-h"})
+          .at(31),
+      "# merge options: check verbose sarray larray czep (deprecated) noprefix "
+      "noheap (deprecated) hpflag bsuffix useFPs compact reorder usemmap "
+      "iorigin Manzini odir=" +
+          root + " opfx=x sdir=" + root +
+          " spfx=x Joption=2 maxNodes=5 maxSAMem=100000000 sBuffSize=64 "
+          "maxIter=4 pfxlen=99 nmerge=7 ");
+  EXPECT_EQ(linesWith({"-n", "0"}).at(0), "# merge options: sarray ");
+  const Outcome none = runPalvor({folder_.root(), "missing"});
+  EXPECT_EQ(linesOf(none.err).at(2), "# merge options: none");
+}
+
+TEST_F(Statistics, SizeTheBuffers) {
+  struct Row {
+    std::vector<std::string> options;
+    std::vector<uint32_t> lengths;
+    int in, out;
+  };
+  for (const Row& row : {
+           Row{{}, {7, 500000, 3}, 6250000, 500000},
+           Row{{}, {7, 3000000, 3}, 6250000, 1048576},
+           Row{{}, {0, 0, 0}, 6250000, 1},
+           Row{{}, {0xFFFFFFFF, 3, 0}, 6250000, 3},
+           Row{{"-N", "2"}, {7, 8, 9}, 9375000, 8},
+           Row{{"-N", "9"}, {7, 8, 9}, 6250000, 9},
+           Row{{"-m", "4800"}, {7, 8, 9}, 100, 9},
+           Row{{"-m", "4847", "-n", "5"}, {7, 8, 9}, 100, 5},
+           Row{{"-m", "2^31", "-M", "1615"}, {7, 8, 9}, 100, 9},
+           Row{{"-n", "0", "-M", "0"}, {7, 8, 9}, 6250000, 9},
+       }) {
+    folder_.writeWords("x.stlengths", row.lengths);
+    EXPECT_THAT(
+        linesWith(row.options),
+        Contains(StartsWith("# in buff: " + std::to_string(row.in) +
+                            " suffixes, out buff: " + std::to_string(row.out) +
+                            " nodes, SS=16 NS=12,  real ")))
+        << testing::PrintToString(row.options);
+  }
+}
+
+TEST_F(Statistics, TotalTheLengths) {
+  folder_.writeWords("x.stlengths", {0xFFFFFFFF, 30, 5});
+  EXPECT_THAT(linesWith({}),
+              Contains("# total length = 34, max input size = 30, number of "
+                       "inputs = 3, number of parts = 3"));
+  folder_.writeWords("x.stplengths", {3});
+  folder_.writeWords("x.stlengths", {1, 1, 1});
+  EXPECT_THAT(linesWith({}),
+              Contains("# total length = 3, max input size = 1, number of "
+                       "inputs = 3, number of parts = 1"));
+}
+
+TEST_F(Statistics, WarnOnceEach) {
+  EXPECT_THAT(
+      linesWith({"-M", "15"}),
+      IsSupersetOf({"# WARNING: an input buffer holds no record of 16 bytes: "
+                    "nothing will be merged (see -m and -M)",
+                    "# Merge done: 0, 0 STs, tnp2=0 tlcmp=0 tncmp=0 tnrc=0/0 "
+                    "tnac=0"}));
+  const std::vector<std::string> lines = linesWith({"-J", "1-4,6"});
+  EXPECT_EQ(lines.at(0), "# merge options: sarray Joption=1-4,6 ");
+  EXPECT_EQ(lines.at(1), "# WARNING: J option unimplemented!");
+  EXPECT_THAT(linesWith({"-M", "15", "-J", "1", "-q"}), ElementsAre());
+}
+
+TEST_F(Statistics, AreSilencedByQuiet) {
+  EXPECT_THAT(linesWith({"-quiet", "-l"}), ElementsAre());
+}
+
+const char* const kUsage =
+    "# \t-o <s> \t# use folder <s> for output, rather than input directory\n"
+    "# \t-p <s> \t# use prefix <s> for output files, rather than input file "
+    "prefix\n"
+    "# \t-S <s> \t# use folder <s> for input suffix array files\n"
+    "# \t-s <s> \t# use prefix <s> for input suffix array files\n"
+    "# \t-J <s> \t# indexes of relevance, eg. \"-J 1-4,6\" (unimplemented)\n"
+    "# \t-m <n> \t# memory to be used for all Suffix input buffers (bytes)\n"
+    "# \t-M <n> \t# memory to be used per Suffix input buffer (bytes)\n"
+    "# \t-n <n> \t# max number of nodes per tree partition\n"
+    "# \t-i <n> \t# max iterations, in words, for suffix comparisons\n"
+    "# \t-x <n> \t# partition trees based on prefix of length n [1..16]\n"
+    "# \t-N <n> \t# number-to-merge - merge only the first <n> SAs\n"
+    "# \t-c\t# checks (sometimes slow, sometimes paranoid) for correctness\n"
+    "# \t-q\t# quiet - no output to stderr\n"
+    "# \t-v\t# verbose - lots of output to stderr\n"
+    "# \t-a\t# array - make suffix array output, rather than suffix tree\n"
+    "# \t-l\t# lcp array - make lcp array output (use only with -a)\n"
+    "# \t-b\t# big suffixes - read suffix arrays with bigger records, incl. "
+    "LCP\n"
+    "# \t-w\t# ZEP - use Tavo's version of compare() (deprecated)\n"
+    "# \t-X\t# no prefixes - completely avoid use of the suffix prefixes\n"
+    "# \t-L\t# List - do not use a Heap for the merge (deprecated)\n"
+    "# \t-H\t# Heap - use the original Heap for the merge\n"
+    "# \t-Z\t# Manzini - (try to) use externally generated LCP values\n"
+    "# \t-f\t# file pointers - open a file for each input suffix array\n"
+    "# \t-z\t# zero index origin - PSAs have inputs numbered from zero.\n"
+    "# \t-U\t# Use mmap for input strings\n"
+    "# \t-R\t# Re-order - put nodes in traversal order, for better "
+    "compaction\n"
+    "# \t-C\t# Compact - compress trees using hash sets etc.\n"
+    "# \t-h\t# help - print this message\n"
+    "# Generates <n> .stree (\"suffix tree\") files, and one .stdiv file.\n"
+    "# Uses <k> .stbin and .stpsa files, plus the .*lengths files.\n";
+
+// The text after the first usage line, whose program name varies.
+std::string usageIn(const std::string& err) {
+  const std::string title = " <inputdir> <inputfileprefix> [-options...]\n";
+  const size_t at = err.find(title);
+  return at == std::string::npos ? "" : err.substr(at + title.size());
+}
+
+TEST_F(Statistics, BeginWithTheUsageIfItIsAskedFor) {
+  const Outcome help = runPalvor({folder_.root(), "-h", "x", "-a", "-q"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(usageIn(help.err), kUsage);
+  EXPECT_TRUE(folder_.holds("x.stpsa"));
+  for (const std::vector<std::string>& few :
+       {std::vector<std::string>{}, {"-h"}, {"data/"}}) {
+    const Outcome outcome = runPalvor(few);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(usageIn(outcome.err), kUsage);
+    EXPECT_EQ(linesOf(outcome.err).size(), 33u);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,131 @@
+#include "support/data_folder.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "support/inputs.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string numbered(size_t number, const char* kind) {
+  return "x_" + std::to_string(number) + kind;
+}
+
+}  // namespace
+
+std::string bytesOf(const std::vector<uint32_t>& words) {
+  std::string bytes;
+  for (const uint32_t word : words) {
+    for (int shift = 0; shift < 32; shift += 8) {
+      bytes += static_cast<char>(word >> shift & 0xFF);
+    }
+  }
+  return bytes;
+}
+
+DataFolder::DataFolder(const Collection& collection) {
+  std::string name = (fs::temp_directory_path() / "palvorXXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder");
+  root_ = name + "/";
+  fs::create_directory(root_ + "x.ST");
+
+  std::vector<uint32_t> characters, bits;
+  for (size_t i = 0; i < collection.texts.size(); i++) {
+    const std::string& text = collection.texts[i];
+    characters.push_back(static_cast<uint32_t>(text.size()));
+    bits.push_back(static_cast<uint32_t>(2 * text.size()));
+    writeWords(numbered(i, ".stbin"), packedWords(text));
+  }
+  writeWords("x.stlengths", characters);
+  writeWords("x.stblengths", bits);
+  if (!collection.parts.empty()) {
+    writeWords("x.stplengths",
+               {collection.parts.begin(), collection.parts.end()});
+  }
+
+  const std::vector<PlainArray> arrays = plainArrays(collection);
+  uint32_t origin = 0;
+  for (size_t j = 0; j < arrays.size(); j++) {
+    std::vector<uint32_t> file;
+    for (Record record : arrays[j].records) {
+      if (collection.zeroOrigin) record[0] -= origin << 2;
+      file.insert(file.end(), record.begin(), record.end());
+    }
+    writeWords(numbered(j, ".stpsa"), file);
+    std::vector<uint32_t> entries = arrays[j].entries;
+    if (!entries.empty()) entries[0] = 0xDEADBEEF;  // means nothing
+    writeWords(numbered(j, ".stlcp"), entries);
+    origin += collection.parts.empty()
+                  ? 1
+                  : static_cast<uint32_t>(collection.parts[j]);
+  }
+}
+
+DataFolder::~DataFolder() {
+  std::error_code ignored;
+  fs::remove_all(root_, ignored);
+}
+
+std::string DataFolder::path(const std::string& name) const {
+  return root_ + "x.ST/" + name;
+}
+
+void DataFolder::write(const std::string& name,
+                       const std::string& bytes) const {
+  std::ofstream file(path(name), std::ios::binary | std::ios::trunc);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!file.flush()) throw std::runtime_error("cannot write " + path(name));
+}
+
+void DataFolder::writeWords(const std::string& name,
+                            const std::vector<uint32_t>& words) const {
+  write(name, bytesOf(words));
+}
+
+void DataFolder::resize(const std::string& name, uint64_t bytes) const {
+  fs::resize_file(path(name), bytes);
+}
+
+void DataFolder::remove(const std::string& name) const {
+  fs::remove_all(path(name));
+}
+
+void DataFolder::replaceByFolder(const std::string& name) const {
+  remove(name);
+  fs::create_directory(path(name));
+}
+
+void DataFolder::replaceByFullDevice(const std::string& name) const {
+  remove(name);
+  fs::create_symlink("/dev/full", path(name));
+}
+
+bool DataFolder::holds(const std::string& name) const {
+  return fs::exists(path(name));
+}
+
+std::string DataFolder::bytes(const std::string& name) const {
+  std::ifstream file(path(name), std::ios::binary);
+  if (!file) throw std::runtime_error("cannot read " + path(name));
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<uint32_t> DataFolder::words(const std::string& name) const {
+  const std::string raw = bytes(name);
+  std::vector<uint32_t> words(raw.size() / 4);
+  std::memcpy(words.data(), raw.data(), words.size() * 4);
+  return words;
+}
+
+std::vector<Record> DataFolder::records(const std::string& name) const {
+  const std::vector<uint32_t> all = words(name);
+  std::vector<Record> records(all.size() / 4);
+  std::memcpy(records.data(), all.data(), records.size() * sizeof(Record));
+  return records;
+}

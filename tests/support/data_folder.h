@@ -1,0 +1,52 @@
+// A data folder on disk, made of plain arrays byte by byte: what the program
+// reads is not written by code of its own. A test may then damage it.
+
+#ifndef PALVOR_TESTS_SUPPORT_DATA_FOLDER_H_
+#define PALVOR_TESTS_SUPPORT_DATA_FOLDER_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/plain_merge.h"
+
+// 32-bit words as a file holds them.
+std::string bytesOf(const std::vector<uint32_t>& words);
+
+class DataFolder {
+ public:
+  // Makes a temporary folder with the data folder x.ST/ in it: lengths,
+  // strings, suffix arrays, LCP files, and a partitions file if there are
+  // partitions.
+  explicit DataFolder(const Collection& collection);
+  ~DataFolder();  // removes all of it
+  DataFolder(const DataFolder&) = delete;
+  DataFolder& operator=(const DataFolder&) = delete;
+
+  // The temporary folder, "/" included: the program's first argument, the
+  // second being "x".
+  const std::string& root() const { return root_; }
+
+  // A file of x.ST/ by its name, like "x_0.stpsa".
+  std::string path(const std::string& name) const;
+
+  void write(const std::string& name, const std::string& bytes) const;
+  void writeWords(const std::string& name,
+                  const std::vector<uint32_t>& words) const;
+  void resize(const std::string& name, uint64_t bytes) const;
+  void remove(const std::string& name) const;
+
+  // Puts a folder, or a link to /dev/full, where the file should be.
+  void replaceByFolder(const std::string& name) const;
+  void replaceByFullDevice(const std::string& name) const;
+
+  bool holds(const std::string& name) const;
+  std::string bytes(const std::string& name) const;
+  std::vector<uint32_t> words(const std::string& name) const;
+  std::vector<Record> records(const std::string& name) const;
+
+ private:
+  std::string root_;
+};
+
+#endif  // PALVOR_TESTS_SUPPORT_DATA_FOLDER_H_
