@@ -1,7 +1,7 @@
 #include "support/data_folder.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -119,13 +119,16 @@ std::string DataFolder::bytes(const std::string& name) const {
 std::vector<uint32_t> DataFolder::words(const std::string& name) const {
   const std::string raw = bytes(name);
   std::vector<uint32_t> words(raw.size() / 4);
-  std::memcpy(words.data(), raw.data(), words.size() * 4);
+  std::copy_n(raw.data(), 4 * words.size(),
+              reinterpret_cast<char*>(words.data()));
   return words;
 }
 
 std::vector<Record> DataFolder::records(const std::string& name) const {
   const std::vector<uint32_t> all = words(name);
   std::vector<Record> records(all.size() / 4);
-  std::memcpy(records.data(), all.data(), records.size() * sizeof(Record));
+  for (size_t i = 0; i < 4 * records.size(); i++) {
+    records[i / 4][i % 4] = all[i];
+  }
   return records;
 }
