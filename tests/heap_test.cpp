@@ -2,13 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "merge/front.h"
 #include "output/counters.h"
-#include "run/options.h"
 #include "support/inputs.h"
 
 namespace {

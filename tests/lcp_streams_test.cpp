@@ -14,7 +14,7 @@ namespace {
 
 TEST(LcpStreams, HandOutEntriesAcrossBlocks) {
   const DataFolder folder{Collection{}};
-  for (const uint32_t stream : {0, 1}) {
+  for (const uint32_t stream : {0U, 1U}) {
     std::vector<uint32_t> entries;
     for (uint32_t m = 0; m < 40000; m++) entries.push_back(2 * m + stream);
     folder.writeWords("x_" + std::to_string(stream) + ".stlcp", entries);

@@ -9,7 +9,6 @@
 
 #include "merge/front.h"
 #include "output/counters.h"
-#include "run/options.h"
 #include "support/inputs.h"
 
 namespace {

@@ -43,7 +43,7 @@ void replaceBySocket(const DataFolder& folder, const std::string& name) {
 void makeHugeInputs(const DataFolder& folder) {
   constexpr uint32_t kBits = (1U << 30) + 2;
   folder.writeWords("x.stblengths", {kBits, kBits});
-  for (uint32_t i : {0, 1}) {
+  for (const uint32_t i : {0U, 1U}) {
     const std::string name = "x_" + std::to_string(i);
     folder.write(name + ".stbin", "");
     folder.resize(name + ".stbin", 4 * (((kBits - 1) >> 5) + 2));

@@ -4,6 +4,7 @@
 #include <bit>
 
 #include "run/options.h"
+#include "sources/long_matches.h"
 #include "sources/packing.h"
 #include "sources/strings.h"
 #include "support/report.h"
@@ -39,21 +40,53 @@ struct Parting {
   bool after;  // a has the 1 there
 };
 
-// Compares slices 0 to n - 1 of two stretches. Every slice must begin before
-// the end of its string's data, so that the trailer is the last word read.
-inline Parting compareSlices(const Reader& a, const Reader& b, int n) {
-  int w = 0;
-  for (; w + 1 < n; w += 2) {
+// Compares slices `from` to `to` - 1 of two stretches. Every slice must begin
+// before the end of its string's data, so that the trailer is the last word
+// read.
+inline Parting compareSlices(const Reader& a, const Reader& b, int from,
+                             int to) {
+  int w = from;
+  for (; w + 1 < to; w += 2) {
     const uint64_t x = a.twoSlices(w);
     const uint64_t y = b.twoSlices(w);
     if (x != y) return {32 * w + std::countl_zero(x ^ y), true, x > y};
   }
-  if (w < n) {
+  if (w < to) {
     const uint32_t x = a.slice(w);
     const uint32_t y = b.slice(w);
-    if (x != y) return {32 * w + std::countl_zero(x ^ y), true, x > y};
+    if (x != y) return {32 * w + nb32(x ^ y), true, x > y};
   }
   return {0, false, false};
+}
+
+// Slices compared before the long matches are asked: a shorter match is read
+// sooner than looked up.
+constexpr int kPatience = 64;
+
+// Compares slices kPatience to n - 1 of the stretches that begin at two places
+// and are `common` bits long, passing over what is known to match.
+[[gnu::noinline]] Parting compareOn(BitPlace placeA, const Reader& a,
+                                    BitPlace placeB, const Reader& b, int n,
+                                    int common) {
+  Parting parting{};
+  int readTo = n;  // slices before it were read
+  int w = kPatience;
+  while (w < n && !parting.differ) {
+    const auto bits = static_cast<uint32_t>(32 * w);
+    const uint32_t known = knownMatch({placeA.input, placeA.bit + bits},
+                                      {placeB.input, placeB.bit + bits});
+    if (known >= 32) {
+      readTo = std::min(readTo, w);
+      w += static_cast<int>(known / 32);
+    }
+    const int next = std::min(n, w + kPatience);
+    parting = compareSlices(a, b, w, next);
+    w = next;
+  }
+  const int equal = parting.differ ? std::min(parting.bit, common) : common;
+  rememberMatch(placeA, placeB, static_cast<uint32_t>(equal),
+                static_cast<uint32_t>(std::min(32 * readTo, equal)));
+  return parting;
 }
 
 // Compares one word of each, `w` words after the start.
@@ -97,10 +130,16 @@ int ZEPCompare(const Suffix* a, const Suffix* b, int* fb, int known) {
                               startA);
     }
     const auto step = static_cast<unsigned>(skip);
+    const BitPlace placeA = {inputNumber(*a), startA + step};
+    const BitPlace placeB = {inputNumber(*b), 2 * b->pos + step};
+    const Reader readA(binaryString[placeA.input], placeA.bit);
+    const Reader readB(binaryString[placeB.input], placeB.bit);
     const int words = wordsOver(shorter - skip);
-    parting = compareSlices(
-        Reader(binaryString[inputNumber(*a)], startA + step),
-        Reader(binaryString[inputNumber(*b)], 2 * b->pos + step), words);
+    parting = compareSlices(readA, readB, 0, std::min(words, kPatience));
+    if (!parting.differ && words > kPatience) {
+      parting = compareOn(placeA, readA, placeB, readB, words, shorter - skip);
+    }
+    // Words passed over as known to match count as examined.
     tngb += parting.differ ? (parting.bit >> 5) + 1 : std::max(words, 0);
   }
 
