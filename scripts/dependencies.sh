@@ -1,0 +1,90 @@
+# To be sourced by the scripts beside it. Finds out which of the programs and
+# libraries that palvor is built from are missing, and installs their Debian
+# packages. Everything there: says nothing and needs no root and no network.
+
+# Prints the package of each program or header that is missing, one a line.
+missing_packages() {
+  local program header
+  while read -r program package; do
+    command -v "$program" >/dev/null || echo "$package"
+  done <<'LIST'
+g++ g++
+cmake cmake
+ninja ninja-build
+python3 python3-minimal
+LIST
+  while read -r header package; do
+    echo "#include <$header>" |
+      g++ -std=c++20 -E -x c++ - >/dev/null 2>&1 || echo "$package"
+  done <<'LIST'
+gtest/gtest.h libgtest-dev
+benchmark/benchmark.h libbenchmark-dev
+divsufsort.h libdivsufsort-dev
+archive.h libarchive-dev
+zlib.h zlib1g-dev
+CLI/CLI.hpp libcli11-dev
+LIST
+}
+
+# Runs a command as root: directly, or through sudo. Fails if neither can be.
+as_root() {
+  if [ "$(id -u)" = 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    return 1
+  fi
+}
+
+# Refreshes the package lists once a run: a bare machine may have none.
+update_package_lists() {
+  if [ -z "${package_lists_fresh-}" ]; then
+    echo "== Refreshing the package lists (apt-get update)"
+    as_root apt-get update -qq || return 1
+    package_lists_fresh=yes
+  fi
+}
+
+install_dependencies() {
+  local missing
+  missing=$(missing_packages | tr '\n' ' ')
+  if [ -z "$missing" ]; then return 0; fi
+  if ! command -v apt-get >/dev/null; then
+    echo "Missing here: $missing" >&2
+    echo "These are Debian package names; there is no apt-get to install" \
+      "them with. Please install what they stand for, and run this again." >&2
+    return 1
+  fi
+  echo "== Installing what is missing: $missing"
+  if ! update_package_lists ||
+    ! as_root env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -y -qq --no-install-recommends $missing >/dev/null; then
+    echo "Could not install: $missing" >&2
+    echo "Either there is no network, or neither root nor sudo is to be had." \
+      "As root: apt-get install $missing" >&2
+    return 1
+  fi
+  missing=$(missing_packages | tr '\n' ' ')
+  if [ -n "$missing" ]; then
+    echo "Still missing after the installation: $missing" >&2
+    return 1
+  fi
+}
+
+# Configures and builds a preset of CMakePresets.json. Call it at the root of
+# the project. Quiet unless something fails.
+build_preset() {
+  local preset=$1 log generator=()
+  if [ ! -e "build/$preset/CMakeCache.txt" ]; then generator=(-G Ninja); fi
+  echo "== Building palvor and palvor-kit (preset $preset)"
+  log=$(mktemp)
+  if ! { cmake --preset "$preset" "${generator[@]}" &&
+    cmake --build --preset "$preset" -j "$(nproc)"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
+    echo "The build failed." >&2
+    return 1
+  fi
+  rm -f "$log"
+}
