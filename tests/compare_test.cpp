@@ -105,8 +105,9 @@ TEST(SuffixOrder, CountsWhatItReads) {
   struct Row {
     std::string a, b;
     int known, noprefix;
-    int byPrefix;  // calls settled by the prefix words
-    double words;  // of the strings examined
+    int byPrefix;      // calls settled by the prefix words
+    double words;      // of the strings examined
+    size_t start = 0;  // characters of a's input before it
   };
   const std::string t32(32, 'T'), t40(40, 'T');
   const std::vector<Row> rows = {
@@ -117,13 +118,17 @@ TEST(SuffixOrder, CountsWhatItReads) {
       {t40, t40 + "A", 0, 0, 0, 1},
       {t40 + t40, t40 + t40 + "C", 0, 0, 0, 3},
       {t40 + t40 + "A", t40 + t40 + "C", 128, 0, 0, 2},
+      // Known bits below 64 are not skipped, the prefix words settle it.
+      {t32.substr(12) + "A" + t40, t32, 40, 0, 1, 0},
+      // The step ends at a word boundary of a: 48 bits, not 64, and 32 more.
+      {t40 + "A", t40 + "C", 0, 0, 0, 2, 8},
       {"A", "C", 0, 1, 0, 1},
       {t32, t32, 0, 1, 0, 2},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.a + " and " + row.b);
-    useInputs({row.a, row.b});
-    const Suffix a = suffixAt(0, 0), b = suffixAt(1, 0);
+    useInputs({std::string(row.start, 'G') + row.a, row.b});
+    const Suffix a = suffixAt(0, row.start), b = suffixAt(1, 0);
     noprefix = row.noprefix;
     np2 = 0;
     tngb = 0;

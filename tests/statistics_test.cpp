@@ -79,6 +79,32 @@ TEST_F(Statistics, CountTheWordsOfStringsExamined) {
                             "tngb=1"}));
 }
 
+// Entries are computed ahead, but what is counted does not depend on how far.
+TEST_F(Statistics, CountTheSameWorkForAnySizeOfBuffer) {
+  std::string text;
+  for (unsigned i = 1; text.size() < 700; i = i * 1664525 + 1013904223) {
+    text += std::string(1 + (i >> 26), "ACGT"[i >> 30]);
+  }
+  const DataFolder folder{Collection{{text, text + "G", "T" + text}}};
+  const auto counts = [&](const std::vector<std::string>& options) {
+    std::vector<std::string> arguments = {folder.root(), "x", "-a"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    std::string found;
+    for (const std::string& line : linesOf(runPalvor(arguments).err)) {
+      if (line.find("tngb=") != std::string::npos ||
+          line.find("tnp2=") != std::string::npos) {
+        found += line + "\n";
+      }
+    }
+    return found;
+  };
+  const std::string want = counts({});
+  EXPECT_THAT(want, StartsWith("# Merge done: "));
+  for (const char* bytes : {"16", "32", "48", "1008", "1024", "1040", "5000"}) {
+    EXPECT_EQ(counts({"-M", bytes, "-n", "7"}), want) << "-M " << bytes;
+  }
+}
+
 TEST_F(Statistics, NumberTheFlushes) {
   const DataFolder folder{Collection{{"GATTACATTA"}}};
   const std::vector<std::pair<std::string, std::vector<int>>> rows = {
