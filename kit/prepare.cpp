@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -53,6 +54,9 @@ class Preparation {
     work();
     for (std::thread& worker : workers) worker.join();
     if (failure_) std::rethrow_exception(failure_);
+    if (summary().inputs == 0) {
+      throw std::runtime_error("no A, C, G or T in any of the files");
+    }
     index_.commit();
   }
 
@@ -184,10 +188,12 @@ void addPrepare(CLI::App& app) {
       ->add_option("--ambiguous", options->ambiguous,
                    "at characters other than A, C, G and T: split the input "
                    "string, skip the whole record, or stop")
-      ->transform(CLI::CheckedTransformer(std::map<std::string, Ambiguous>{
-          {"split", Ambiguous::kSplit},
-          {"skip-record", Ambiguous::kSkipRecord},
-          {"error", Ambiguous::kError}}))
+      ->transform(
+          CLI::CheckedTransformer(std::map<std::string, Ambiguous>{
+                                      {"split", Ambiguous::kSplit},
+                                      {"skip-record", Ambiguous::kSkipRecord},
+                                      {"error", Ambiguous::kError}})
+              .description(""))
       ->type_name("split|skip-record|error")
       ->default_str("split");
   command->add_flag("--lcp", options->withLcp,

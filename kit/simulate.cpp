@@ -1,10 +1,12 @@
 // palvor-kit simulate: random genomes, the same on every machine.
 
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -92,6 +94,9 @@ std::string asFasta(const std::string& name, const std::string& genome) {
 }
 
 void simulate(const SimulateOptions& options) {
+  if (std::isnan(options.divergence)) {
+    throw std::runtime_error("--divergence must be a number from 0 to 1");
+  }
   Random random(options.seed);
   const bool independent = options.divergence >= 1;
   std::string ancestor;

@@ -23,7 +23,8 @@ namespace kit {
 class SuffixSorter {
  public:
   // Sorts. The text, of at least one input, must outlive the sorter.
-  // Throws std::runtime_error if the text cannot be sorted.
+  // Throws std::runtime_error if the text cannot be sorted, and if an LCP that
+  // is wanted does not fit an entry.
   SuffixSorter(const PsaText& psa, bool wantLcp);
 
   // Number of suffixes: the characters of the inputs.
@@ -35,27 +36,23 @@ class SuffixSorter {
 
   // The LCP entry of the suffix that `next` gave last with the one before it;
   // 0 for the first. Only if LCPs are wanted.
-  // Throws std::runtime_error if it does not fit an entry.
-  LcpEntry entry() const;
+  LcpEntry entry() const { return index_ == first_ + 1 ? 0 : entry_; }
 
  private:
-  bool endsAfter(size_t begin, size_t length) const {
-    return text_[begin + length] == kSeparator;
-  }
   void computePrefixes();
-  size_t equalRun(size_t from) const;
+  bool equalsTheOneBefore(size_t index) const;
 
   std::string_view text_;
   bool wantLcp_;
-  std::vector<int32_t> order_;     // all suffixes, the separators' first
-  std::vector<int32_t> prefixes_;  // by text position: characters in common
-                                   // with the suffix before; or empty
-  size_t first_ = 0;               // index of the first suffix of an input
-  size_t index_ = 0;               // of the suffix given last, plus 1
-  size_t runEnd_ = 0;              // end of the run of equal suffixes it is in
-  size_t shared_ = 0;              // characters it shares with the one before
-  size_t previous_ = 0;            // where that begins
-  size_t current_ = 0;             // where it begins itself
+  std::vector<int32_t> order_;      // all suffixes, the separators' first
+  std::vector<uint32_t> prefixes_;  // by text position: the LCP entry with the
+                                    // suffix before, and a mark if they are
+                                    // equal; or empty
+  size_t first_ = 0;                // index of the first suffix of an input
+  size_t index_ = 0;                // of the suffix given last, plus 1
+  size_t runEnd_ = 0;               // end of its run of equal suffixes
+  LcpEntry entry_ = 0;              // of the suffix given last
+  LcpEntry runEntry_ = 0;           // of all of its run but the first
 };
 
 }  // namespace kit
