@@ -24,6 +24,18 @@
 
 namespace {
 
+// As many partitions as inputs are read. Were there others that are not empty,
+// -z would give their records other inputs' numbers.
+void testOrigins() {
+  if (iorigin == 0 || nparts <= ninputs) return;
+  long long covered = 0;
+  for (int j = 0; j < ninputs; j++) covered += plengths[j];
+  if (covered >= ninputs) return;
+  die("partitions file %s: with option -z, its first %d entries must cover the "
+      "%d inputs, they cover %lld\n",
+      plengthsFileName, ninputs, ninputs, covered);
+}
+
 // Sets `ninputs`, `nparts` and the lengths tables.
 void loadLengths(const RunPaths& paths) {
   const long long size = FileSize(paths.lengthsFile);
@@ -56,18 +68,6 @@ void loadLengths(const RunPaths& paths) {
   readPartitionInfo(paths.lengthsFile, paths.blengthsFile, plengthsFileName,
                     lengths, blengths, plengths, ninputs);
   testOrigins();
-}
-
-// As many partitions as inputs are read. Were there others that are not empty,
-// -z would give their records other inputs' numbers.
-void testOrigins() {
-  if (iorigin == 0 || nparts <= ninputs) return;
-  long long covered = 0;
-  for (int j = 0; j < ninputs; j++) covered += plengths[j];
-  if (covered >= ninputs) return;
-  die("partitions file %s: with option -z, its first %d entries must cover the "
-      "%d inputs, they cover %lld\n",
-      plengthsFileName, ninputs, ninputs, covered);
 }
 
 // Prints the totals of `lengths` and returns its largest entry, 0 if none.
