@@ -13,24 +13,11 @@
 # Without files: the demo's genomes, if scripts/demo.sh has fetched them, and
 # two independent random strings of 30 million characters.
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
-source scripts/dependencies.sh
-source bench/measure.sh
+source "$(dirname "${BASH_SOURCE[0]}")/measure.sh"
 
-count=5
-if [ "${1-}" = -r ]; then
-  count=$2
-  shift 2
-fi
-command -v /usr/bin/time >/dev/null || {
-  echo "needs /usr/bin/time (Debian package time)" >&2
-  exit 1
-}
 install_dependencies
 build_preset release
 bin=build/release
-work=$(mktemp -d "${TMPDIR:-/tmp}/palvor-bench.XXXXXX")
-trap 'rm -rf "$runs" "$work"' EXIT
 
 compare() {
   local title=$1 data=$work/x.ST/x suffixes

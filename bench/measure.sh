@@ -1,9 +1,24 @@
 # To be sourced by the benchmarks beside it: times whole programs in turn.
 
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+source scripts/dependencies.sh
+
+# How often each command is run: 5 times, or as often as a leading -r says.
+count=5
+if [ "${1-}" = -r ]; then
+  count=$2
+  shift 2
+fi
+if ! command -v /usr/bin/time >/dev/null; then
+  echo "needs /usr/bin/time (Debian package time)" >&2
+  exit 1
+fi
+
 # Names of what is measured, in order, and a file of its runs for each:
 # "user sys wall peak-kilobytes" a line.
 runs=$(mktemp -d)
-trap 'rm -rf "$runs"' EXIT
+work=$(mktemp -d "${TMPDIR:-/tmp}/palvor-bench.XXXXXX")  # for the outputs
+trap 'rm -rf "$runs" "$work"' EXIT
 
 # measure NAME COMMAND...: one run.
 measure() {

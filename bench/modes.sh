@@ -5,22 +5,13 @@
 #
 # usage: bench/modes.sh [-r RUNS] INPUTDIR PREFIX
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
-source scripts/dependencies.sh
-source bench/measure.sh
+source "$(dirname "${BASH_SOURCE[0]}")/measure.sh"
 
-count=5
-if [ "${1-}" = -r ]; then
-  count=$2
-  shift 2
-fi
 if [ $# -ne 2 ]; then
   echo "usage: bench/modes.sh [-r RUNS] INPUTDIR PREFIX" >&2
   exit 2
 fi
 build_preset release
-work=$(mktemp -d "${TMPDIR:-/tmp}/palvor-bench.XXXXXX")
-trap 'rm -rf "$runs" "$work"' EXIT
 run() {
   local name=$1
   shift

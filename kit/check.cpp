@@ -3,13 +3,11 @@
 
 #include <atomic>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "kit/check_arrays.h"
@@ -21,6 +19,7 @@
 #include "kit/record_file.h"
 #include "kit/suffix_run.h"
 #include "kit/table_printer.h"
+#include "kit/workers.h"
 
 namespace kit {
 namespace {
@@ -96,24 +95,12 @@ void checkInputArrays(const std::vector<ArrayToCheck>& arrays,
                       Advance& advance, int jobs) {
   MetSuffixes met(strings);
   std::atomic<size_t> next = 0;
-  std::mutex mutex;
-  std::exception_ptr failure;
-  const auto work = [&] {
-    try {
-      for (size_t j = next++; j < arrays.size(); j = next++) {
-        checkArray(arrays[j], strings, met, faults, std::ref(advance));
-      }
-    } catch (...) {
-      next = arrays.size();
-      const std::lock_guard lock(mutex);
-      if (!failure) failure = std::current_exception();
-    }
-  };
-  std::vector<std::thread> workers;
-  for (int i = 1; i < jobs; i++) workers.emplace_back(work);
-  work();
-  for (std::thread& worker : workers) worker.join();
-  if (failure) std::rethrow_exception(failure);
+  runWorkers(jobs, [&] {
+    const size_t j = next++;
+    if (j >= arrays.size()) return false;
+    checkArray(arrays[j], strings, met, faults, std::ref(advance));
+    return true;
+  });
 }
 
 bool holdsSomething(const std::string& path) {

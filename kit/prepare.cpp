@@ -1,13 +1,11 @@
 // palvor-kit prepare: from sequence files to a data folder.
 
 #include <cstdio>
-#include <exception>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "kit/commands.h"
@@ -16,6 +14,7 @@
 #include "kit/progress.h"
 #include "kit/psa_source.h"
 #include "kit/table_printer.h"
+#include "kit/workers.h"
 
 namespace kit {
 namespace {
@@ -47,13 +46,12 @@ class Preparation {
         index_(folder) {}
 
   void run() {
-    std::vector<std::thread> workers;
-    for (int i = 1; i < options_.jobs; i++) {
-      workers.emplace_back([this] { work(); });
-    }
-    work();
-    for (std::thread& worker : workers) worker.join();
-    if (failure_) std::rethrow_exception(failure_);
+    runWorkers(options_.jobs, [this] {
+      PsaText psa;
+      if (!take(psa)) return false;
+      writePsa(folder_, psa, options_.withLcp, options_.zeroOrigin);
+      return true;
+    });
     if (summary().inputs == 0) {
       throw std::runtime_error("no A, C, G or T in any of the files");
     }
@@ -61,32 +59,16 @@ class Preparation {
   }
 
   const ReadingSummary& summary() const { return source_.summary(); }
-  bool partitioned() const { return partitioned_; }
 
  private:
-  void work() {
-    try {
-      PsaText psa;
-      while (take(psa)) {
-        writePsa(folder_, psa, options_.withLcp, options_.zeroOrigin);
-      }
-    } catch (...) {
-      const std::lock_guard lock(mutex_);
-      if (!failure_) failure_ = std::current_exception();
-    }
-  }
-
-  // The next suffix array to prepare; false if there is none, or no sense in
-  // going on.
+  // The next suffix array to prepare; false if there is none.
   bool take(PsaText& psa) {
     const std::lock_guard lock(mutex_);
-    if (failure_) return false;
     progress_.show("palvor-kit: preparing, " +
                    std::to_string(source_.filesRead()) + " of " +
                    std::to_string(options_.files.size()) + " files read");
     if (!source_.next(psa)) return false;
     index_.add(psa);
-    if (psa.inputs.size() != 1) partitioned_ = true;
     return true;
   }
 
@@ -96,8 +78,6 @@ class Preparation {
   PsaSource source_;
   FolderIndex index_;
   Progress progress_;
-  bool partitioned_ = false;
-  std::exception_ptr failure_;
 };
 
 void report(const ReadingSummary& summary, const PrepareOptions& options) {
@@ -143,10 +123,12 @@ std::string quoted(const std::string& word) {
 void prepare(const PrepareOptions& options) {
   const DataFolder folder(options.directory, options.prefix);
   folder.create(options.force);
-  auto preparation = std::make_unique<Preparation>(options, folder);
-  preparation->run();
-  const ReadingSummary summary = preparation->summary();
-  preparation.reset();
+  ReadingSummary summary;
+  {
+    Preparation preparation(options, folder);
+    preparation.run();
+    summary = preparation.summary();
+  }  // takes the progress line away
   report(summary, options);
   std::printf("palvor %s %s -a -l%s%s\n", quoted(folder.directory()).c_str(),
               quoted(folder.prefix()).c_str(), options.zeroOrigin ? " -z" : "",
@@ -180,8 +162,10 @@ void addPrepare(CLI::App& app) {
   command
       ->add_option("--psa-per", options->psaPer,
                    "one suffix array for each file, or each record")
-      ->transform(CLI::CheckedTransformer(std::map<std::string, PsaPer>{
-          {"file", PsaPer::kFile}, {"record", PsaPer::kRecord}}))
+      ->transform(CLI::CheckedTransformer(
+                      std::map<std::string, PsaPer>{
+                          {"file", PsaPer::kFile}, {"record", PsaPer::kRecord}})
+                      .description(""))
       ->type_name("file|record")
       ->default_str("file");
   command

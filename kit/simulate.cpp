@@ -81,6 +81,7 @@ std::string mutate(Random& random, const std::string& ancestor,
       i += length - 1;
     }
   }
+  if (genome.empty()) genome += ancestor[0];  // all of it was deleted
   return genome;
 }
 

@@ -11,13 +11,16 @@ missing_packages() {
 g++ g++
 cmake cmake
 ninja ninja-build
-python3 python3-minimal
 LIST
+  # python3-minimal, which may be there alone, has not all of the library.
+  python3 -c 'import argparse, random, subprocess, tempfile' 2>/dev/null ||
+    echo python3
   while read -r header package; do
     echo "#include <$header>" |
       g++ -std=c++20 -E -x c++ - >/dev/null 2>&1 || echo "$package"
   done <<'LIST'
 gtest/gtest.h libgtest-dev
+gmock/gmock.h libgmock-dev
 benchmark/benchmark.h libbenchmark-dev
 divsufsort.h libdivsufsort-dev
 archive.h libarchive-dev
