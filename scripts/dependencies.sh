@@ -13,7 +13,7 @@ cmake cmake
 ninja ninja-build
 LIST
   # python3-minimal, which may be there alone, has not all of the library.
-  python3 -c 'import argparse, random, subprocess, tempfile' 2>/dev/null ||
+  python3 -c 'import shlex, tempfile' 2>/dev/null ||
     echo python3
   while read -r header package; do
     echo "#include <$header>" |

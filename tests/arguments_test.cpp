@@ -74,20 +74,4 @@ TEST(ArgumentScan, MixesOptionsAndPositionalValues) {
   EXPECT_EQ(maxNodes, 0);
 }
 
-TEST(ArgumentScan, SetsEachFlagByItsOwnLetter) {
-  const std::vector<std::pair<std::string, int*>> rows = {
-      {"q", &quiet},   {"v", &verbose}, {"c", &check},   {"a", &sarray},
-      {"l", &larray},  {"b", &bsuffix}, {"w", &czep},    {"X", &noprefix},
-      {"L", &noheap},  {"H", &hpflag},  {"f", &useFPs},  {"z", &iorigin},
-      {"U", &usemmap}, {"R", &reorder}, {"C", &compact}, {"Z", &Manzini}};
-  for (const auto& [letter, variable] : rows) {
-    for (const auto& row : rows) *row.second = 0;
-    scan({"d/", "x", "-" + letter});
-    for (const auto& row : rows) {
-      EXPECT_EQ(*row.second, row.second == variable ? 1 : 0)
-          << "-" << letter << " and -" << row.first;
-    }
-  }
-}
-
 }  // namespace

@@ -8,8 +8,8 @@
 #include <sstream>
 #include <string>
 
-#include "tests/kit/kit_program.h"
-#include "tests/kit/temporary_folder.h"
+#include "support/program.h"
+#include "support/temporary_folder.h"
 
 namespace {
 

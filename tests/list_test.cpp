@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -124,76 +122,6 @@ TEST_F(MergeList, PutsAnEqualSuffixBehindTheOneListed) {
   addList(-1);
   addList(0);
   EXPECT_EQ(nlcmp, 0) << "an empty list has nothing to look at";
-}
-
-// After every insertion of a merge, the list is in order and every stored
-// entry is that of its two suffixes.
-TEST_F(MergeList, StaysInOrderWithTrueEntriesThroughAMerge) {
-  for (unsigned seed = 1; seed <= 60; seed++) {
-    std::mt19937 random(seed);
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    const std::string alphabet = seed % 3 == 0   ? "A"
-                                 : seed % 3 == 1 ? "AC"
-                                                 : "ACGT";
-    std::vector<std::string> texts(1 + random() % 6);
-    for (std::string& text : texts) {
-      text.resize(1 + random() % 50);
-      for (char& c : text) c = alphabet[random() % alphabet.size()];
-    }
-    const auto k = texts.size();
-    useInputs(texts);
-    // Per stream, the suffixes in order, the next one last.
-    std::vector<std::vector<std::string>> rest(k);
-    for (size_t i = 0; i < k; i++) {
-      for (size_t pos = 0; pos < texts[i].size(); pos++) {
-        rest[i].push_back(texts[i].substr(pos));
-      }
-      std::sort(rest[i].rbegin(), rest[i].rend());
-    }
-    suffixes_.assign(k, {});
-    pointers_.clear();
-    for (Suffix& suffix : suffixes_) pointers_.push_back(&suffix);
-    Suffixes = pointers_.data();
-    const auto fetch = [&](size_t i) {
-      suffixes_[i] = suffixAt(static_cast<int>(i),
-                              texts[i].size() - rest[i].back().size());
-    };
-    const auto expectTrue = [&](const std::string* emitted) {
-      const std::string* before = emitted;
-      for (const int stream : listed()) {
-        const std::string& text = rest[static_cast<size_t>(stream)].back();
-        if (before != nullptr) {
-          ASSERT_LE(*before, text);
-          ASSERT_EQ(LLCP[stream], slowEntry(*before, text))
-              << *before << " and " << text;
-        }
-        before = &text;
-      }
-    };
-
-    allocateList(static_cast<int>(k));
-    currlcp = currfbt = 0;
-    for (size_t i = 0; i < k; i++) {
-      fetch(i);
-      addList(static_cast<int>(i));
-      ASSERT_NO_FATAL_FAILURE(expectTrue(nullptr));
-    }
-    while (Lfst >= 0) {
-      const int head = Lfst;
-      const auto i = static_cast<size_t>(head);
-      const std::string emitted = rest[i].back();
-      rest[i].pop_back();
-      addList(-1);
-      if (!rest[i].empty()) {
-        fetch(i);
-        LLCP[head] = LOCP[head] = slowEntry(emitted, rest[i].back());
-        currlcp = lcpBits(LLCP[head]);
-        currfbt = lcpFirstbit(LLCP[head]);
-        addList(head);
-      }
-      ASSERT_NO_FATAL_FAILURE(expectTrue(&emitted));
-    }
-  }
 }
 
 }  // namespace

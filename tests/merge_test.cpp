@@ -1,11 +1,11 @@
-// The whole program against a plain sort of all suffixes. Whatever the
+// The whole program against a plain sort of all suffixes; for random
+// collections and options, tests/model does that. Whatever the
 // ordering of the streams, the road of the comparison, the sizes of buffers
 // and the way files are read: the same bytes.
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <ostream>
 #include <random>
 #include <string>
 #include <vector>
@@ -51,119 +51,13 @@ void expectBothMerges(const Collection& collection, const Options& options) {
       expectMerge(folder, plainMerge(collection, Ties::kByInput), all, true));
 }
 
-class Random {
- public:
-  explicit Random(unsigned seed) : engine_(seed) {}
-  size_t below(size_t n) { return engine_() % n; }
-  std::string text(size_t length, const std::string& alphabet) {
-    std::string text(length, ' ');
-    for (char& character : text) character = alphabet[below(alphabet.size())];
-    return text;
-  }
-
- private:
-  std::mt19937 engine_;
-};
-
-// Any of the switches that must not change a byte.
-Options randomOptions(Random& random) {
-  Options options = {"-M", std::to_string(16 * (1 + random.below(7))), "-n",
-                     std::to_string(1 + random.below(7))};
-  for (const char* option : {"-X", "-f", "-U", "-Z", "-q", "-L"}) {
-    if (random.below(2) == 0) options.push_back(option);
-  }
-  if (random.below(4) == 0) options.erase(options.begin(), options.begin() + 2);
-  return options;
+std::string randomText(unsigned seed, size_t length,
+                       const std::string& alphabet) {
+  std::mt19937 random(seed);
+  std::string text;
+  while (text.size() < length) text += alphabet[random() % alphabet.size()];
+  return text;
 }
-
-// Each kind makes `count` texts of at most 65 characters.
-using Maker = std::vector<std::string> (*)(Random&, size_t);
-struct Kind {
-  const char* name;
-  Maker make;
-};
-
-void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
-
-std::vector<std::string> copies(size_t count, const std::string& text) {
-  return std::vector<std::string>(count, text);
-}
-
-const Kind kKinds[] = {
-    {"Random",
-     [](Random& random, size_t count) {
-       std::vector<std::string> texts(count);
-       for (std::string& text : texts)
-         text = random.text(random.below(66), "ACGT");
-       return texts;
-     }},
-    {"TinyAlphabet",
-     [](Random& random, size_t count) {
-       std::vector<std::string> texts(count);
-       const std::string alphabet = random.below(2) == 0 ? "A" : "GT";
-       for (std::string& text : texts)
-         text = random.text(random.below(66), alphabet);
-       return texts;
-     }},
-    {"Repetitive",
-     [](Random& random, size_t count) {
-       const std::string unit = random.text(1 + random.below(5), "ACGT");
-       std::vector<std::string> texts(count);
-       for (std::string& text : texts) {
-         for (size_t n = random.below(60); text.size() < n;) text += unit;
-       }
-       return texts;
-     }},
-    {"NearIdentical",
-     [](Random& random, size_t count) {
-       auto texts = copies(count, random.text(1 + random.below(65), "ACGT"));
-       for (std::string& text : texts) {
-         text[random.below(text.size())] = "ACGT"[random.below(4)];
-       }
-       return texts;
-     }},
-    {"EqualSuffixes",
-     [](Random& random, size_t count) {
-       auto texts = copies(count, random.text(random.below(50), "AC"));
-       for (std::string& text : texts) {
-         text = random.text(random.below(15), "GT") + text;
-       }
-       return texts;
-     }},
-    {"Prefixes",
-     [](Random& random, size_t count) {
-       auto texts =
-           copies(count, random.text(65, random.below(2) ? "AC" : "ACGT"));
-       for (std::string& text : texts) text.resize(random.below(66));
-       return texts;
-     }},
-};
-
-class MergeOf : public testing::TestWithParam<Kind> {};
-
-TEST_P(MergeOf, RandomCollectionsEqualsThePlainSort) {
-  for (unsigned seed = 1; seed <= 30; seed++) {
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    Random random(seed);
-    Collection collection{GetParam().make(random, 1 + random.below(6))};
-    const size_t k = collection.texts.size();
-    if (random.below(2) == 0) {
-      for (size_t left = k; left > 0 || random.below(2) == 0;) {
-        const size_t inputs = random.below(left + 1);
-        collection.parts.push_back(static_cast<int>(inputs));
-        left -= inputs;
-      }
-    }
-    // The partitions file counts inputs no further than there are inputs.
-    collection.zeroOrigin =
-        collection.parts.size() <= k && random.below(2) == 0;
-    ASSERT_NO_FATAL_FAILURE(
-        expectBothMerges(collection, randomOptions(random)));
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(, MergeOf, testing::ValuesIn(kKinds),
-                         [](const auto& kind) { return kind.param.name; });
 
 // Every pair of texts of up to two characters, in one run for each.
 TEST(Merge, OfEverySmallPairEqualsThePlainSort) {
@@ -182,23 +76,8 @@ TEST(Merge, OfEverySmallPairEqualsThePlainSort) {
   }
 }
 
-TEST(Merge, OfEverySmallTripleEqualsThePlainSort) {
-  const std::vector<std::string> texts = {"", "A", "G", "AA", "AG", "GA"};
-  for (const std::string& a : texts) {
-    for (const std::string& b : texts) {
-      for (const std::string& c : texts) {
-        const Collection collection{{a, b, c}};
-        SCOPED_TRACE(described(collection));
-        ASSERT_NO_FATAL_FAILURE(
-            expectMerge(DataFolder(collection),
-                        plainMerge(collection, Ties::kByArrival), {}, false));
-      }
-    }
-  }
-}
-
 TEST(Merge, OfEveryLengthEqualsThePlainSort) {
-  const std::string text = Random(1).text(65, "ACGT");
+  const std::string text = randomText(1, 65, "ACGT");
   Collection heads, tails;
   for (size_t length = 1; length <= 65; length++) {
     heads.texts.push_back(text.substr(0, length));
@@ -213,9 +92,8 @@ TEST(Merge, OfEveryLengthEqualsThePlainSort) {
 // LCP entries are computed for a window of records ahead, which a block may
 // cut anywhere.
 TEST(Merge, BringsTrueEntriesForAnySizeOfBlock) {
-  Random random(7);
-  const std::string base = random.text(3000, "ACGT") + std::string(300, 'C');
-  Collection collection{{base, base, random.text(2000, "AC")}};
+  const std::string base = randomText(7, 3000, "ACGT") + std::string(300, 'C');
+  Collection collection{{base, base, randomText(8, 2000, "AC")}};
   for (size_t i = 50; i < base.size(); i += 400) {
     collection.texts[1][i] = collection.texts[1][i] == 'A' ? 'G' : 'A';
   }

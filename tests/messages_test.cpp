@@ -61,7 +61,29 @@ struct Case {
 
 void PrintTo(const Case& test, std::ostream* out) { *out << test.message; }
 
+using Damage = std::function<void(const DataFolder&)>;
+
 void nothing(const DataFolder&) {}
+
+Damage removed(const char* name) {
+  return [=](const DataFolder& folder) { folder.remove(name); };
+}
+
+Damage folderAt(const char* name) {
+  return [=](const DataFolder& folder) { folder.replaceByFolder(name); };
+}
+
+Damage fullDeviceAt(const char* name) {
+  return [=](const DataFolder& folder) { folder.replaceByFullDevice(name); };
+}
+
+Damage cut(const char* name, uint64_t bytes) {
+  return [=](const DataFolder& folder) { folder.resize(name, bytes); };
+}
+
+Damage words(const char* name, const std::vector<uint32_t>& words) {
+  return [=](const DataFolder& folder) { folder.writeWords(name, words); };
+}
 
 const std::vector<Case> kCases = {
     // The command line.
@@ -115,7 +137,7 @@ const std::vector<Case> kCases = {
     // Lengths.
     {"NoLengths",
      {},
-     [](const DataFolder& folder) { folder.remove("x.stlengths"); },
+     removed("x.stlengths"),
      "could not access lengths file ROOTx.ST/x.stlengths"},
     {"ClosedLengths",
      {},
@@ -123,15 +145,15 @@ const std::vector<Case> kCases = {
      "could not open lengths file \"ROOTx.ST/x.stlengths\""},
     {"FolderAsLengths",
      {},
-     [](const DataFolder& folder) { folder.replaceByFolder("x.stlengths"); },
+     folderAt("x.stlengths"),
      "Reading lengths of partitions - error "},
     {"HugeLengths",
      {},
-     [](const DataFolder& folder) { folder.resize("x.stlengths", 1ULL << 33); },
+     cut("x.stlengths", 1ULL << 33),
      "lengths file ROOTx.ST/x.stlengths: 2147483648 inputs are too many"},
     {"NoBinaryLengths",
      {},
-     [](const DataFolder& folder) { folder.remove("x.stblengths"); },
+     removed("x.stblengths"),
      "Could not open binary lengths file \"ROOTx.ST/x.stblengths\""},
     {"NoBinaryLengthsWithoutInputs",
      {},
@@ -142,7 +164,7 @@ const std::vector<Case> kCases = {
      "Could not open binary lengths file \"ROOTx.ST/x.stblengths\""},
     {"ShortBinaryLengths",
      {},
-     [](const DataFolder& folder) { folder.resize("x.stblengths", 7); },
+     cut("x.stblengths", 7),
      "Reading binary lengths of partitions - error "},
     {"HugePartitions",
      {},
@@ -154,25 +176,25 @@ const std::vector<Case> kCases = {
      "many"},
     {"FolderAsPartitions",
      {},
-     [](const DataFolder& folder) { folder.replaceByFolder("x.stplengths"); },
+     folderAt("x.stplengths"),
      "could not read partitions file \"ROOTx.ST/x.stplengths\""},
     {"CountWithPartitions",
      {"-N", "1"},
-     [](const DataFolder& folder) { folder.writeWords("x.stplengths", {2}); },
+     words("x.stplengths", {2}),
      "option -N caps the inputs, not the partitions that name them: it cannot "
      "be used with the partitions file ROOTx.ST/x.stplengths"},
     // Strings.
     {"NoString",
      {},
-     [](const DataFolder& folder) { folder.remove("x_1.stbin"); },
+     removed("x_1.stbin"),
      "can't open input string binary file ROOTx.ST/x_1.stbin"},
     {"ShortString",
      {},
-     [](const DataFolder& folder) { folder.resize("x_1.stbin", 7); },
+     cut("x_1.stbin", 7),
      "binary string 1 reading error: read 7 bytes, wanted 2 words"},
     {"ShortMappedString",
      {"-U"},
-     [](const DataFolder& folder) { folder.resize("x_1.stbin", 7); },
+     cut("x_1.stbin", 7),
      "binary string 1 reading error: read 7 bytes, wanted 2 words"},
     {"NoTrailerForNoCharacters",
      {},
@@ -183,19 +205,12 @@ const std::vector<Case> kCases = {
      "binary string 0 reading error: read 0 bytes, wanted 1 words"},
     {"FolderAsString",
      {},
-     [](const DataFolder& folder) { folder.replaceByFolder("x_1.stbin"); },
+     folderAt("x_1.stbin"),
      "binary string 1 reading error: read -1 bytes, wanted 2 words"},
-    {"BadTrailer",
-     {},
-     [](const DataFolder& folder) {
-       folder.writeWords("x_1.stbin", {0, 1});
-     },
-     "bad binary file 1"},
+    {"BadTrailer", {}, words("x_1.stbin", {0, 1}), "bad binary file 1"},
     {"HugeString",
      {},
-     [](const DataFolder& folder) {
-       folder.writeWords("x.stblengths", {14, 1U << 31});
-     },
+     words("x.stblengths", {14, 1U << 31}),
      "binary length of input 1 is 2147483648 bits, at most 2147483647 are "
      "possible"},
     {"NoRoomToMap",
@@ -210,56 +225,48 @@ const std::vector<Case> kCases = {
     // Suffix arrays.
     {"NoSuffixFile",
      {},
-     [](const DataFolder& folder) { folder.remove("x_1.stpsa"); },
+     removed("x_1.stpsa"),
      "can't open Suffix file ROOTx.ST/x_1.stpsa"},
     {"NoSuffixFileToKeep",
      {"-f"},
-     [](const DataFolder& folder) { folder.remove("x_1.stpsa"); },
+     removed("x_1.stpsa"),
      "can't open Suffix file ROOTx.ST/x_1.stpsa"},
     {"FolderAsSuffixFile",
      {},
-     [](const DataFolder& folder) { folder.replaceByFolder("x_1.stpsa"); },
+     folderAt("x_1.stpsa"),
      "can't read Suffix file ROOTx.ST/x_1.stpsa: Is a directory"},
     {"FolderAsSuffixFileToKeep",
      {"-f"},
-     [](const DataFolder& folder) { folder.replaceByFolder("x_1.stpsa"); },
+     folderAt("x_1.stpsa"),
      "can't read Suffix file ROOTx.ST/x_1.stpsa: Is a directory"},
     {"NoSuchInput",
      {"-M", "16"},
-     [](const DataFolder& folder) {
-       folder.writeWords("x_1.stpsa", {4, 3, 0, 0, 8, 0, 0, 0});
-     },
+     words("x_1.stpsa", {4, 3, 0, 0, 8, 0, 0, 0}),
      "record 1 of Suffix file ROOTx.ST/x_1.stpsa: there is no input 2, only 2 "
      "inputs"},
     {"NoSuchInputBeyondACap",
      {"-N", "1"},
-     [](const DataFolder& folder) {
-       folder.writeWords("x_0.stpsa", {4, 3, 0, 0});
-     },
+     words("x_0.stpsa", {4, 3, 0, 0}),
      "record 0 of Suffix file ROOTx.ST/x_0.stpsa: there is no input 1, only 1 "
      "inputs"},
     {"PositionAtTheEnd",
      {"-M", "32"},
-     [](const DataFolder& folder) {
-       folder.writeWords("x_1.stpsa", {4, 3, 0, 0, 4, 2, 0, 0, 4, 4, 0, 0});
-     },
+     words("x_1.stpsa", {4, 3, 0, 0, 4, 2, 0, 0, 4, 4, 0, 0}),
      "record 2 of Suffix file ROOTx.ST/x_1.stpsa: position 4 is not inside "
      "input 1 of 4 characters"},
     {"PositionThatWouldWrap",
      {"-f"},
-     [](const DataFolder& folder) {
-       folder.writeWords("x_1.stpsa", {4, 1U << 31, 0, 0});
-     },
+     words("x_1.stpsa", {4, 1U << 31, 0, 0}),
      "record 0 of Suffix file ROOTx.ST/x_1.stpsa: position 2147483648 is not "
      "inside input 1 of 4 characters"},
     // LCP files.
     {"NoLcpFile",
      {"-Z"},
-     [](const DataFolder& folder) { folder.remove("x_1.stlcp"); },
+     removed("x_1.stlcp"),
      "can't open LCP file ROOTx.ST/x_1.stlcp"},
     {"NoLcpFileForTheHeap",
      {"-Z", "-H"},
-     [](const DataFolder& folder) { folder.remove("x_1.stlcp"); },
+     removed("x_1.stlcp"),
      "can't open LCP file ROOTx.ST/x_1.stlcp"},
     {"NoLcpFileOfAnEmptyStream",
      {"-Z"},
@@ -270,18 +277,16 @@ const std::vector<Case> kCases = {
      "can't open LCP file ROOTx.ST/x_1.stlcp"},
     {"FolderAsLcpFile",
      {"-Z"},
-     [](const DataFolder& folder) { folder.replaceByFolder("x_1.stlcp"); },
+     folderAt("x_1.stlcp"),
      "can't read LCP file ROOTx.ST/x_1.stlcp: Is a directory"},
     {"ShortLcpFile",
      {"-Z"},
-     [](const DataFolder& folder) { folder.resize("x_1.stlcp", 15); },
+     cut("x_1.stlcp", 15),
      "LCP file ROOTx.ST/x_1.stlcp is shorter than its Suffix file: no entry "
      "for record 3"},
     {"LargeLcpEntry",
      {"-Z"},
-     [](const DataFolder& folder) {
-       folder.writeWords("x_1.stlcp", {0, 0, 1U << 31, 0});
-     },
+     words("x_1.stlcp", {0, 0, 1U << 31, 0}),
      "entry 2 of LCP file ROOTx.ST/x_1.stlcp: the common prefix does not fit, "
      "it has 2^30 bits or more"},
     {"LargeCommonPrefix",
@@ -295,23 +300,23 @@ const std::vector<Case> kCases = {
      "can't open ST dividers file ROOTno/such/x.ST/x.stdiv for writing"},
     {"FolderAsDividers",
      {},
-     [](const DataFolder& folder) { folder.replaceByFolder("x.stdiv"); },
+     folderAt("x.stdiv"),
      "can't open ST dividers file ROOTx.ST/x.stdiv for writing"},
     {"FolderAsArray",
      {},
-     [](const DataFolder& folder) { folder.replaceByFolder("x.stpsa"); },
+     folderAt("x.stpsa"),
      "cannot open suffix array file for writing"},
     {"FolderAsLcpArray",
      {"-l"},
-     [](const DataFolder& folder) { folder.replaceByFolder("x.stlcp"); },
+     folderAt("x.stlcp"),
      "cannot open LCP array file for writing"},
     {"FullDevice",
      {"-n", "3"},
-     [](const DataFolder& folder) { folder.replaceByFullDevice("x.stpsa"); },
+     fullDeviceAt("x.stpsa"),
      "not all output Suffixes were written"},
     {"FullDeviceForLcps",
      {"-l"},
-     [](const DataFolder& folder) { folder.replaceByFullDevice("x.stlcp"); },
+     fullDeviceAt("x.stlcp"),
      "not all output LCPs were written"},
     // Memory.
     {"NoMemoryForOutput",
@@ -344,9 +349,9 @@ TEST_P(Message, EndsTheRunWithStatusOne) {
   for (const std::string& option : test.options) {
     arguments.push_back(withRoot(option, folder.root()));
   }
-  Limits limits;
-  if (test.needsMemoryLimit) limits.memory = 400'000'000;
-  const Outcome outcome = runPalvor(arguments, limits);
+  Setting setting;
+  if (test.needsMemoryLimit) setting.memory = 400'000'000;
+  const Outcome outcome = runPalvor(arguments, setting);
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.out, "");
   const std::vector<std::string> lines = linesOf(outcome.err);

@@ -12,9 +12,9 @@ namespace {
 
 // A path has room for 199 characters.
 TEST(Paths, AreShownIfTheyAreTooLong) {
-  const DataFolder folder{Collection{{"GATTACA"}}};
   // The longest path is the dividers file's: <folder><prefix>.ST/<prefix>.stdiv
   for (const size_t length : {198u, 199u, 200u, 201u, 205u}) {
+    const DataFolder folder{Collection{{"GATTACA"}}};
     const size_t fixed = folder.root().size() + 10;
     const size_t prefix = (length - fixed) / 2;
     const std::string root =

@@ -64,68 +64,6 @@ TEST_F(Statistics, AreExactForAMergeDoneByHand) {
                        "tnrc=0/0 tnac=0"));
 }
 
-TEST_F(Statistics, CountTheWordsOfStringsExamined) {
-  // One comparison, while priming: it goes past the prefix words, and finds 66
-  // common bits in the one word after them.
-  const std::string text(33, 'C');
-  const DataFolder folder{Collection{{text + "A", text + "T"}}};
-  folder.writeWords("x_0.stpsa", {0, 0, 0x55555555, 0x55555555});
-  folder.writeWords("x_1.stpsa", {4, 0, 0x55555555, 0x55555555});
-  const Outcome outcome = runPalvor({folder.root(), "x", "-a"});
-  EXPECT_THAT(linesOf(outcome.err),
-              IsSupersetOf({"# Merge done: 2, 0 STs, tnp2=0 tlcmp=1 tncmp=1 "
-                            "tnrc=1/1 tnac=1",
-                            "#   maxp=0 tnlcp=0 alcp=0 maxlcp=0 nmlcp=0/0  "
-                            "tngb=1"}));
-}
-
-// Entries are computed ahead, but what is counted does not depend on how far.
-TEST_F(Statistics, CountTheSameWorkForAnySizeOfBuffer) {
-  std::string text;
-  for (unsigned i = 1; text.size() < 700; i = i * 1664525 + 1013904223) {
-    text += std::string(1 + (i >> 26), "ACGT"[i >> 30]);
-  }
-  const DataFolder folder{Collection{{text, text + "G", "T" + text}}};
-  const auto counts = [&](const std::vector<std::string>& options) {
-    std::vector<std::string> arguments = {folder.root(), "x", "-a"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    std::string found;
-    for (const std::string& line : linesOf(runPalvor(arguments).err)) {
-      if (line.find("tngb=") != std::string::npos ||
-          line.find("tnp2=") != std::string::npos) {
-        found += line + "\n";
-      }
-    }
-    return found;
-  };
-  const std::string want = counts({});
-  EXPECT_THAT(want, StartsWith("# Merge done: "));
-  for (const char* bytes : {"16", "32", "48", "1008", "1024", "1040", "5000"}) {
-    EXPECT_EQ(counts({"-M", bytes, "-n", "7"}), want) << "-M " << bytes;
-  }
-}
-
-TEST_F(Statistics, NumberTheFlushes) {
-  const DataFolder folder{Collection{{"GATTACATTA"}}};
-  const std::vector<std::pair<std::string, std::vector<int>>> rows = {
-      {"4", {4, 4, 2}}, {"5", {5, 5}}, {"10", {10}}, {"11", {10}}};
-  for (const auto& [nodes, counts] : rows) {
-    const Outcome outcome = runPalvor({folder.root(), "x", "-a", "-n", nodes});
-    std::vector<std::string> flushes;
-    for (const std::string& line : linesOf(outcome.err)) {
-      if (line.rfind("# Flush", 0) == 0) {
-        flushes.push_back(line.substr(0, line.find(" t=")));
-      }
-    }
-    std::vector<std::string> want;
-    for (size_t i = 0; i < counts.size(); i++) {
-      want.push_back("# Flush array   " + std::to_string(i) +
-                     ": nbuff=" + std::to_string(counts[i]));
-    }
-    EXPECT_EQ(flushes, want) << "-n " << nodes;
-  }
-}
-
 TEST_F(Statistics, AreThoseOfAnEmptyRunWithoutInputsOrSuffixes) {
   for (const char* name : {"x_0.stpsa", "x_1.stpsa", "x_2.stpsa"}) {
     folder_.write(name, "");
@@ -195,18 +133,6 @@ TEST_F(Statistics, SizeTheBuffers) {
                             " nodes, SS=16 NS=12,  real ")))
         << testing::PrintToString(row.options);
   }
-}
-
-TEST_F(Statistics, TotalTheLengths) {
-  folder_.writeWords("x.stlengths", {0xFFFFFFFF, 30, 5});
-  EXPECT_THAT(linesWith({}),
-              Contains("# total length = 34, max input size = 30, number of "
-                       "inputs = 3, number of parts = 3"));
-  folder_.writeWords("x.stplengths", {3});
-  folder_.writeWords("x.stlengths", {1, 1, 1});
-  EXPECT_THAT(linesWith({}),
-              Contains("# total length = 3, max input size = 1, number of "
-                       "inputs = 3, number of parts = 1"));
 }
 
 TEST_F(Statistics, WarnOnceEach) {

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -135,28 +134,6 @@ TEST(Trees, HoldTheirRunOfSmallCollections) {
       {{"ACAC", "CACA", "AC", "GGAC"}, {1, 2, 1}, true},
   };
   for (const Collection& collection : collections) {
-    ASSERT_NO_FATAL_FAILURE(expectTreesInAllModes(collection));
-  }
-}
-
-TEST(Trees, HoldTheirRunOfRandomCollections) {
-  std::mt19937 random(20261124);
-  for (int round = 0; round < 8; round++) {
-    const std::string alphabet = round % 3 == 0   ? "ACGT"
-                                 : round % 3 == 1 ? "AC"
-                                                  : "T";
-    Collection collection;
-    const size_t count = 1 + random() % 5;
-    for (size_t i = 0; i < count; i++) {
-      std::string text;
-      const size_t length = 1 + random() % 66;
-      while (text.size() < length) {
-        text += alphabet[random() % alphabet.size()];
-      }
-      collection.texts.push_back(text);
-    }
-    if (round % 4 == 3) collection.texts.push_back(collection.texts[0]);
-    SCOPED_TRACE("round " + std::to_string(round));
     ASSERT_NO_FATAL_FAILURE(expectTreesInAllModes(collection));
   }
 }

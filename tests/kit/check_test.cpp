@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/kit_program.h"
-#include "tests/kit/temporary_folder.h"
+#include "support/program.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
@@ -31,19 +31,18 @@ class Check : public testing::Test {
 
   std::string root() const { return folder.path("") + "/"; }
 
-  KitOutcome check(std::vector<std::string> options = {}) const {
+  Outcome check(std::vector<std::string> options = {}) const {
     options.insert(options.begin(), {"check", root(), "d"});
     return runKit(options);
   }
 
   // Changes one byte of a file by `mask`, checks, and changes it back.
-  KitOutcome checkDamaged(const std::string& name, size_t offset,
-                          int mask) const {
+  Outcome checkDamaged(const std::string& name, size_t offset, int mask) const {
     const std::string bytes = folder.read("d.ST/" + name);
     std::string damaged = bytes;
     damaged.at(offset) = static_cast<char>(damaged.at(offset) ^ mask);
     folder.write("d.ST/" + name, damaged);
-    const KitOutcome run = check();
+    const Outcome run = check();
     folder.write("d.ST/" + name, bytes);
     return run;
   }
@@ -52,7 +51,7 @@ class Check : public testing::Test {
 };
 
 TEST_F(Check, PassesWhatIsRight) {
-  const KitOutcome run = check({"-j", "2"});
+  const Outcome run = check({"-j", "2"});
   EXPECT_EQ(run.status, 0) << run.out << run.err;
   EXPECT_EQ(run.out,
             "all right: 4 inputs, 2 suffix arrays, the merged array with its "
@@ -73,7 +72,7 @@ TEST_F(Check, FindsEveryChangedByte) {
     const bool entries = name.ends_with(".stlcp");
     for (size_t at = entries ? 4 : 0; at < size; at += step) {
       SCOPED_TRACE(name + " byte " + std::to_string(at));
-      const KitOutcome run = checkDamaged(name, at, 4);
+      const Outcome run = checkDamaged(name, at, 4);
       ASSERT_EQ(run.status, 1);
       ASSERT_THAT(run.out + run.err, HasSubstr("d.ST/d"));
     }
@@ -85,7 +84,7 @@ TEST_F(Check, FindsWhatIsMissing) {
   const auto checkCut = [&](const std::string& name, size_t less) {
     const std::string bytes = folder.read("d.ST/" + name);
     folder.write("d.ST/" + name, bytes.substr(0, bytes.size() - less));
-    const KitOutcome run = check({"--all"});
+    const Outcome run = check({"--all"});
     folder.write("d.ST/" + name, bytes);
     EXPECT_EQ(run.status, 1) << name;
     return run.out + run.err;
@@ -105,7 +104,7 @@ TEST_F(Check, CountsOnAndSaysWhereAndWhat) {
   folder.write("d.ST/d.stpsa", array.substr(0, end - 32) +
                                    array.substr(end - 16) +
                                    array.substr(end - 32, 16));
-  const KitOutcome all = check({"--all", "--json"});
+  const Outcome all = check({"--all", "--json"});
   EXPECT_EQ(all.status, 1);
   EXPECT_THAT(all.out, HasSubstr("d.stpsa\",\"record\":" +
                                  std::to_string(end / 16 - 1) + ",\"fault\":"));
@@ -115,7 +114,7 @@ TEST_F(Check, CountsOnAndSaysWhereAndWhat) {
 }
 
 TEST_F(Check, FailsWhereNothingWasMade) {
-  const KitOutcome run = check({"-p", "other"});
+  const Outcome run = check({"-p", "other"});
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.out, HasSubstr("neither a merged array"));
 }

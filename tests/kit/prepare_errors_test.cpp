@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/kit_program.h"
-#include "tests/kit/temporary_folder.h"
+#include "support/program.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
@@ -18,12 +18,12 @@ class PrepareErrors : public testing::Test {
  protected:
   // Runs prepare and expects it to fail and say `said`.
   void expectError(const Arguments& arguments, const std::string& said,
-                   const KitSetting& setting = {}) {
+                   const Setting& setting = {}) {
     Arguments all = {"prepare"};
     all.insert(all.end(), arguments.begin(), arguments.end());
     std::string line;
     for (const std::string& word : all) line += " " + word;
-    const KitOutcome outcome = runKit(all, setting);
+    const Outcome outcome = runKit(all, setting);
     EXPECT_EQ(outcome.status, 1) << line << "\n" << outcome.err;
     EXPECT_NE(outcome.err.find(said), std::string::npos)
         << said << " in " << line << "\n"
@@ -75,7 +75,7 @@ TEST_F(PrepareErrors, IncludeOutputThatCannotBeWritten) {
   std::filesystem::create_directories(folder_.path("a/x.ST/x_0.stpsa.part/f"));
   expectError({"-o", folder_.path("a"), "-p", "x", good}, "x.ST");
 
-  const KitOutcome unsaid =
+  const Outcome unsaid =
       runKit({"prepare", "-o", folder_.path("full"), "-p", "x", good},
              {.output = "/dev/full"});
   EXPECT_EQ(unsaid.status, 1);
@@ -115,7 +115,7 @@ TEST_F(PrepareErrors, AreNoneForHelpAndVersion) {
   for (const Arguments& arguments :
        {Arguments{"--help"}, Arguments{"--version"},
         Arguments{"prepare", "--help"}, Arguments{"simulate", "--help"}}) {
-    const KitOutcome outcome = runKit(arguments);
+    const Outcome outcome = runKit(arguments);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_NE(outcome.out, "");
     EXPECT_EQ(outcome.err, "");

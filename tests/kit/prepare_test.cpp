@@ -13,24 +13,15 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/kit_program.h"
-#include "tests/kit/slow_sort.h"
-#include "tests/kit/temporary_folder.h"
+#include "support/data_folder.h"
+#include "support/plain_merge.h"
+#include "support/program.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
 using Files = std::map<std::string, std::string>;
 using Arguments = std::vector<std::string>;
-
-std::string bytesOf(const std::vector<uint32_t>& words) {
-  std::string bytes;
-  for (uint32_t word : words) {
-    for (int shift = 0; shift < 32; shift += 8) {
-      bytes += static_cast<char>(word >> shift & 0xFF);
-    }
-  }
-  return bytes;
-}
 
 template <typename T>
 std::vector<T> arrayOf(const std::string& bytes) {
@@ -42,23 +33,19 @@ std::vector<T> arrayOf(const std::string& bytes) {
 
 // A merge may give equal suffixes of different arrays in any order; brings each
 // run of them into the order of the inputs.
-void orderEqualSuffixes(const std::vector<SlowSuffix>& suffixes,
-                        std::vector<Suffix>* records) {
+void orderEqualSuffixes(const std::vector<std::string_view>& texts,
+                        std::vector<Record>* records) {
   const auto begin = records->begin();
-  for (size_t from = 0, to = 0; from < suffixes.size(); from = to) {
-    while (to < suffixes.size() && suffixes[to].text == suffixes[from].text) {
-      to++;
-    }
-    std::sort(
-        begin + static_cast<ptrdiff_t>(from),
-        begin + static_cast<ptrdiff_t>(to),
-        [](const Suffix& a, const Suffix& b) { return a.input < b.input; });
+  for (size_t from = 0, to = 0; from < texts.size(); from = to) {
+    while (to < texts.size() && texts[to] == texts[from]) to++;
+    std::sort(begin + static_cast<ptrdiff_t>(from),
+              begin + static_cast<ptrdiff_t>(to));
   }
 }
 
 class Prepare : public testing::Test {
  protected:
-  KitOutcome prepare(Arguments arguments, const KitSetting& setting = {}) {
+  Outcome prepare(Arguments arguments, const Setting& setting = {}) {
     arguments.insert(arguments.begin(),
                      {"prepare", "-o", folder_.path("out"), "-p", "x"});
     return runKit(arguments, setting);
@@ -72,7 +59,7 @@ class Prepare : public testing::Test {
 TEST_F(Prepare, WritesTheseBytes) {
   const std::string a = folder_.write("a.fa", ">x\nGATTC\n");
   const std::string b = folder_.write("b\t\\.fa", ">y z\nAC\nNA\n");
-  const KitOutcome outcome = prepare({"--lcp", a, b});
+  const Outcome outcome = prepare({"--lcp", a, b});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(outcome.out, "palvor " + folder_.path("out/") + " x -a -l -Z\n");
 
@@ -103,9 +90,9 @@ TEST_F(Prepare, WritesTheseBytes) {
 TEST_F(Prepare, CountsInputsFromZeroInEachArrayWhenTold) {
   const std::string a = folder_.write("a", ">x\nC\n");
   const std::string b = folder_.write("b", ">y\nG\n>z\nA\n");
-  const KitOutcome outcome = prepare({a, "--zero-origin", b, b});
+  const Outcome outcome = prepare({a, "--zero-origin", b, b});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(lastLine(outcome.out),
+  EXPECT_EQ(linesOf(outcome.out).back(),
             "palvor " + folder_.path("out/") + " x -a -l -z");
   Files found = files();
   EXPECT_EQ(found["x.stplengths"], bytesOf({1, 2, 2}));
@@ -127,7 +114,7 @@ TEST_F(Prepare, LeavesThePartitionsFileOutWhereItSaysNothing) {
 }
 
 TEST_F(Prepare, ReadsStandardInput) {
-  const KitOutcome outcome = prepare({"-"}, {.input = ">x\nACGT\n"});
+  const Outcome outcome = prepare({"-"}, {.input = ">x\nACGT\n"});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(files()["x.inputs.tsv"], "0\t0\t-\tx\t0\t4\n");
 }
@@ -135,7 +122,7 @@ TEST_F(Prepare, ReadsStandardInput) {
 TEST_F(Prepare, SaysWhatWasLeftOut) {
   const std::string a = folder_.write("a", ">x\nACNNNGT\n>y\nNN\n>z\n");
   const std::string b = folder_.write("b", "");
-  const KitOutcome outcome = prepare({a, b});
+  const Outcome outcome = prepare({a, b});
   ASSERT_EQ(outcome.status, 0);
   for (const char* said :
        {"2 files, 3 records, 2 inputs, 4 characters", "5 ambiguous characters",
@@ -161,7 +148,7 @@ TEST_F(Prepare, WritesTheSameForAnyNumberOfJobs) {
     for (const char* jobs : {"1", "2", "5"}) {
       Arguments arguments = {"--lcp", "--force", "-j", jobs, "--psa-per", per};
       arguments.insert(arguments.end(), genomes.begin(), genomes.end());
-      const KitOutcome outcome = prepare(arguments);
+      const Outcome outcome = prepare(arguments);
       ASSERT_EQ(outcome.status, 0) << outcome.err;
       if (first.empty()) first = files();
       EXPECT_EQ(files(), first) << jobs << " jobs, one array per " << per;
@@ -183,8 +170,9 @@ TEST_F(Prepare, PrintsTheCommandThatMerges) {
                              inputs[2] + "\n>3\n" + inputs[3] + "\n");
   const std::string b =
       folder_.write("b", ">4\n" + inputs[4] + "\n>5\n" + inputs[5] + "\n");
-  const std::vector<SlowSuffix> want = slowSort(inputs);
-  const std::vector<uint32_t> wantEntries = slowEntries(want);
+  const Collection collection{inputs, {static_cast<int>(inputs.size())}};
+  PlainArray want = plainArrays(collection).at(0);
+  for (Record& record : want.records) record[0] &= ~3u;  // no flags
   const std::string spaced = folder_.path("it's spaced");
   for (const Arguments& options : std::vector<Arguments>{
            {}, {"--lcp"}, {"--zero-origin"}, {"--lcp", "--zero-origin"}}) {
@@ -192,24 +180,18 @@ TEST_F(Prepare, PrintsTheCommandThatMerges) {
       Arguments arguments = {"prepare",   "-o", spaced,    "-p", "x y",
                              "--psa-per", per,  "--force", a,    b};
       arguments.insert(arguments.end(), options.begin(), options.end());
-      const KitOutcome made = runKit(arguments);
+      const Outcome made = runKit(arguments);
       ASSERT_EQ(made.status, 0) << made.err;
-      const KitOutcome merged = runShell(lastLine(made.out));
+      const Outcome merged = runShell(linesOf(made.out).back());
       ASSERT_EQ(merged.status, 0) << made.out << merged.err;
 
       Files found = folder_.files("it's spaced/x y.ST");
-      auto records = arrayOf<Suffix>(found["x y.stpsa"]);
-      ASSERT_EQ(records.size(), want.size()) << made.out;
-      orderEqualSuffixes(want, &records);
-      for (size_t i = 0; i < want.size(); i++) {
-        const Suffix record = slowRecord(want[i], 0);
-        ASSERT_EQ(std::memcmp(&records[i], &record, sizeof record), 0)
-            << made.out << "record " << i;
-      }
-      std::vector<uint32_t> entries = arrayOf<uint32_t>(found["x y.stlcp"]);
-      ASSERT_EQ(entries.size(), want.size());
-      entries[0] = 0;
-      EXPECT_EQ(entries, wantEntries) << made.out;
+      auto records = arrayOf<Record>(found["x y.stpsa"]);
+      ASSERT_EQ(records.size(), want.records.size()) << made.out;
+      orderEqualSuffixes(want.texts, &records);
+      EXPECT_EQ(records, want.records) << made.out;
+      const auto entries = arrayOf<uint32_t>(found["x y.stlcp"]);
+      EXPECT_EQ(entries, want.entries) << made.out;
     }
   }
 }
@@ -229,7 +211,7 @@ TEST_F(Prepare, KilledLeavesNothingThatLooksWhole) {
   waitpid(child, nullptr, 0);
   EXPECT_FALSE(folder_.holds("out/x.ST/x.stlengths"));
 
-  const KitOutcome refused = prepare({a});
+  const Outcome refused = prepare({a});
   EXPECT_EQ(refused.status, 1);
   EXPECT_NE(refused.err.find("did not finish"), std::string::npos)
       << refused.err;
@@ -253,7 +235,7 @@ TEST_F(Prepare, RefusesAFolderWithDataUnlessForced) {
     folder_.write(std::string("out/x.ST/") + own, "old");
   }
   const Files before = files();
-  const KitOutcome refused = prepare({a});
+  const Outcome refused = prepare({a});
   EXPECT_EQ(refused.status, 1);
   EXPECT_NE(refused.err.find("--force"), std::string::npos) << refused.err;
   EXPECT_EQ(files(), before);

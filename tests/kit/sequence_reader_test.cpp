@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 namespace {
 

@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/kit_program.h"
-#include "tests/kit/temporary_folder.h"
+#include "support/program.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
 std::string simulated(const std::string& genomes, const std::string& length,
                       const std::string& divergence, const std::string& seed) {
-  const KitOutcome outcome =
+  const Outcome outcome =
       runKit({"simulate", "--genomes", genomes, "--length", length,
               "--divergence", divergence, "--seed", seed});
   EXPECT_EQ(outcome.status, 0) << outcome.err;
@@ -71,7 +71,7 @@ TEST(Simulate, MutatesOneAncestor) {
 
 TEST(Simulate, WritesAFileForEachGenome) {
   const TemporaryFolder folder;
-  const KitOutcome outcome =
+  const Outcome outcome =
       runKit({"simulate", "--genomes", "2", "--length", "100", "--divergence",
               "0.1", "--seed", "5", "-o", folder.path("a/b")});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
@@ -88,7 +88,7 @@ TEST(Simulate, RefusesWrongValues) {
       {"2", "10", "often"}, {"2", "1e3000", "0.1"},
   };
   for (const auto& values : cases) {
-    const KitOutcome outcome =
+    const Outcome outcome =
         runKit({"simulate", "--genomes", values[0], "--length", values[1],
                 "--divergence", values[2]});
     EXPECT_EQ(outcome.status, 1)
@@ -96,7 +96,7 @@ TEST(Simulate, RefusesWrongValues) {
     EXPECT_NE(outcome.err, "");
   }
   EXPECT_EQ(runKit({"simulate"}).status, 1);
-  const KitOutcome full = runKit(
+  const Outcome full = runKit(
       {"simulate", "--genomes", "2", "--length", "100000", "--divergence", "1"},
       {.output = "/dev/full"});
   EXPECT_EQ(full.status, 1);

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/slow_sort.h"
+#include "support/plain_merge.h"
 
 namespace {
 
@@ -31,17 +31,17 @@ void expectSlowOrder(const Inputs& inputs) {
   SCOPED_TRACE("inputs" + trace);
 
   const kit::PsaText psa = textOf(inputs);
-  const std::vector<SlowSuffix> want = slowSort(inputs);
-  const std::vector<uint32_t> wantEntries = slowEntries(want);
+  const PlainArray want =
+      plainArrays({inputs, {static_cast<int>(inputs.size())}}).at(0);
   for (bool withLcp : {false, true}) {
     kit::SuffixSorter sorter(psa, withLcp);
-    ASSERT_EQ(sorter.size(), want.size());
-    for (size_t i = 0; i < want.size(); i++) {
+    ASSERT_EQ(sorter.size(), want.records.size());
+    for (size_t i = 0; i < want.records.size(); i++) {
       ASSERT_EQ(sorter.next(),
-                psa.inputs[want[i].input].begin + want[i].position)
+                psa.inputs[want.records[i][0] >> 2].begin + want.records[i][1])
           << "rank " << i << ", with LCPs: " << withLcp;
       if (withLcp) {
-        ASSERT_EQ(sorter.entry(), wantEntries[i]) << "rank " << i;
+        ASSERT_EQ(sorter.entry(), want.entries[i]) << "rank " << i;
       }
     }
   }

@@ -5,44 +5,35 @@
 
 #include <string>
 
-#include "tests/kit/kit_program.h"
-#include "tests/kit/temporary_folder.h"
+#include "support/data_folder.h"
+#include "support/program.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
 using testing::HasSubstr;
 
-std::string words(const std::vector<uint32_t>& values) {
-  std::string bytes;
-  for (const uint32_t value : values) {
-    for (int shift = 0; shift < 32; shift += 8) {
-      bytes += static_cast<char>(value >> shift & 0xFF);
-    }
-  }
-  return bytes;
-}
-
 TEST(View, PrintsEveryKindOfFile) {
   const TemporaryFolder folder;
   const auto view = [&](const std::string& name, const std::string& bytes) {
-    const KitOutcome run = runKit({"view", folder.write(name, bytes)});
+    const Outcome run = runKit({"view", folder.write(name, bytes)});
     EXPECT_EQ(run.status, 0) << run.err;
     return run.out;
   };
-  EXPECT_EQ(view("a.stpsa", words({5 << 2 | 3, 7, 0x1B000000, 0xC0000000})),
+  EXPECT_EQ(view("a.stpsa", bytesOf({5 << 2 | 3, 7, 0x1B000000, 0xC0000000})),
             "record\tinput\tflags\tposition\tprefix\n"
             "0\t5\t3\t7\tACGTAAAAAAAAAAAATAAAAAAAAAAAAAAA\n");
-  EXPECT_EQ(view("a.stlcp", words({0, 6 << 1 | 1, 0xFFFFFFFF})),
+  EXPECT_EQ(view("a.stlcp", bytesOf({0, 6 << 1 | 1, 0xFFFFFFFF})),
             "record\tbits\tfirstbit\n0\t0\t0\n1\t6\t1\n2\t2147483647\t1\n");
-  EXPECT_EQ(view("a.stlengths", words({5, 3})), "entry\tvalue\n0\t5\n1\t3\n");
-  EXPECT_EQ(view("a.stbin", words({0x8F400000, 0})),
+  EXPECT_EQ(view("a.stlengths", bytesOf({5, 3})), "entry\tvalue\n0\t5\n1\t3\n");
+  EXPECT_EQ(view("a.stbin", bytesOf({0x8F400000, 0})),
             "word\tposition\tcharacters\n"
             "0\t0\tGATTCAAAAAAAAAAA\n1\t16\tAAAAAAAAAAAAAAAA\n");
   EXPECT_EQ(view("a.stdiv",
-                 words({0xC0000000, 0x40000000, 0, 14, 70000 & 0xFFFF, 0})),
+                 bytesOf({0xC0000000, 0x40000000, 0, 14, 70000 & 0xFFFF, 0})),
             "record\ttree\tnodes\tmaxdepth\tfirstprefix\tlastprefix\n"
             "0\t0\t14\t4464\tCAAAAAAAAAAAAAAA\tTAAAAAAAAAAAAAAA\n");
-  EXPECT_EQ(view("a_0.stree", words({0, 1 << 2, 0, 2, 6 << 2 | 3, 1})),
+  EXPECT_EQ(view("a_0.stree", bytesOf({0, 1 << 2, 0, 2, 6 << 2 | 3, 1})),
             "record\tkind\tedge\tnext\tleft\tright\tinput\tflags\n"
             "0\tinternal\t0\t0\t1\t0\t\t\n"
             "1\tleaf\t2\t1\t\t\t6\t1\n");
@@ -50,7 +41,7 @@ TEST(View, PrintsEveryKindOfFile) {
 
 TEST(View, SlicesAndPrintsJson) {
   const TemporaryFolder folder;
-  const std::string file = folder.write("a.stlengths", words({9, 8, 7, 6}));
+  const std::string file = folder.write("a.stlengths", bytesOf({9, 8, 7, 6}));
   EXPECT_EQ(runKit({"view", file, "--from", "1", "--count", "2", "--json"}).out,
             "{\"entry\":1,\"value\":8}\n{\"entry\":2,\"value\":7}\n");
   EXPECT_EQ(runKit({"view", file, "--from", "4"}).out, "entry\tvalue\n");
@@ -64,7 +55,7 @@ TEST(View, DrawsATree) {
             0);
   ASSERT_EQ(runShell("palvor " + folder.path("") + "/ d -q -n 99").status, 0);
   const std::string tree = folder.path("d.ST/d_0.stree");
-  const KitOutcome drawn =
+  const Outcome drawn =
       runKit({"view", "--dot", "--data", folder.path("d.ST"), tree});
   EXPECT_EQ(drawn.status, 0) << drawn.err;
   EXPECT_THAT(drawn.out, HasSubstr("digraph tree {"));
@@ -82,7 +73,7 @@ TEST(View, RefusesWhatItCannotRead) {
       [&](const std::string& name, const std::string& bytes,
           const std::string& reason, std::vector<std::string> options = {}) {
         options.insert(options.begin(), {"view", folder.write(name, bytes)});
-        const KitOutcome run = runKit(options);
+        const Outcome run = runKit(options);
         EXPECT_EQ(run.status, 1) << name;
         EXPECT_THAT(run.err, HasSubstr(name));
         EXPECT_THAT(run.err, HasSubstr(reason));
@@ -90,14 +81,14 @@ TEST(View, RefusesWhatItCannotRead) {
   expectError("odd.stpsa", "123", "3 bytes are not a whole number of records");
   expectError("what.fa", "", "does not end like");
   expectError("no.stree", "", "there is no root", {"--dot"});
-  expectError("far.stree", words({0, 9 << 2, 0}), "there is no record 9",
+  expectError("far.stree", bytesOf({0, 9 << 2, 0}), "there is no record 9",
               {"--dot"});
-  expectError("loop.stree", words({0, 1 << 2, 0, 2, 1 << 2, 0}), "met twice",
+  expectError("loop.stree", bytesOf({0, 1 << 2, 0, 2, 1 << 2, 0}), "met twice",
               {"--dot"});
-  expectError("run.stree", words({0, 1 << 2, 0, 2, 3, 0}), "past the end",
+  expectError("run.stree", bytesOf({0, 1 << 2, 0, 2, 3, 0}), "past the end",
               {"--dot"});
   EXPECT_EQ(runKit({"view", folder.path("missing.stlcp")}).status, 1);
-  EXPECT_EQ(runKit({"view", folder.write("a.stlengths", words({1}))},
+  EXPECT_EQ(runKit({"view", folder.write("a.stlengths", bytesOf({1}))},
                    {.output = "/dev/full"})
                 .status,
             1);

@@ -1,11 +1,7 @@
 #include "support/data_folder.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
 
 #include "support/inputs.h"
 
@@ -30,11 +26,6 @@ std::string bytesOf(const std::vector<uint32_t>& words) {
 }
 
 DataFolder::DataFolder(const Collection& collection) {
-  std::string name = (fs::temp_directory_path() / "palvorXXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder");
-  root_ = name + "/";
-  fs::create_directory(root_ + "x.ST");
-
   std::vector<uint32_t> characters, bits;
   for (size_t i = 0; i < collection.texts.size(); i++) {
     const std::string& text = collection.texts[i];
@@ -67,20 +58,13 @@ DataFolder::DataFolder(const Collection& collection) {
   }
 }
 
-DataFolder::~DataFolder() {
-  std::error_code ignored;
-  fs::remove_all(root_, ignored);
-}
-
 std::string DataFolder::path(const std::string& name) const {
   return root_ + "x.ST/" + name;
 }
 
 void DataFolder::write(const std::string& name,
                        const std::string& bytes) const {
-  std::ofstream file(path(name), std::ios::binary | std::ios::trunc);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (!file.flush()) throw std::runtime_error("cannot write " + path(name));
+  folder_.write("x.ST/" + name, bytes);
 }
 
 void DataFolder::writeWords(const std::string& name,
@@ -107,13 +91,11 @@ void DataFolder::replaceByFullDevice(const std::string& name) const {
 }
 
 bool DataFolder::holds(const std::string& name) const {
-  return fs::exists(path(name));
+  return folder_.holds("x.ST/" + name);
 }
 
 std::string DataFolder::bytes(const std::string& name) const {
-  std::ifstream file(path(name), std::ios::binary);
-  if (!file) throw std::runtime_error("cannot read " + path(name));
-  return {std::istreambuf_iterator<char>(file), {}};
+  return folder_.read("x.ST/" + name);
 }
 
 std::vector<uint32_t> DataFolder::words(const std::string& name) const {

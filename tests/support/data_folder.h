@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/plain_merge.h"
+#include "support/temporary_folder.h"
 
 // 32-bit words as a file holds them.
 std::string bytesOf(const std::vector<uint32_t>& words);
@@ -19,9 +20,6 @@ class DataFolder {
   // strings, suffix arrays, LCP files, and a partitions file if there are
   // partitions.
   explicit DataFolder(const Collection& collection);
-  ~DataFolder();  // removes all of it
-  DataFolder(const DataFolder&) = delete;
-  DataFolder& operator=(const DataFolder&) = delete;
 
   // The temporary folder, "/" included: the program's first argument, the
   // second being "x".
@@ -46,7 +44,8 @@ class DataFolder {
   std::vector<Record> records(const std::string& name) const;
 
  private:
-  std::string root_;
+  TemporaryFolder folder_;
+  std::string root_ = folder_.path("");
 };
 
 #endif  // PALVOR_TESTS_SUPPORT_DATA_FOLDER_H_

@@ -1,16 +1,29 @@
 #include "support/program.h"
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
+#include <filesystem>
 #include <sstream>
 #include <stdexcept>
 
 namespace {
 
-// Everything written to a descriptor.
+int memoryFile(const std::string& text) {
+  const int fd = memfd_create("text", MFD_CLOEXEC);
+  const auto size = static_cast<ssize_t>(text.size());
+  if (fd < 0 || write(fd, text.data(), text.size()) != size ||
+      lseek(fd, 0, SEEK_SET) != 0) {
+    throw std::runtime_error("no file in memory");
+  }
+  return fd;
+}
+
+// Everything written to a descriptor, which is then closed.
 std::string drained(int fd) {
   std::string text;
   lseek(fd, 0, SEEK_SET);
@@ -22,40 +35,75 @@ std::string drained(int fd) {
   return text;
 }
 
-void setLimit(__rlimit_resource_t resource, rlim_t soft, rlim_t hard) {
-  const struct rlimit limit = {soft, hard};
+void setLimit(__rlimit_resource_t resource, std::optional<unsigned long> soft,
+              std::optional<unsigned long> hard = {}) {
+  if (!soft) return;
+  const struct rlimit limit = {*soft, hard.value_or(*soft)};
   if (setrlimit(resource, &limit) != 0) _exit(126);
+}
+
+// Starts a command with its standard streams on three descriptors.
+pid_t start(std::vector<std::string> command, int in, int out, int err,
+            const Setting& setting) {
+  std::vector<char*> arguments;
+  for (std::string& word : command) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("cannot fork");
+  if (child > 0) return child;
+  dup2(in, STDIN_FILENO);
+  dup2(out, STDOUT_FILENO);
+  dup2(err, STDERR_FILENO);
+  // Ignored, the signal leaves the write to fail as on a full device.
+  if (setting.fileSize) std::signal(SIGXFSZ, SIG_IGN);
+  setLimit(RLIMIT_FSIZE, setting.fileSize);
+  setLimit(RLIMIT_NOFILE, setting.files, setting.hardFiles);
+  setLimit(RLIMIT_AS, setting.memory);
+  execv(arguments[0], arguments.data());
+  _exit(127);
+}
+
+Outcome run(const std::vector<std::string>& command, const Setting& setting) {
+  const int in = memoryFile(setting.input);
+  const int out = setting.output.empty()
+                      ? memoryFile("")
+                      : open(setting.output.c_str(), O_WRONLY | O_CLOEXEC);
+  const int err = memoryFile("");
+  const pid_t child = start(command, in, out, err, setting);
+  int status = 0;
+  waitpid(child, &status, 0);
+  close(in);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+          drained(out), drained(err)};
+}
+
+std::vector<std::string> with(const std::string& program,
+                              std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), program);
+  return arguments;
 }
 
 }  // namespace
 
 Outcome runPalvor(const std::vector<std::string>& arguments,
-                  const Limits& limits) {
-  std::string program = programPath();
-  std::vector<std::string> texts = arguments;
-  std::vector<char*> argv = {program.data()};
-  for (std::string& text : texts) argv.push_back(text.data());
-  argv.push_back(nullptr);
+                  const Setting& setting) {
+  return run(with(PALVOR_PROGRAM, arguments), setting);
+}
 
-  const int out = memfd_create("out", MFD_CLOEXEC);
-  const int err = memfd_create("err", MFD_CLOEXEC);
-  const pid_t child = fork();
-  if (child < 0) throw std::runtime_error("cannot fork");
-  if (child == 0) {
-    dup2(out, STDOUT_FILENO);
-    dup2(err, STDERR_FILENO);
-    if (limits.files) {
-      setLimit(RLIMIT_NOFILE, *limits.files,
-               limits.hardFiles.value_or(*limits.files));
-    }
-    if (limits.memory) setLimit(RLIMIT_AS, *limits.memory, *limits.memory);
-    execv(program.c_str(), argv.data());
-    _exit(127);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
-          drained(out), drained(err)};
+Outcome runKit(const std::vector<std::string>& arguments,
+               const Setting& setting) {
+  return run(with(PALVOR_KIT_PROGRAM, arguments), setting);
+}
+
+pid_t startKit(const std::vector<std::string>& arguments) {
+  const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
+  return start(with(PALVOR_KIT_PROGRAM, arguments), null, null, null, {});
+}
+
+Outcome runShell(const std::string& line) {
+  const std::string folder =
+      std::filesystem::path(PALVOR_PROGRAM).parent_path().string();
+  return run({"/bin/sh", "-c", "PATH='" + folder + "':$PATH; " + line}, {});
 }
 
 std::string programPath() { return PALVOR_PROGRAM; }

@@ -1,7 +1,9 @@
-// Runs the real program and keeps what it said.
+// Runs the real programs and keeps what they said.
 
 #ifndef PALVOR_TESTS_SUPPORT_PROGRAM_H_
 #define PALVOR_TESTS_SUPPORT_PROGRAM_H_
+
+#include <sys/types.h>
 
 #include <optional>
 #include <string>
@@ -13,18 +15,31 @@ struct Outcome {
   std::string err;
 };
 
-// Limits of the program's process.
-struct Limits {
-  std::optional<unsigned long> files = {};      // soft limit, in descriptors
-  std::optional<unsigned long> hardFiles = {};  // hard limit; none: as `files`
-  std::optional<unsigned long> memory = {};     // address space, in bytes
+// What a program's process finds.
+struct Setting {
+  std::string input = {};   // on standard input
+  std::string output = {};  // where standard output goes, instead of `out`
+  // Limits: descriptors (the hard limit is the soft one if not given), bytes of
+  // address space, bytes of any file that is written.
+  std::optional<unsigned long> files = {};
+  std::optional<unsigned long> hardFiles = {};
+  std::optional<unsigned long> memory = {};
+  std::optional<unsigned long> fileSize = {};
 };
 
-// Runs palvor with these arguments, the program's name left out.
+// Run palvor or palvor-kit with these arguments, the program's name left out.
 Outcome runPalvor(const std::vector<std::string>& arguments,
-                  const Limits& limits = {});
+                  const Setting& setting = {});
+Outcome runKit(const std::vector<std::string>& arguments,
+               const Setting& setting = {});
 
-// The program's file.
+// Starts palvor-kit with its output thrown away, and returns its process.
+pid_t startKit(const std::vector<std::string>& arguments);
+
+// Runs a line as a shell does that finds the built palvor.
+Outcome runShell(const std::string& line);
+
+// Palvor's path, as the program sees it.
 std::string programPath();
 
 // Whether the program is built with the address sanitizer, which needs all of

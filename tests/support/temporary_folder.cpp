@@ -1,4 +1,4 @@
-#include "tests/kit/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 #include <cstdlib>
 #include <filesystem>

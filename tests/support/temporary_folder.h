@@ -1,7 +1,7 @@
 // A folder for one test, removed with all that is in it.
 
-#ifndef PALVOR_TESTS_KIT_TEMPORARY_FOLDER_H_
-#define PALVOR_TESTS_KIT_TEMPORARY_FOLDER_H_
+#ifndef PALVOR_TESTS_SUPPORT_TEMPORARY_FOLDER_H_
+#define PALVOR_TESTS_SUPPORT_TEMPORARY_FOLDER_H_
 
 #include <map>
 #include <string>
@@ -29,4 +29,4 @@ class TemporaryFolder {
   std::string root_;
 };
 
-#endif  // PALVOR_TESTS_KIT_TEMPORARY_FOLDER_H_
+#endif  // PALVOR_TESTS_SUPPORT_TEMPORARY_FOLDER_H_
