@@ -2,9 +2,14 @@
 # libraries that palvor is built from are missing, and installs their Debian
 # packages. Everything there: says nothing and needs no root and no network.
 
-# Prints the package of each program or header that is missing, one a line.
+# missing_packages [PROGRAM=PACKAGE...]
+# Prints the package of each program or header that is missing, one a line;
+# the programs that are given are looked for too.
 missing_packages() {
-  local program header
+  local program header package pair
+  for pair in "$@"; do
+    command -v "${pair%%=*}" >/dev/null || echo "${pair#*=}"
+  done
   while read -r program package; do
     command -v "$program" >/dev/null || echo "$package"
   done <<'LIST'
@@ -49,9 +54,11 @@ update_package_lists() {
   fi
 }
 
+# install_dependencies [PROGRAM=PACKAGE...]
+# Installs what is missing to build palvor, and the given programs' packages.
 install_dependencies() {
   local missing
-  missing=$(missing_packages | tr '\n' ' ')
+  missing=$(missing_packages "$@" | tr '\n' ' ')
   if [ -z "$missing" ]; then return 0; fi
   if ! command -v apt-get >/dev/null; then
     echo "Missing here: $missing" >&2
@@ -68,7 +75,7 @@ install_dependencies() {
       "As root: apt-get install $missing" >&2
     return 1
   fi
-  missing=$(missing_packages | tr '\n' ' ')
+  missing=$(missing_packages "$@" | tr '\n' ' ')
   if [ -n "$missing" ]; then
     echo "Still missing after the installation: $missing" >&2
     return 1
