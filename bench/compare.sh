@@ -33,7 +33,7 @@ compare() {
   done
   echo
   echo "$title: $suffixes suffixes, $count runs of each in turn"
-  table "$suffixes" merge floor scratch
+  table merge floor scratch
 }
 
 machine

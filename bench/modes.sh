@@ -31,4 +31,4 @@ for _ in $(seq "$count"); do
 done
 machine
 echo "$dir$prefix: $suffixes suffixes, $count runs of each in turn"
-table "$suffixes" array trees trees-R trees-C heap-array heap-trees
+table array trees trees-R trees-C heap-array heap-trees
