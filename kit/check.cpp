@@ -104,8 +104,7 @@ void checkInputArrays(const std::vector<ArrayToCheck>& arrays,
 }
 
 bool holdsSomething(const std::string& path) {
-  std::error_code ignored;
-  return std::filesystem::file_size(path, ignored) > 0 && !ignored;
+  return std::filesystem::exists(path) && std::filesystem::file_size(path) > 0;
 }
 
 // Checks everything; returns what was found to check, in words.

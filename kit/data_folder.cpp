@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
-#include <filesystem>
 #include <stdexcept>
 #include <string_view>
-#include <vector>
+#include <system_error>
 
 #include "kit/output_file.h"
 
@@ -76,14 +75,23 @@ std::string DataFolder::path(uint64_t number, const std::string& kind) const {
   return tested(folder_ + prefix_ + "_" + std::to_string(number) + kind);
 }
 
+std::vector<fs::path> DataFolder::filesThere() const {
+  std::error_code failure;
+  std::vector<fs::path> found;
+  fs::directory_iterator entry(folder_, failure);
+  while (!failure && entry != fs::directory_iterator()) {
+    if (belongsTo(entry->path().filename().string(), prefix_)) {
+      found.push_back(entry->path());
+    }
+    entry.increment(failure);
+  }
+  if (failure) throw std::system_error(failure, "can't list " + folder_);
+  return found;
+}
+
 void DataFolder::create(bool force) const {
   fs::create_directories(folder_);
-  std::vector<fs::path> found;
-  for (const auto& entry : fs::directory_iterator(folder_)) {
-    if (belongsTo(entry.path().filename().string(), prefix_)) {
-      found.push_back(entry.path());
-    }
-  }
+  const std::vector<fs::path> found = filesThere();
   if (found.empty()) return;
   if (!force) {
     const bool whole = fs::exists(path(".stlengths"));

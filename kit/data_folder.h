@@ -4,7 +4,9 @@
 #define PALVOR_KIT_DATA_FOLDER_H_
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
+#include <vector>
 
 namespace kit {
 
@@ -30,6 +32,9 @@ class DataFolder {
   void create(bool force) const;
 
  private:
+  // The files of this prefix in the folder, which must be there.
+  std::vector<std::filesystem::path> filesThere() const;
+
   std::string directory_;
   std::string prefix_;
   std::string folder_;

@@ -67,8 +67,13 @@ class Preparation {
     progress_.show("palvor-kit: preparing, " +
                    std::to_string(source_.filesRead()) + " of " +
                    std::to_string(options_.files.size()) + " files read");
+    // A source that threw has nothing more to give: another worker may be
+    // waiting for it.
+    if (ended_) return false;
+    ended_ = true;
     if (!source_.next(psa)) return false;
     index_.add(psa);
+    ended_ = false;
     return true;
   }
 
@@ -77,6 +82,7 @@ class Preparation {
   std::mutex mutex_;  // guards all below
   PsaSource source_;
   FolderIndex index_;
+  bool ended_ = false;  // no more to be read, by the end or by a failure
   Progress progress_;
 };
 

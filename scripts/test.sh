@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/dependencies.sh
 
-install_dependencies
+install_dependencies strace=strace
 build_preset release
 echo "== Testing"
 ctest --preset release -j "$(nproc)" "$@"

@@ -48,13 +48,14 @@ TEST_F(Lengths, EndTheRunIfAFileCannotBeOpened) {
   unsigned table[1];
   EXPECT_EXIT(readPartitionInfo("no/file", "", "", table, nullptr, nullptr, 0),
               testing::ExitedWithCode(1),
-              "^## ERROR: could not open lengths file \"no/file\"\n$");
+              "^# no/file: No such file or directory\n"
+              "## ERROR: could not open lengths file \"no/file\"\n$");
   EXPECT_EXIT(readPartitionInfo("", "no/file", "", nullptr, table, nullptr, 0),
               testing::ExitedWithCode(1),
-              "^## ERROR: Could not open binary lengths file \"no/file\"\n$");
+              "## ERROR: Could not open binary lengths file \"no/file\"\n$");
   EXPECT_EXIT(readPartitionInfo("", "", "no/file", nullptr, nullptr, table, 0),
               testing::ExitedWithCode(1),
-              "^## ERROR: Could not open partitions file \"no/file\"\n$");
+              "## ERROR: Could not open partitions file \"no/file\"\n$");
 }
 
 }  // namespace

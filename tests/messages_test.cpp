@@ -355,8 +355,13 @@ TEST_P(Message, EndsTheRunWithStatusOne) {
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.out, "");
   const std::vector<std::string> lines = linesOf(outcome.err);
-  ASSERT_EQ(lines.size(), 3u) << outcome.err;
-  EXPECT_EQ(lines[2], "## ERROR: " + withRoot(test.message, folder.root()));
+  ASSERT_GE(lines.size(), 3u) << outcome.err;
+  EXPECT_EQ(lines.back(), "## ERROR: " + withRoot(test.message, folder.root()));
+  // The file, where the message itself leaves it out.
+  ASSERT_LE(lines.size(), 4u) << outcome.err;
+  if (lines.size() == 4) {
+    EXPECT_EQ(lines[2].rfind("# " + folder.root(), 0), 0u) << lines[2];
+  }
   EXPECT_EQ(outcome.err.back(), '\n');
 }
 

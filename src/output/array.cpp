@@ -2,9 +2,9 @@
 
 #include "output/counters.h"
 #include "output/file_name.h"
+#include "output/output_file.h"
 #include "run/values.h"
 #include "support/clocks.h"
-#include "support/files.h"
 #include "support/memory.h"
 #include "support/paths.h"
 #include "support/report.h"
@@ -19,14 +19,9 @@ int fd = -1;   // descriptor of the .stpsa output, -1 when not open
 int fd1 = -1;  // descriptor of the .stlcp output, -1 when not open
 int na = 0;    // flushes done so far
 
-int createOutput(const char* kind) {
+const char* nameOutput(const char* kind) {
   formatPath(fileName, kFileNameSize, "%s%s", streePrefix, kind);
-  return FileOpen(fileName, 1);
-}
-
-// Whether the first `bytes` bytes of a buffer could be written.
-bool writeWhole(int to, const void* buffer, int bytes) {
-  return bytes == 0 || FileWrite(to, buffer, bytes) == bytes;
+  return fileName;
 }
 
 }  // namespace
@@ -49,19 +44,21 @@ void flushArray(int last) {
   rollUpCounters();
 
   if (fd < 0) {
-    fd = createOutput(".stpsa");
+    fd = createOutput(nameOutput(".stpsa"));
     if (fd < 0) die("cannot open suffix array file for writing\n");
   }
   if (larray != 0 && fd1 < 0) {
-    fd1 = createOutput(".stlcp");
+    fd1 = createOutput(nameOutput(".stlcp"));
     if (fd1 < 0) die("cannot open LCP array file for writing\n");
   }
   const int suffixBytes = nbuff * static_cast<int>(sizeof(Suffix));
-  if (!writeWhole(fd, suffBuff, suffixBytes)) {
+  if (writeOutput(fd, nameOutput(".stpsa"), suffBuff, suffixBytes) !=
+      suffixBytes) {
     die("not all output Suffixes were written\n");
   }
   const int lcpBytes = nbuff * static_cast<int>(sizeof(LcpEntry));
-  if (larray != 0 && !writeWhole(fd1, lcpfBuff, lcpBytes)) {
+  if (larray != 0 &&
+      writeOutput(fd1, nameOutput(".stlcp"), lcpfBuff, lcpBytes) != lcpBytes) {
     die("not all output LCPs were written\n");
   }
 
@@ -70,11 +67,14 @@ void flushArray(int last) {
         elapsed(previous, now));
   }
   if (last != 0) {
-    // Some file systems report a failed write only here.
-    if (FileClose(fd) < 0) die("not all output Suffixes were written\n");
+    if (closeOutput(fd, nameOutput(".stpsa")) < 0) {
+      die("not all output Suffixes were written\n");
+    }
     fd = -1;
     if (larray != 0) {
-      if (FileClose(fd1) < 0) die("not all output LCPs were written\n");
+      if (closeOutput(fd1, nameOutput(".stlcp")) < 0) {
+        die("not all output LCPs were written\n");
+      }
       fd1 = -1;
     }
   }

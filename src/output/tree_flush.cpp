@@ -8,12 +8,12 @@
 #include "output/divider.h"
 #include "output/emitted.h"
 #include "output/file_name.h"
+#include "output/output_file.h"
 #include "output/tree_buffer.h"
 #include "output/tree_walks.h"
 #include "run/options.h"
 #include "run/values.h"
 #include "support/clocks.h"
-#include "support/files.h"
 #include "support/paths.h"
 #include "support/report.h"
 
@@ -30,7 +30,8 @@ void writeDivider(int maxdepth) {
   divider.maxDepth = static_cast<uint16_t>(maxdepth);
   divider.lastPrefix = lastSuffix.prefix0;
   const int size = sizeof divider;
-  if (FileWrite(dividersFile, &divider, size) != size) {
+  formatPath(fileName, kFileNameSize, "%s%s", streePrefix, ".stdiv");
+  if (writeOutput(dividersFile, fileName, &divider, size) != size) {
     die("could not write current divider element\n");
   }
 }
@@ -38,14 +39,14 @@ void writeDivider(int maxdepth) {
 void writeTree() {
   formatPath(fileName, kFileNameSize, "%s_%d%s", streePrefix, divider.tree,
              ".stree");
-  const int file = FileOpen(fileName, 1);
+  const int file = createOutput(fileName);
   if (file < 0) {
     die("cannot open suffix array %s for writing tree\n", fileName);
   }
   const int size = nnode * static_cast<int>(sizeof(TreeNode));
-  const int written = FileWrite(file, reorder != 0 ? newtBuff : treeBuff, size);
-  // Some file systems report a failed write only at the end.
-  if (FileClose(file) < 0 || written != size) {
+  const int written =
+      writeOutput(file, fileName, reorder != 0 ? newtBuff : treeBuff, size);
+  if (closeOutput(file, fileName) < 0 || written != size) {
     die("not all output tree nodes were written: %d bytes and %d Nodes\n",
         written, nnode);
   }

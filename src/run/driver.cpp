@@ -4,11 +4,14 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
+#include <cstring>
 
 #include "merge/front.h"
 #include "merge/loop.h"
 #include "merge/refill.h"
+#include "output/output_file.h"
 #include "run/lengths.h"
 #include "run/options.h"
 #include "run/paths.h"
@@ -40,6 +43,7 @@ void testOrigins() {
 void loadLengths(const RunPaths& paths) {
   const long long size = FileSize(paths.lengthsFile);
   if (size < 0) {
+    blame(paths.lengthsFile);
     die("could not access lengths file %s\n", paths.lengthsFile);
   }
   if (size / 4 > INT_MAX) {
@@ -52,6 +56,10 @@ void loadLengths(const RunPaths& paths) {
   blengths = zeroedTable<unsigned>(ninputs, "the inputs' binary lengths");
 
   const long long partsSize = FileSize(plengthsFileName);
+  if (partsSize < 0 && errno != ENOENT) {
+    die("could not access partitions file %s: %s\n", plengthsFileName,
+        std::strerror(errno));
+  }
   if (partsSize / 4 > INT_MAX) {
     die("partitions file %s: %lld partitions are too many\n", plengthsFileName,
         partsSize / 4);
@@ -105,7 +113,10 @@ void openSuffixFiles() {
     char path[kPathSize];
     formatPath(path, kPathSize, "%s_%d%s", sarrayPrefix, j, ".stpsa");
     suffixArrayFiles[j] = FileOpen(path, 0);
-    if (suffixArrayFiles[j] < 0) die("can't open Suffix file %s\n", path);
+    if (suffixArrayFiles[j] < 0) {
+      blame(path);
+      die("can't open Suffix file %s\n", path);
+    }
   }
 }
 
@@ -137,7 +148,7 @@ int runMerge(PathArguments arguments) {
 
   loadBinaryStrings();
   openSuffixFiles();
-  dividersFile = FileOpen(paths.dividersFile, 1);
+  dividersFile = createOutput(paths.dividersFile);
   if (dividersFile < 0) {
     die("can't open ST dividers file %s for writing\n", paths.dividersFile);
   }
@@ -149,7 +160,9 @@ int runMerge(PathArguments arguments) {
   }
 
   mergeSuffixArrays();
-  FileClose(dividersFile);
+  if (closeOutput(dividersFile, paths.dividersFile) < 0) {
+    die("could not write ST dividers file %s\n", paths.dividersFile);
+  }
   if (quiet == 0) reportRun(startTime);
   return 0;
 }

@@ -8,20 +8,35 @@
 
 namespace {
 
+// Why a table could not be filled.
+constexpr const char* kTooShort = "shorter than the number of inputs asks for";
+
 struct Reading {
   bool opened = false;
   bool failed = false;  // by the system, not by the file's end
   int entries = 0;      // whole entries read
 };
 
-// Reads up to `n` entries into `table` with one block read.
+// Reads up to `n` entries into `table` with one block read, and blames the file
+// if the system refuses.
 Reading readEntries(const char* path, unsigned* table, int n) {
   std::FILE* file = std::fopen(path, "rb");
-  if (file == nullptr) return {};
+  if (file == nullptr) {
+    blame(path);
+    return {};
+  }
   const size_t got = std::fread(table, 4, static_cast<size_t>(n), file);
   const bool failed = std::ferror(file) != 0;
+  if (failed) blame(path);
   std::fclose(file);
   return {true, failed, static_cast<int>(got)};
+}
+
+// Whether all `n` entries were read; if not, the file was blamed.
+bool holdsEntries(const Reading& read, const char* path, int n) {
+  if (read.entries == n) return true;
+  if (!read.failed) blame(path, kTooShort);
+  return false;
 }
 
 }  // namespace
@@ -33,14 +48,16 @@ void readPartitionInfo(const char* lengthsPath, const char* blengthsPath,
   if (lengthsTable != nullptr) {
     const Reading read = readEntries(lengthsPath, lengthsTable, n);
     if (!read.opened) die("could not open lengths file \"%s\"\n", lengthsPath);
-    if (read.entries < n) die("Reading lengths of partitions - error \n");
+    if (!holdsEntries(read, lengthsPath, n)) {
+      die("Reading lengths of partitions - error \n");
+    }
   }
   if (blengthsTable != nullptr) {
     const Reading read = readEntries(blengthsPath, blengthsTable, n);
     if (!read.opened) {
       die("Could not open binary lengths file \"%s\"\n", blengthsPath);
     }
-    if (read.entries < n) {
+    if (!holdsEntries(read, blengthsPath, n)) {
       die("Reading binary lengths of partitions - error \n");
     }
   }

@@ -33,7 +33,10 @@ void refillBuffer(int j) {
   char path[kPathSize];
   formatLcpPath(path, j);
   const int fd = FileOpen(path, 0);
-  if (fd < 0) die("can't open LCP file %s\n", path);
+  if (fd < 0) {
+    blame(path);
+    die("can't open LCP file %s\n", path);
+  }
   const int got = FileRead(fd, lcpbs[j], kBlockBytes, 4LL * lcpos[j]);
   if (got < 0) die("can't read LCP file %s: %s\n", path, std::strerror(errno));
   FileClose(fd);

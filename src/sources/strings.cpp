@@ -15,30 +15,41 @@ constinit unsigned** binaryString = nullptr;
 
 namespace {
 
+[[noreturn]] void refuseSize(const char* path, int input, long long got,
+                             int words) {
+  if (got < 0) {
+    blame(path);
+  } else {
+    blame(path, "shorter than its binary length says");
+  }
+  die("binary string %d reading error: read %d bytes, wanted %d words\n", input,
+      static_cast<int>(got), words);
+}
+
 unsigned* readString(int fd, const char* path, int input, int words) {
   auto* string = uninitializedTable<unsigned>(words, path);
   const int wanted = 4 * words;
   const int got = FileRead(fd, string, wanted);
-  if (got < wanted) {
-    die("binary string %d reading error: read %d bytes, wanted %d words\n",
-        input, got, words);
+  if (got < wanted) refuseSize(path, input, got, words);
+  if (string[words - 1] != 0) {
+    blame(path, "its last word is not zero");
+    die("bad binary file %d\n", input);
   }
-  if (string[words - 1] != 0) die("bad binary file %d\n", input);
   return string;
 }
 
 // Touching a mapping past the end of its file would end the process by a
 // signal, so the size is looked at first.
-unsigned* mapString(int fd, int input, int words) {
+unsigned* mapString(int fd, const char* path, int input, int words) {
   const int wanted = 4 * words;
   const long long size = FileSize(fd);
-  if (size < wanted) {
-    die("binary string %d reading error: read %d bytes, wanted %d words\n",
-        input, static_cast<int>(size), words);
-  }
+  if (size < wanted) refuseSize(path, input, size, words);
   const auto bytes = static_cast<size_t>(wanted);
   void* mapping = mmap(nullptr, bytes, PROT_READ, MAP_SHARED, fd, 0);
-  if (mapping == MAP_FAILED) die("problem with mmap\n");
+  if (mapping == MAP_FAILED) {
+    blame(path);
+    die("problem with mmap\n");
+  }
   // The merge comes by every page, in no order: one read-ahead of the whole
   // serves it, and reading around a page fault later does not. Only advice.
   madvise(mapping, bytes, MADV_WILLNEED);
@@ -59,9 +70,12 @@ void loadBinaryStrings() {
     char path[kPathSize];
     formatPath(path, kPathSize, "%s_%d%s", stringPrefix, i, ".stbin");
     const int fd = FileOpen(path, 0);
-    if (fd < 0) die("can't open input string binary file %s\n", path);
-    binaryString[i] =
-        usemmap != 0 ? mapString(fd, i, words) : readString(fd, path, i, words);
+    if (fd < 0) {
+      blame(path);
+      die("can't open input string binary file %s\n", path);
+    }
+    binaryString[i] = usemmap != 0 ? mapString(fd, path, i, words)
+                                   : readString(fd, path, i, words);
     FileClose(fd);
   }
 }

@@ -61,7 +61,10 @@ int readBlock(int j, const char* path) {
     got = FileRead(fd, sufbs[j], wanted);
   } else {
     fd = FileOpen(path, 0);
-    if (fd < 0) die("can't open Suffix file %s\n", path);
+    if (fd < 0) {
+      blame(path);
+      die("can't open Suffix file %s\n", path);
+    }
     got = FileRead(fd, sufbs[j], wanted, offset);
   }
   if (got < 0) {

@@ -59,11 +59,12 @@ pid_t start(std::vector<std::string> command, int in, int out, int err,
   setLimit(RLIMIT_FSIZE, setting.fileSize);
   setLimit(RLIMIT_NOFILE, setting.files, setting.hardFiles);
   setLimit(RLIMIT_AS, setting.memory);
-  execv(arguments[0], arguments.data());
+  execvp(arguments[0], arguments.data());
   _exit(127);
 }
 
-Outcome run(const std::vector<std::string>& command, const Setting& setting) {
+Outcome run(std::vector<std::string> command, const Setting& setting) {
+  command.insert(command.begin(), setting.under.begin(), setting.under.end());
   const int in = memoryFile(setting.input);
   const int out = setting.output.empty()
                       ? memoryFile("")

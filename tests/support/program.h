@@ -19,6 +19,7 @@ struct Outcome {
 struct Setting {
   std::string input = {};   // on standard input
   std::string output = {};  // where standard output goes, instead of `out`
+  std::vector<std::string> under = {};  // command that it is run under
   // Limits: descriptors (the hard limit is the soft one if not given), bytes of
   // address space, bytes of any file that is written.
   std::optional<unsigned long> files = {};

@@ -1,0 +1,234 @@
+// Every system call on a file that a command reads or writes is made to fail,
+// the first, a middle one and the last, and the process is killed there: it
+// must say which file failed, and what it leaves must not pass for whole.
+
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/statvfs.h>
+
+#include <csignal>
+#include <filesystem>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "faults/scenario.h"
+
+namespace {
+
+const Command kPrepare = {"palvor-kit", "prepare",    "-o",    "ROOT",
+                          "-p",         "x",          "--lcp", "--zero-origin",
+                          "ROOTa.fa",   "ROOTb.fa.gz"};
+const Command kMergeTrees = {"palvor", "ROOT", "x", "-q", "-z", "-n", "30"};
+const Command kMergeArray = {"palvor", "ROOT", "x", "-q", "-z", "-a", "-l"};
+const Command kCheck = {"palvor-kit", "check", "ROOT", "x", "-z"};
+
+Command with(Command command, const Command& more) {
+  command.insert(command.end(), more.begin(), more.end());
+  return command;
+}
+
+const std::vector<Scenario> kScenarios = {
+    {"Prepare", {}, kPrepare, kMergeArray},
+    {"PrepareAnew",
+     {kPrepare, kMergeArray},
+     with(kPrepare, {"--force", "-j", "2"}),
+     kMergeArray},
+    {"Simulate",
+     {},
+     {"palvor-kit", "simulate", "-o", "ROOTsimulated", "--genomes", "2",
+      "--length", "5000", "--divergence", "0.1", "--seed", "1"}},
+    {"MergeArray",
+     {kPrepare},
+     with(kMergeArray, {"-n", "9", "-M", "80"}),
+     kCheck},
+    {"MergeArrayMapped",
+     {kPrepare},
+     with(kMergeArray, {"-U", "-Z", "-f"}),
+     kCheck},
+    {"MergeTrees", {kPrepare}, kMergeTrees, kCheck},
+    {"MergeTreesInOrder",
+     {kPrepare},
+     with(kMergeTrees, {"-R", "-C", "-Z", "-M", "80", "-f"}),
+     kCheck},
+    {"CheckArray", {kPrepare, kMergeArray}, kCheck},
+    {"CheckTrees", {kPrepare, kMergeTrees}, kCheck},
+    {"View", {kPrepare}, {"palvor-kit", "view", "ROOTx.ST/x_0.stpsa"}},
+};
+
+// Calls whose failure changes nothing that is read or written: closing what was
+// read, making a folder that is there, asking how best to read.
+const std::set<std::string> kHarmless = {"close", "mkdir", "fadvise64",
+                                         "ioctl", "lseek", "newfstatat"};
+
+// What can go wrong at a call of a program. A call that is made to stop short
+// is not made at all, so only the merge, which takes none further, can be
+// tested so.
+std::vector<std::string> faultsOf(const std::string& call,
+                                  const std::string& program) {
+  const bool merge = program == "palvor";
+  if (call == "openat") return {"error=EMFILE", "error=EROFS"};
+  if (call == "write")
+    return {"error=ENOSPC", merge ? "retval=1" : "error=EIO"};
+  if (call == "pread64") return {"error=EIO", merge ? "retval=4" : "error=EIO"};
+  return {"error=EIO"};
+}
+
+std::set<int> firstMiddleLast(int count) { return {1, (count + 1) / 2, count}; }
+
+// The name under which a file is reported: a file being written gets it later.
+std::string reportedName(const std::string& file) {
+  const size_t part = file.rfind(".part");
+  return part == std::string::npos ? file : file.substr(0, part);
+}
+
+// A file system of its own over a ground, with what is there and room for some
+// more blocks.
+class TinyDisk {
+ public:
+  TinyDisk(const Ground& ground, int blocks) : root_(ground.root()) {
+    const TemporaryFolder copy;
+    const auto everything = std::filesystem::copy_options::recursive;
+    std::filesystem::copy(root_, copy.path(""), everything);
+    mounted_ = mount("tiny", root_.c_str(), "tmpfs", 0, "size=1m") == 0;
+    if (!mounted_) return;
+    std::filesystem::copy(copy.path(""), root_, everything);
+    struct statvfs usage = {};
+    statvfs(root_.c_str(), &usage);
+    const auto used = static_cast<int>(usage.f_blocks - usage.f_bfree);
+    const std::string size =
+        "size=" +
+        std::to_string((used + blocks) * static_cast<int>(usage.f_frsize));
+    mount("tiny", root_.c_str(), "tmpfs", MS_REMOUNT, size.c_str());
+  }
+  ~TinyDisk() {
+    if (mounted_) umount(root_.c_str());
+  }
+  TinyDisk(const TinyDisk&) = delete;
+  TinyDisk& operator=(const TinyDisk&) = delete;
+
+  bool mounted() const { return mounted_; }
+
+ private:
+  std::string root_;
+  bool mounted_ = false;
+};
+
+class Faults : public testing::TestWithParam<Scenario> {
+ protected:
+  void SetUp() override {
+    const Ground ground(scenario());
+    before_ = ground.files();
+    const Outcome outcome = ground.run(scenario().command);
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    output_ = ground.withoutRoot(outcome.out);
+    files_ = ground.files();
+    calls_ = traceCalls(scenario());
+    if (calls_.empty()) GTEST_SKIP() << "system calls cannot be traced here";
+  }
+
+  const Scenario& scenario() const { return GetParam(); }
+
+  // Whether a command left all that it leaves when nothing fails.
+  bool isWhole(const Ground& ground) const { return ground.files() == files_; }
+
+  void expectNoProof(const Ground& ground) const {
+    const bool untouched = ground.files() == before_;
+    if (scenario().proof.empty() || isWhole(ground) || untouched) return;
+    const Outcome proof = ground.run(scenario().proof);
+    EXPECT_EQ(proof.status, 1) << proof.out << proof.err;
+  }
+
+  // When nothing fails:
+  std::string output_;
+  std::map<std::string, std::string> files_;
+
+  std::map<std::string, std::string> before_;  // the command
+  std::vector<FileCalls> calls_;
+};
+
+TEST_P(Faults, AreReportedWithTheFile) {
+  for (const FileCalls& calls : calls_) {
+    for (const std::string& fault :
+         faultsOf(calls.call, scenario().command[0])) {
+      for (const int n : firstMiddleLast(calls.count)) {
+        SCOPED_TRACE(calls.call + " " + std::to_string(n) + " of " +
+                     calls.file + ": " + fault);
+        const Ground ground(scenario());
+        const Outcome outcome =
+            ground.run(scenario().command, withFault(ground, calls, fault, n));
+        if (outcome.status == 0 && kHarmless.contains(calls.call)) {
+          EXPECT_EQ(ground.withoutRoot(outcome.out), output_);
+          EXPECT_TRUE(isWhole(ground));
+          continue;
+        }
+        EXPECT_EQ(outcome.status, 1) << outcome.err;
+        const std::string said = outcome.out + outcome.err;
+        EXPECT_NE(said.find(ground.path(reportedName(calls.file))),
+                  std::string::npos)
+            << said;
+        expectNoProof(ground);
+      }
+    }
+  }
+}
+
+TEST_P(Faults, KilledRunsLeaveNothingThatPasses) {
+  for (const FileCalls& calls : calls_) {
+    if (scenario().proof.empty()) continue;
+    for (const int n : firstMiddleLast(calls.count)) {
+      SCOPED_TRACE(calls.call + " " + std::to_string(n) + " of " + calls.file);
+      const Ground ground(scenario());
+      const Outcome outcome = ground.run(
+          scenario().command, withFault(ground, calls, "signal=SIGKILL", n));
+      EXPECT_EQ(outcome.status, 128 + SIGKILL);
+      expectNoProof(ground);
+    }
+  }
+}
+
+TEST_P(Faults, TooLittleMemoryIsReported) {
+  bool succeeded = false;
+  for (unsigned long limit = 20UL << 20; !succeeded; limit += 3UL << 20) {
+    ASSERT_LT(limit, 2UL << 30);
+    const Ground ground(scenario());
+    const Outcome outcome = ground.run(scenario().command, {.memory = limit});
+    if (outcome.status == 127) continue;  // it could not be loaded
+    succeeded = outcome.status == 0;
+    if (succeeded) {
+      EXPECT_TRUE(isWhole(ground));
+    } else {
+      EXPECT_EQ(outcome.status, 1) << limit;
+      EXPECT_TRUE(std::regex_search(
+          outcome.err, std::regex("memory|allocate|start a thread|mmap")))
+          << outcome.err;
+      expectNoProof(ground);
+    }
+  }
+}
+
+TEST_P(Faults, FullDiskIsReported) {
+  for (const int blocks : {0, 1, 2, 4, 8}) {
+    const Ground ground(scenario());
+    // A disk that has room for what is there, and some blocks more.
+    const TinyDisk disk(ground, blocks);
+    if (!disk.mounted()) GTEST_SKIP() << "disks cannot be mounted here";
+    const Outcome outcome = ground.run(scenario().command);
+    if (outcome.status == 0) {
+      EXPECT_TRUE(isWhole(ground));
+    } else {
+      EXPECT_EQ(outcome.status, 1);
+      EXPECT_NE(outcome.err.find(ground.path("")), std::string::npos)
+          << outcome.err;
+      EXPECT_NE(outcome.err.find("No space left"), std::string::npos)
+          << outcome.err;
+      expectNoProof(ground);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Faults, testing::ValuesIn(kScenarios),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
