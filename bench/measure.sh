@@ -59,6 +59,10 @@ per_suffix() {
   median "$@" | awk -v n="$suffixes" '{printf "%.2f\n", $1 * 1e9 / n}'
 }
 
+bytes_per_suffix() {
+  median "$1" 4 | awk -v n="$suffixes" '{printf "%.2f\n", $1 * 1024 / n}'
+}
+
 # ratio A B
 ratio() {
   awk -v a="$1" -v b="$2" 'BEGIN {printf "%.3f\n", (b > 0 ? a / b : 0)}'
@@ -72,7 +76,7 @@ table() {
     printf '%-14s %9.1f %9.1f %9.1f %9.1f %9.2f\n' "$name" \
       "$(per_suffix "$name" 1)" "$(per_suffix "$name" 2)" \
       "$(per_suffix "$name" 3)" \
-      "$(ratio "$(median "$name" 4)" "$(ratio "$suffixes" 1024)")" \
+      "$(bytes_per_suffix "$name")" \
       "$(ratio "$(median "$name" 1)" "$(median "$first" 1)")"
   done
 }

@@ -3,32 +3,35 @@
 # nanoseconds and bytes of peak memory, and the ratio of user time to array
 # mode's. Medians of runs in turn.
 #
-# usage: bench/modes.sh [-r RUNS] INPUTDIR PREFIX
+# usage: bench/modes.sh [-r RUNS] [DATASET]
+# Data sets: see bench/make_data.sh; ecoli3 if none is given.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/measure.sh"
 
-if [ $# -ne 2 ]; then
-  echo "usage: bench/modes.sh [-r RUNS] INPUTDIR PREFIX" >&2
-  exit 2
-fi
-build_preset release
 run() {
-  local name=$1
+  local mode=$1
   shift
-  measure "$name" build/release/src/palvor "$dir" "$prefix" -o "$work/" -p o "$@"
+  rm -rf "$work/out"
+  mkdir "$work/out"
+  measure "$mode" $bin/src/palvor "$input" "$name" -o "$work/out/" -p out "$@"
 }
-dir=$1
-prefix=$2
-suffixes=$(awk '{n += $6} END {print n}' FS='\t' \
-  "$dir$prefix.ST/$prefix.inputs.tsv")
+
+install_dependencies
+build_preset release
+name=${1:-ecoli3}
+bench/make_data.sh "$name"
+stage "$name"
 for _ in $(seq "$count"); do
   run array -a -l
+  run array-Z -a -l -Z
+  run array-U -a -l -U
   run trees
+  run trees-Z -Z
   run trees-R -R
   run trees-C -C
   run heap-array -a -H
   run heap-trees -H
 done
 machine
-echo "$dir$prefix: $suffixes suffixes, $count runs of each in turn"
-table array trees trees-R trees-C heap-array heap-trees
+echo "$name: $suffixes suffixes, $count runs of each in turn"
+table array array-Z array-U trees trees-Z trees-R trees-C heap-array heap-trees
