@@ -1,0 +1,195 @@
+#include "targets.h"
+
+#include <cstdio>
+#include <exception>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "kit/commands.h"
+#include "merge_results.h"
+#include "run/arguments.h"
+#include "run/driver.h"
+#include "run/options.h"
+#include "watch.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+// The values of -n by a byte's low four bits, and what its high four choose.
+// Small buffers, so that small cases fill them more than once.
+constexpr const char* kMostNodes[] = {nullptr, "1",  "2",  "3",   "4",  "5",
+                                      "6",     "7",  "8",  "9",   "11", "16",
+                                      "23",    "32", "64", "1000"};
+constexpr std::pair<const char*, const char*> kBuffers[] = {
+    {"-M", "4096"}, {"-M", "15"},  {"-M", "16"},  {"-M", "32"},
+    {"-M", "48"},   {"-M", "64"},  {"-M", "80"},  {"-M", "96"},
+    {"-M", "112"},  {"-M", "128"}, {"-M", "512"}, {nullptr, nullptr},
+    {"-m", "64"},   {"-m", "128"}, {"-m", "200"}, {"-m", "1000"}};
+static_assert(std::size(kMostNodes) == 16 && std::size(kBuffers) == 16);
+
+std::vector<char*> pointersTo(Words& words) {
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+// Runs the merge as palvor's `main` does. At most once in a process.
+int runPalvor(const Words& arguments) {
+  static Words words;  // the options point into it
+  words = arguments;
+  words.insert(words.begin(), "palvor");
+  static std::vector<char*> pointers = pointersTo(words);
+  const PathArguments paths =
+      scanArguments(static_cast<int>(words.size()), pointers.data());
+  if (quiet == 0) listOptions(paths);
+  return runMerge(paths);
+}
+
+// Runs one command as palvor-kit's `main` does. No standard exception but
+// these ends a command, and any other is a finding.
+int runKit(void (*add)(CLI::App&), Words arguments) {
+  arguments.insert(arguments.begin(), "palvor-kit");
+  CLI::App app("", "palvor-kit");
+  app.require_subcommand(1);
+  add(app);
+  try {
+    app.parse(static_cast<int>(arguments.size()), pointersTo(arguments).data());
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 1;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "palvor-kit: error: %s\n", error.what());
+    return 1;
+  }
+  return 0;
+}
+
+void addFlags(Words& words, uint8_t byte, const Words& flags) {
+  for (size_t i = 0; i < flags.size(); i++) {
+    if (bitOf(byte, static_cast<int>(i))) words.push_back(flags[i]);
+  }
+}
+
+int merge(FuzzInput& input, const CaseFolder& folder, const char* last) {
+  Words words = {folder.root(), "x"};
+  addFlags(words, input.takeByte(),
+           {"-Z", "-U", "-H", "-f", "-z", "-q", "-X", last});
+  const uint8_t sizes = input.takeByte();
+  if (const char* nodes = kMostNodes[sizes & 15]) {
+    words.insert(words.end(), {"-n", nodes});
+  }
+  if (const auto& [letter, value] = kBuffers[sizes >> 4]; letter != nullptr) {
+    words.insert(words.end(), {letter, value});
+  }
+  const uint8_t more = input.takeByte();
+  if (bitOf(more, 0)) words.emplace_back("-C");
+  if (const int cap = more >> 1 & 3; cap != 0) {
+    words.insert(words.end(), {"-N", std::to_string(cap)});
+  }
+  if (last == std::string("-l")) words.emplace_back("-a");
+  folder.fill(input);
+  return runPalvor(words);
+}
+
+int mergeToArray(FuzzInput& input, const CaseFolder& folder) {
+  const int status = merge(input, folder, "-l");
+  if (status == 0) testMergedArray(folder);
+  return status;
+}
+
+int mergeToTrees(FuzzInput& input, const CaseFolder& folder) {
+  const int status = merge(input, folder, "-R");
+  if (status == 0) testMergedTrees(folder);
+  return status;
+}
+
+// Merges a folder that must be all right, and checks what comes out.
+void testMerge(const CaseFolder& folder, const Words& mergeOptions,
+               const Words& checkOptions) {
+  mustNotFail(true);
+  Words words = {folder.root(), "x", "-p", "y", "-q", "-M", "4096"};
+  words.insert(words.end(), mergeOptions.begin(), mergeOptions.end());
+  require(runPalvor(words) == 0, "the merge failed");
+  words = {"check", folder.root(), "x", "-p", "y"};
+  words.insert(words.end(), checkOptions.begin(), checkOptions.end());
+  require(runKit(kit::addCheck, words) == 0, "the merge is not all right");
+  mustNotFail(false);
+}
+
+int check(FuzzInput& input, const CaseFolder& folder) {
+  Words words = {"check", folder.root(), "x"};
+  const uint8_t options = input.takeByte();
+  addFlags(words, options, {"--all", "--json", "-z"});
+  folder.fill(input);
+  const int status = runKit(kit::addCheck, words);
+  // With -z the merge refuses some partitions that check can make out.
+  if (status == 0 && !bitOf(options, 2)) {
+    testMerge(folder, {"-a", "-l"}, {});
+  }
+  return status;
+}
+
+int view(FuzzInput& input, const CaseFolder& folder) {
+  Words words = {"view"};
+  const uint8_t options = input.takeByte();
+  const std::string from = std::to_string(input.takeByte());
+  const std::string count = std::to_string(input.takeByte());
+  const bool dot = bitOf(options, 1);
+  addFlags(words, options, {"--json", "--dot"});
+  if (bitOf(options, 2)) {
+    words.insert(words.end(), {"--data", folder.path("x.ST")});
+  }
+  if (bitOf(options, 3)) {
+    words.insert(words.end(), {"--from", from, "--count", count});
+  }
+  for (const std::string& file : folder.fill(input)) {
+    if (!dot || file.ends_with(".stree")) words.push_back(file);
+  }
+  return runKit(kit::addView, words);
+}
+
+int prepare(FuzzInput& input, const CaseFolder& folder) {
+  const uint8_t options = input.takeByte();
+  Words words = {"prepare", "-o", folder.root(), "-p", "x"};
+  addFlags(words, options, {"--lcp", "--zero-origin"});
+  if (bitOf(options, 2)) words.insert(words.end(), {"--psa-per", "record"});
+  constexpr const char* kAmbiguous[] = {"split", "skip-record", "error",
+                                        "split"};
+  words.insert(words.end(), {"--ambiguous", kAmbiguous[options >> 3 & 3]});
+  folder.write("genome", input.takeRest());
+  words.push_back(folder.path("genome"));
+  if (bitOf(options, 5)) words.push_back(folder.path("genome"));
+  const int status = runKit(kit::addPrepare, words);
+  if (status == 0) {
+    Words merging = {"-a", "-l"};
+    addFlags(merging, options, {"-Z", "-z"});
+    testMerge(folder, merging, bitOf(options, 1) ? Words{"-z"} : Words{});
+  }
+  return status;
+}
+
+constexpr std::pair<const char*, Target> kTargets[] = {
+    {"array", mergeToArray}, {"tree", mergeToTrees}, {"check", check},
+    {"view", view},          {"prepare", prepare},
+};
+
+}  // namespace
+
+Target findTarget(const std::string& name) {
+  for (const auto& [known, target] : kTargets) {
+    if (name == known) return target;
+  }
+  return nullptr;
+}
+
+std::string targetNames() {
+  std::string names;
+  for (const auto& [name, target] : kTargets) {
+    if (!names.empty()) names += ' ';
+    names += name;
+  }
+  return names;
+}

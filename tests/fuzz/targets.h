@@ -1,0 +1,42 @@
+// What a case is run through: palvor or one command of palvor-kit, in this
+// process.
+
+#ifndef PALVOR_TESTS_FUZZ_TARGETS_H_
+#define PALVOR_TESTS_FUZZ_TARGETS_H_
+
+#include <string>
+
+#include "case_folder.h"
+#include "fuzz_input.h"
+
+// A case begins with the bytes that choose options, and the rest is a data
+// folder (case_folder.h), or for `prepare` one sequence file. Bits are counted
+// from the least significant.
+//
+//   array    byte 0  -Z -U -H -f -z -q -X, and -l
+//   tree     byte 0  -Z -U -H -f -z -q -X, and -R
+//     both   byte 1  low four bits: the value of -n, high four: that of -M or
+//                    -m, by the tables in targets.cpp
+//            byte 2  -C, and in bits 1 and 2 the value of -N, 0 for none
+//   check    byte 0  --all, --json, -z
+//   view     byte 0  --json, --dot, --data, and whether --from and --count are
+//                    given, in bytes 1 and 2
+//   prepare  byte 0  --lcp, --zero-origin, --psa-per record; bits 3 and 4 the
+//                    value of --ambiguous; bit 5: two files, of the same bytes
+//
+// After a run that ends well, the others must agree with it:
+//   array, tree  the output is that of the merge's input (merge_results.h)
+//   check        the merge of a folder that is all right must end well, and
+//                what it writes must be all right
+//   prepare      the same of the folder that it made
+//
+// Returns the exit status, or exits. `folder` is renewed first.
+using Target = int (*)(FuzzInput& input, const CaseFolder& folder);
+
+// Null if there is no such target.
+Target findTarget(const std::string& name);
+
+// The names, with blanks between them.
+std::string targetNames();
+
+#endif  // PALVOR_TESTS_FUZZ_TARGETS_H_
