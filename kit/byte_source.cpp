@@ -17,7 +17,7 @@
 namespace kit {
 namespace {
 
-constexpr size_t kBlockBytes = 256 * 1024;
+constexpr size_t kBlockBytes = size_t{256} * 1024;
 
 [[noreturn]] void failOn(const std::string& path, const std::string& reason) {
   throw std::runtime_error(sourceName(path) + ": " + reason);

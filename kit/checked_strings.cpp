@@ -6,8 +6,8 @@
 
 namespace kit {
 
-CheckedStrings::CheckedStrings(const std::string& base, FaultLog& faults) {
-  lengths_ = RecordFile<uint32_t>(base + ".stlengths").read(0, UINT64_MAX);
+CheckedStrings::CheckedStrings(const std::string& base, FaultLog& faults)
+    : lengths_(RecordFile<uint32_t>(base + ".stlengths").read(0, UINT64_MAX)) {
   const std::string bitsPath = base + ".stblengths";
   const auto bits = RecordFile<uint32_t>(bitsPath).read(0, UINT64_MAX);
   if (bits.size() != lengths_.size()) {

@@ -5,7 +5,9 @@
 
 #include "kit/commands.h"
 
-int main(int argc, char** argv) {
+namespace {
+
+int run(int argc, char** argv) {
   CLI::App app(
       "Makes and reads the files of palvor, which merges suffix arrays.",
       "palvor-kit");
@@ -19,6 +21,15 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 1;
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
   } catch (const std::bad_alloc&) {
     std::fprintf(stderr, "palvor-kit: error: out of memory\n");
     return 1;
@@ -26,5 +37,4 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "palvor-kit: error: %s\n", error.what());
     return 1;
   }
-  return 0;
 }

@@ -8,8 +8,9 @@
 namespace kit {
 namespace {
 
-constexpr size_t kBufferBytes = 256 * 1024;
-constexpr size_t kLongestName = 64 * 1024;  // bytes; beyond, it is no FASTA
+constexpr size_t kBufferBytes = size_t{256} * 1024;
+constexpr size_t kLongestName =
+    size_t{64} * 1024;  // bytes; beyond, it is no FASTA
 
 constexpr char kInvalid = 0, kSkipped = 1;
 

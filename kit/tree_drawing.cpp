@@ -181,7 +181,7 @@ class Drawing {
 
   std::string leafLabel(const TreeNode& leaf, uint64_t depth) const {
     const uint32_t input = leaf.left >> 2;
-    const std::string name = "input " + std::to_string(input);
+    std::string name = "input " + std::to_string(input);
     if (!strings_) return name;
     return name + " at " + std::to_string(startOf(input, depth) / 2);
   }

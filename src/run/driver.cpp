@@ -134,7 +134,7 @@ void reportRun(int startTime) {
 
 }  // namespace
 
-int runMerge(PathArguments arguments) {
+int runMerge(const PathArguments& arguments) {
   testSizeOptions();
   const RunPaths paths = composePaths(arguments);
   // If it fails, creating the first file in it says so.

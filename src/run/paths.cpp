@@ -19,7 +19,7 @@ void testNumberedPath(const char* prefix, int count, const char* kind) {
 
 }  // namespace
 
-RunPaths composePaths(PathArguments arguments) {
+RunPaths composePaths(const PathArguments& arguments) {
   const char* inputdir = arguments.inputdir;
   const char* inputfileprefix = arguments.inputfileprefix;
   const char* odir = orDefault(arguments.odir, arguments.inputdir);

@@ -21,7 +21,7 @@ struct RunPaths {
 // forms every path that can be formed without knowing the number of inputs:
 // those returned, and the prefixes in run/values.h. A path of 200 characters
 // or more ends the run.
-RunPaths composePaths(PathArguments arguments);
+RunPaths composePaths(const PathArguments& arguments);
 
 // Ends the run if the path of the last input string, suffix array or LCP file,
 // the longest of its kind, does not fit. Needs `ninputs` and `nparts`.

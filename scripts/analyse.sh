@@ -1,0 +1,43 @@
+#!/bin/bash
+# Looks the code over without running it (clang-tidy, cppcheck), and watches
+# one small run of each command under valgrind. Installs what that needs first,
+# if something is missing. Takes some minutes.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+source scripts/dependencies.sh
+
+install_dependencies clang-tidy=clang-tidy cppcheck=cppcheck valgrind=valgrind
+build_preset release
+
+echo "== clang-tidy"
+git ls-files -z 'src/*.cpp' 'kit/*.cpp' |
+  xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/release --quiet \
+    --extra-arg=-Wno-ignored-optimization-argument 2>/dev/null
+
+echo "== cppcheck"
+cppcheck --quiet --enable=warning,performance,portability --std=c++20 \
+  --language=c++ -I . -I src -j "$(nproc)" --error-exitcode=1 src kit
+
+echo "== valgrind"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+watched() {
+  valgrind --quiet --error-exitcode=99 "$@" >"$work/said" 2>&1 || {
+    cat "$work/said" >&2
+    echo "failed: $*" >&2
+    return 1
+  }
+}
+kit=build/release/kit/palvor-kit palvor=build/release/src/palvor
+watched $kit simulate --genomes 4 --length 2000 --divergence 0.01 --seed 1 \
+  -o "$work"
+watched $kit prepare -o "$work" -p x --lcp "$work"/*.fa
+watched $palvor "$work/" x -a -l -M 4096
+watched $palvor "$work/" x -a -l -H
+watched $kit check "$work/" x -j 2
+watched $palvor "$work/" x -Z -U -f -n 3000
+watched $palvor "$work/" x -H -R -C -n 3000
+watched $kit check "$work/" x
+watched $kit view "$work/x.ST/x_0.stree"
+watched $kit view "$work/x.ST/x_0.stpsa"
+echo "Nothing found."
