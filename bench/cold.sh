@@ -41,5 +41,3 @@ echo "$name: $count runs of each in turn; wall-clock seconds"
 for run in read warm cold; do
   printf '%-6s %7.2f\n' $run "$(median $run 3)"
 done
-awk -v r="$(median read 3)" -v w="$(median warm 3)" -v c="$(median cold 3)" \
-  'BEGIN {printf "of the reading, %.0f%% is hidden\n", 100 * (r + w - c) / r}'

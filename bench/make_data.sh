@@ -90,10 +90,6 @@ sequences() {
       ;;
     pan1024) simulate "$dir" 1024 2000 0.001 ;;
     k*) simulate "$dir" "${name#k}" $(((1 << 24) / ${name#k})) 1 ;;
-    *)
-      echo "no such data set: $name" >&2
-      exit 2
-      ;;
   esac
 }
 
@@ -117,8 +113,13 @@ if [ "${1-}" = --list ]; then
   echo "${all[@]}"
   exit
 fi
+if [ $# -eq 0 ]; then set -- "${all[@]}"; fi
 missing=()
-for name in "${@:-${all[@]}}"; do
+for name in "$@"; do
+  if [[ " ${all[*]} " != *" $name "* ]]; then
+    echo "no such data set: $name; there are: ${all[*]}" >&2
+    exit 2
+  fi
   is_there "$name" || missing+=("$name")
 done
 if [ ${#missing[@]} -eq 0 ]; then exit; fi
