@@ -112,7 +112,7 @@ goal() {
   if [ -z "$2" ] || [ -z "$3" ]; then return 0; fi
   local value
   value=$(ratio "$2" "$3")
-  printf '%-58s %7.2f  %-8s %5s  %s\n' "$1" "$value" "${4/-/ }" "$5" \
+  printf '%-58s %7.3f  %-8s %5s  %s\n' "$1" "$value" "${4/-/ }" "$5" \
     "$(awk -v v="$value" -v limit="$5" -v sense="$4" 'BEGIN {
       print (sense == "at-most" ? v <= limit : v >= limit) ? "met" : "not met"
     }')"
