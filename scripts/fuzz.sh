@@ -73,7 +73,17 @@ install_dependencies afl-fuzz=afl++ afl-clang-fast++=afl++
 
 work=$(mktemp -d -p "$([ -w /dev/shm ] && echo /dev/shm || echo /tmp)" \
   palvor-fuzz.XXXXXX)
-trap 'rm -rf "$work"' EXIT
+clean_up() {
+  local running
+  running=$(jobs -p)
+  if [ -n "$running" ]; then
+    # shellcheck disable=SC2086  # a word for each process
+    kill $running 2>/dev/null || true
+    wait
+  fi
+  rm -rf "$work"
+}
+trap clean_up EXIT
 trap 'exit 130' INT TERM
 
 echo "== Building the fuzzer in $build"

@@ -25,9 +25,10 @@ CODES = {"A": "00", "C": "01", "G": "10", "T": "11"}
 # Option bits of the merge targets; LAST is -l or -R.
 Z, U, H, F, ORIGIN, Q, X, LAST = (1 << i for i in range(8))
 C = 1
-ALL, JSON, CHECK_Z = 1, 2, 4          # of check
+ALL, JSON, CHECK_Z, TO_TREES = 1, 2, 4, 8  # of check
 VIEW_JSON, DOT, DATA, RANGE = 1, 2, 4, 8  # of view
 LCP, ZERO_ORIGIN, PER_RECORD, SKIP, ERROR, TWICE = 1, 2, 4, 8, 16, 32
+THEN_TREES = 64                       # of prepare, as those above
 
 
 def words(values):
@@ -217,13 +218,18 @@ def merge_cases(corpus):
   for flags, how in [(0, ""), (Z, "-lcp"), (H, "-heap")]:
     corpus.merge("lies-order" + how,
                  changed(THREE, psa, backwards), flags | LAST, 0x38, C)
+  # One array, so that each entry relates the suffix to the one before it in
+  # the tree. Suffix 5, of 4 characters, follows one of 17 whose prefixes of 5,
+  # 9 and 13 are suffixes too.
+  one = folder(["ACGTACGTACGTACGTA"])
   for name, index, value in [
-      ("longest", 5, 0x7FFFFFFF), ("longer", 5, lambda w: w + 4),
-      ("shorter", 6, 0), ("firstbit", 7, lambda w: w ^ 1),
-      ("whole-suffix", 8, 24)]:
+      ("longest", 5, 0x7FFFFFFF), ("beyond-branch", 5, 2 * 10 + 1),
+      ("beyond-split", 5, 2 * 12 + 1), ("beyond-leaf", 5, 2 * 34 + 1),
+      ("whole-suffix", 5, 2 * 8), ("shorter", 4, 0),
+      ("firstbit", 5, lambda w: w ^ 1)]:
     corpus.merge("lies-lcp-" + name,
-                 word_changed(THREE, "_1.stlcp", index, value), Z | LAST,
-                 0x30, C)
+                 word_changed(one, "_0.stlcp", index, value), Z | LAST, 0x3F,
+                 C)
   corpus.merge("lies-lcp-ones", changed(
       THREE, "_1.stlcp", lambda d: words([69] * (len(d) // 4))), Z | LAST, 0x30)
   corpus.merge("refused-lcp-bit-31",
@@ -287,12 +293,13 @@ def check_cases(corpus):
   corpus.check("accepted-array-all", array, ALL | JSON)
   corpus.check("accepted-no-lcp", corpus.merged(
       {k: v for k, v in SMALL.items() if not k.endswith(".stlcp")}, "-a"))
-  corpus.check("accepted-trees", trees, ALL)
+  corpus.check("accepted-trees", trees, ALL | TO_TREES)
   corpus.check("accepted-tree", tree, JSON)
   corpus.check("accepted-reordered", corpus.merged(three, "-R", "-n", "20"))
   corpus.check("accepted-both", corpus.merged(corpus.merged(
       folder(["ACAC", "ACAC", "CACA"]), "-a"), "-n", "12"))
-  corpus.check("accepted-partitions", corpus.merged(parts, "-a", "-l"))
+  corpus.check("accepted-partitions", corpus.merged(parts, "-a", "-l"),
+               TO_TREES)
   corpus.check("accepted-zero-origin", corpus.merged(origin, "-z", "-a"),
                CHECK_Z)
   corpus.check("accepted-no-input", corpus.merged(folder([]), "-a"))
@@ -424,7 +431,8 @@ def prepare_cases(corpus):
     corpus.write("prepare", name, bytes([options]) + data)
 
   write("accepted-fasta", fasta)
-  for options in [PER_RECORD | LCP, SKIP, TWICE | ZERO_ORIGIN | LCP]:
+  for options in [PER_RECORD | LCP, SKIP, TWICE | ZERO_ORIGIN | LCP,
+                  THEN_TREES | TWICE | LCP]:
     write("accepted-fasta-%d" % options, fasta, options)
   write("refused-ambiguous", fasta, ERROR)
   write("accepted-fastq", fastq, LCP)
@@ -434,7 +442,8 @@ def prepare_cases(corpus):
   write("accepted-boundaries", b"".join(
       b">%d\n%s\n" % (n, (b"ACGTTGCA" * 9)[:n])
       for n in [1, 15, 16, 17, 31, 32, 33, 63, 64, 65]), LCP)
-  write("accepted-repeats", b">a\n" + b"A" * 70 + b"\n>b\n" + b"AC" * 35, LCP)
+  write("accepted-repeats", b">a\n" + b"A" * 70 + b"\n>b\n" + b"AC" * 35,
+        LCP | THEN_TREES)
   compressed = {
       "gzip": gzip.compress(fasta, mtime=0),
       "gzip-members": gzip.compress(fasta, mtime=0) +

@@ -18,11 +18,12 @@
 //     both   byte 1  low four bits: the value of -n, high four: that of -M or
 //                    -m, by the tables in targets.cpp
 //            byte 2  -C, and in bits 1 and 2 the value of -N, 0 for none
-//   check    byte 0  --all, --json, -z
+//   check    byte 0  --all, --json, -z; bit 3: the merge below makes trees
 //   view     byte 0  --json, --dot, --data, and whether --from and --count are
 //                    given, in bytes 1 and 2
 //   prepare  byte 0  --lcp, --zero-origin, --psa-per record; bits 3 and 4 the
-//                    value of --ambiguous; bit 5: two files, of the same bytes
+//                    value of --ambiguous; bit 5: two files, of the same
+//                    bytes; bit 6: the merge below makes trees
 //
 // After a run that ends well, the others must agree with it:
 //   array, tree  the output is that of the merge's input (merge_results.h)
