@@ -24,7 +24,7 @@ constexpr Kind kKinds[] = {
 std::string nameOf(uint8_t section) {
   const Kind& kind = kKinds[(section >> 4) % std::size(kKinds)];
   std::string name = "x.ST/x";
-  if (kind.numbered) name += "_" + std::to_string(section & 15);
+  if (kind.numbered) name.append("_").append(std::to_string(section & 15));
   return name + kind.ending;
 }
 
