@@ -101,6 +101,17 @@ fi
 
 # --- Fuzzing
 
+# The fuzzer passes over cases of the corpus that fail already.
+echo "== Going through the corpus"
+for target in "${targets[@]}"; do
+  if ! "$fuzzer" "$target" "tests/fuzz/corpus/$target" >"$work/replay"; then
+    echo "$fuzzer $target:"
+    cat "$work/replay"
+    echo "The corpus has to pass before it can be fuzzed from." >&2
+    exit 1
+  fi
+done
+
 # A machine's own settings for crashes and processor speeds are let be, and
 # there is nobody to look at a screen. Cases live in memory, in $work.
 export AFL_I_DONT_CARE_ABOUT_MISSING_CRASHES=1 AFL_SKIP_CPUFREQ=1
@@ -109,7 +120,7 @@ export AFL_HANG_TMOUT=10000 TMPDIR=$work
 # The harness has settings of its own (tests/fuzz/watch.cpp), but the fuzzer
 # gives way only to settings that stand here.
 asan=abort_on_error=1:symbolize=0:detect_leaks=0:max_allocation_size_mb=1024
-asan+=:allocator_may_return_null=0:detect_stack_use_after_return=0
+asan+=:allocator_may_return_null=0:malloc_context_size=0
 ubsan=abort_on_error=1:halt_on_error=1:symbolize=0
 
 # Milliseconds for one case in the fuzzer. A machine that is busy with other

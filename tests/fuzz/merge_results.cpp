@@ -27,7 +27,8 @@ std::vector<Record> recordsOf(const std::string& bytes) {
   return records;
 }
 
-// The records of all streams, with the input numbers of the whole folder.
+// The records of all streams, with the input numbers of the whole folder. The
+// merge must have refused them if one names no suffix.
 std::vector<Suffix> streamRecords(const CaseFolder& folder) {
   std::vector<Suffix> all;
   if (sufBuffSize == 0) return all;  // then nothing is merged
@@ -35,6 +36,10 @@ std::vector<Suffix> streamRecords(const CaseFolder& folder) {
     const std::string name = "x.ST/x_" + std::to_string(j) + ".stpsa";
     for (Suffix suffix : recordsOf<Suffix>(folder.read(name))) {
       if (iorigin != 0) suffix.input += alens[j];
+      const uint32_t input = inputNumber(suffix);
+      require(input < static_cast<uint32_t>(ninputs) &&
+                  suffix.pos < blengths[input] / 2,
+              name + " names a suffix that is not there");
       all.push_back(suffix);
     }
   }
