@@ -72,6 +72,8 @@ bool isFinding(int status, const std::string& path) {
     fault = number == SIGALRM
                 ? "more than " + std::to_string(kSeconds) + " seconds"
                 : "signal " + std::to_string(number);
+  } else if (WEXITSTATUS(status) > 1) {
+    fault = "status " + std::to_string(WEXITSTATUS(status));
   } else if (name.starts_with("accepted") && WEXITSTATUS(status) != 0) {
     fault = "should be accepted";
   } else if (name.starts_with("refused") && WEXITSTATUS(status) == 0) {
