@@ -31,13 +31,26 @@ void allocateList(int k) {
 void addList(int k) {
   if (k < 0) {
     Lfst = LNXT[Lfst];
-    return;
+  } else {
+    insertIntoList(k);
   }
+}
+
+void moveHeadByWalk(int k, LcpEntry entry) {
+  LLCP[k] = LOCP[k] = entry;
+  currlcp = lcpBits(entry);
+  currfbt = lcpFirstbit(entry);
+  addList(-1);
+  addList(k);
+}
+
+int insertIntoList(int k) {
   if (Lfst < 0) {
     Lfst = k;
     LNXT[k] = -1;
-    return;
+    return 0;
   }
+  int place = 0;
   int shared = currlcp;
   int firstbit = currfbt;
   int previous = -1;
@@ -48,7 +61,7 @@ void addList(int k) {
     if (shared > lcpBits(stored)) break;
     if (shared == lcpBits(stored)) {
       const int after =
-          ZEPCompare(Suffixes[current], Suffixes[k], &firstbit, shared);
+          compareSuffixes(Suffixes[current], Suffixes[k], &firstbit, shared);
       nncmp++;
       if (comLCP >= 64) nnac++;
       if (comLCP >= shared + 64) nnrc++;
@@ -58,13 +71,15 @@ void addList(int k) {
         linkBefore(k, previous, current);
         LLCP[k] = stored;
         LLCP[current] = found;
-        return;
+        return place;
       }
       shared = comLCP;
     }
     previous = current;
     current = LNXT[current];
+    place++;
   }
   linkBefore(k, previous, current);
   LLCP[k] = makeLcpEntry(shared, firstbit);
+  return place;
 }

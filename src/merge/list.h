@@ -46,4 +46,11 @@ void allocateList(int k);
 //         or more does not fit an entry and ends the run.
 void addList(int k);
 
+// Moves the first stream k to the place of its new suffix, whose entry relates
+// it to the suffix emitted last.
+void moveHeadByWalk(int k, LcpEntry entry);
+
+// As addList(k) for k >= 0. Returns how many streams stand before k.
+int insertIntoList(int k);
+
 #endif  // PALVOR_MERGE_LIST_H_

@@ -3,28 +3,33 @@
 //
 // Behind it stand the merge list (merge/list.h), which hands out LCP entries
 // on the side, or with `hpflag` the merge heap (merge/heap.h), which has none.
+// A suffix's place in the list is found by its prefix words
+// (merge/few_streams.h) where they can be relied on, else by walking it: the
+// list, the entries and all that is counted are the same.
 
 #ifndef PALVOR_MERGE_ORDERING_H_
 #define PALVOR_MERGE_ORDERING_H_
 
+#include "merge/few_streams.h"
 #include "merge/heap.h"
 #include "merge/list.h"
+#include "merge/refill.h"
 #include "run/options.h"
 #include "sources/lcp_entry.h"
 
+// How places in the list are found.
+enum class Placing { kByWalking, kAmongFew };
+extern Placing placing;
+
 // Allocates the chosen structure for k streams, empty.
-inline void allocateOrdering(int k) {
-  if (hpflag != 0) {
-    allocateHeap(k);
-  } else {
-    allocateList(k);
-  }
-}
+void allocateOrdering(int k);
 
 // Puts a stream in while priming: nothing is known of its suffix.
 inline void primeStream(int k) {
   if (hpflag != 0) {
     insertIntoHeap(k);
+  } else if (placing == Placing::kAmongFew) {
+    primeFewStreams(k);
   } else {
     addList(k);
   }
@@ -45,12 +50,10 @@ inline LcpEntry headEntry() { return hpflag != 0 ? 0 : LLCP[Lfst]; }
 inline void moveHead(int k, LcpEntry entry) {
   if (hpflag != 0) {
     adjHeap(1);
+  } else if (placing == Placing::kAmongFew && streamsAscend) {
+    moveHeadOfFew(k, entry);
   } else {
-    LLCP[k] = LOCP[k] = entry;
-    currlcp = lcpBits(entry);
-    currfbt = lcpFirstbit(entry);
-    addList(-1);
-    addList(k);
+    moveHeadByWalk(k, entry);
   }
 }
 
@@ -58,6 +61,8 @@ inline void moveHead(int k, LcpEntry entry) {
 inline void dropHead() {
   if (hpflag != 0) {
     adjHeap(0);
+  } else if (placing == Placing::kAmongFew) {
+    dropHeadOfFew();
   } else {
     addList(-1);
   }

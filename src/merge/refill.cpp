@@ -13,6 +13,7 @@
 #include "support/clocks.h"
 
 constinit int lcpTime = 0;
+constinit bool streamsAscend = true;
 
 namespace {
 
@@ -62,10 +63,25 @@ long long clockCost() {
   return cost;
 }
 
-LcpEntry compareNeighbours(const Suffix& before, const Suffix& after) {
+inline LcpEntry compareNeighbours(const Suffix& before, const Suffix& after) {
   int firstbit = 0;
-  ZEPCompare(&before, &after, &firstbit, 0);
+  if (compareSuffixes(&before, &after, &firstbit, 0) != 0)
+    streamsAscend = false;
   return comparedEntry(firstbit);
+}
+
+// Tests an entry that was read against the prefix words.
+void testReadEntry(const Suffix& before, const Suffix& after, LcpEntry entry) {
+  const int64_t keyBefore = prefixKey(before);
+  const int64_t keyAfter = prefixKey(after);
+  const int shorter = std::min(remainingBits(before), remainingBits(after));
+  const int common =
+      std::countl_zero(static_cast<uint64_t>(keyBefore ^ keyAfter));
+  const bool right =
+      common < std::min(shorter, 64)
+          ? entry == makeLcpEntry(common, 1) && keyBefore < keyAfter
+          : lcpBits(entry) >= std::min(shorter, 64);
+  if (!right) streamsAscend = false;
 }
 
 // Computes the entries of `count` records, the first of which follows
@@ -129,7 +145,10 @@ void prefetchAhead(int k) {
 }
 
 LcpEntry refillEntry(int k) {
-  return Manzini != 0 ? readEntry(k) : computedEntry(k);
+  if (Manzini == 0) return computedEntry(k);
+  const LcpEntry entry = readEntry(k);
+  testReadEntry(currSuffix, sufbs[k][sufps[k] - 1], entry);
+  return entry;
 }
 
 LcpEntry emittedEntry() {

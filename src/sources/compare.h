@@ -12,9 +12,12 @@
 #ifndef PALVOR_SOURCES_COMPARE_H_
 #define PALVOR_SOURCES_COMPARE_H_
 
+#include <algorithm>
 #include <bit>
 
+#include "run/options.h"
 #include "sources/lcp_entry.h"
+#include "sources/strings.h"
 #include "sources/suffix.h"
 
 // Common prefix, in bits, found by the last call that had an `fb`. Written by
@@ -45,6 +48,22 @@ inline int nb32(unsigned x) { return std::countl_zero(x); }
 // the route, never the answer. Both records must have an input number below
 // `ninputs` and a position inside that input.
 int ZEPCompare(const Suffix* a, const Suffix* b, int* fb, int known);
+
+// As ZEPCompare with an `fb`. Where the prefix words differ, as they do for
+// most suffixes, it is settled here and now.
+inline int compareSuffixes(const Suffix* a, const Suffix* b, int* fb,
+                           int known) {
+  const int64_t keyA = prefixKey(*a);
+  const int64_t keyB = prefixKey(*b);
+  const int shorter = std::min(remainingBits(*a), remainingBits(*b));
+  if (keyA == keyB || shorter < 64 || known > 63 || noprefix != 0) {
+    return ZEPCompare(a, b, fb, known);
+  }
+  np2++;
+  *fb = 1;
+  comLCP = std::countl_zero(static_cast<uint64_t>(keyA ^ keyB));
+  return keyA > keyB ? 1 : 0;
+}
 
 // The LCP entry of the last call that had an `fb`, with the firstbit that it
 // gave. A common prefix of 2^30 bits or more does not fit and ends the run.

@@ -24,6 +24,14 @@ static_assert(sizeof(Suffix) == 16);
 // Index of the suffix's string in `binaryString` and `blengths`.
 inline uint32_t inputNumber(const Suffix& suffix) { return suffix.input >> 2; }
 
+// The prefix words as one number. Signed numbers compare faster, so its top bit
+// is inverted: it orders as the words do.
+inline int64_t prefixKey(const Suffix& suffix) {
+  const uint64_t words =
+      static_cast<uint64_t>(suffix.prefix0) << 32 | suffix.prefix1;
+  return static_cast<int64_t>(words ^ uint64_t{1} << 63);
+}
+
 // The producer's two flag bits; nothing here interprets them.
 inline uint32_t suffixFlags(const Suffix& suffix) { return suffix.input & 3; }
 
