@@ -19,7 +19,8 @@ namespace {
 
 StoredBytes::StoredBytes(const std::string& path, size_t recordSize)
     : path_(path), recordSize_(recordSize) {
-  descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  // To open a pipe must not wait for its writer: it is refused below.
+  descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (descriptor_ < 0) failOn(path, "can't open ");
   struct stat status = {};
   const bool known = ::fstat(descriptor_, &status) == 0;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -71,6 +72,14 @@ Damage removed(const char* name) {
 
 Damage folderAt(const char* name) {
   return [=](const DataFolder& folder) { folder.replaceByFolder(name); };
+}
+
+// Reading it would wait for somebody to write.
+Damage pipeAt(const char* name) {
+  return [=](const DataFolder& folder) {
+    folder.remove(name);
+    ASSERT_EQ(mkfifo(folder.path(name).c_str(), 0644), 0);
+  };
 }
 
 Damage fullDeviceAt(const char* name) {
@@ -147,6 +156,22 @@ const std::vector<Case> kCases = {
      {},
      folderAt("x.stlengths"),
      "Reading lengths of partitions - error "},
+    {"PipeAsLengths",
+     {},
+     pipeAt("x.stlengths"),
+     "could not open lengths file \"ROOTx.ST/x.stlengths\""},
+    {"PipeAsString",
+     {},
+     pipeAt("x_1.stbin"),
+     "can't open input string binary file ROOTx.ST/x_1.stbin"},
+    {"PipeAsSuffixFile",
+     {},
+     pipeAt("x_1.stpsa"),
+     "can't open Suffix file ROOTx.ST/x_1.stpsa"},
+    {"PipeAsSuffixFileToKeep",
+     {"-f"},
+     pipeAt("x_1.stpsa"),
+     "can't open Suffix file ROOTx.ST/x_1.stpsa"},
     {"HugeLengths",
      {},
      cut("x.stlengths", 1ULL << 33),

@@ -56,7 +56,8 @@ void loadLengths(const RunPaths& paths) {
   blengths = zeroedTable<unsigned>(ninputs, "the inputs' binary lengths");
 
   const long long partsSize = FileSize(plengthsFileName);
-  if (partsSize < 0 && errno != ENOENT) {
+  // Missing, it means none; unreadable, it might have named some.
+  if (partsSize < 0 ? errno != ENOENT : IsStream(plengthsFileName)) {
     die("could not access partitions file %s: %s\n", plengthsFileName,
         std::strerror(errno));
   }

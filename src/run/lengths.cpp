@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "run/values.h"
+#include "support/files.h"
 #include "support/report.h"
 
 namespace {
@@ -20,7 +21,7 @@ struct Reading {
 // Reads up to `n` entries into `table` with one block read, and blames the file
 // if the system refuses.
 Reading readEntries(const char* path, unsigned* table, int n) {
-  std::FILE* file = std::fopen(path, "rb");
+  std::FILE* file = IsStream(path) ? nullptr : std::fopen(path, "rb");
   if (file == nullptr) {
     blame(path);
     return {};

@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "support/clocks.h"
 
 namespace {
@@ -46,7 +48,16 @@ int timedRead(void* buf, int nbytes, Call call) {
 
 }  // namespace
 
+bool IsStream(const char* path) {
+  struct stat status = {};
+  if (stat(path, &status) != 0) return false;  // opening it says why
+  if (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)) return false;
+  errno = ESPIPE;
+  return true;
+}
+
 int FileOpen(const char* path, int mode) {
+  if (mode == 0 && IsStream(path)) return -1;
   if (mode == 0) return open(path, O_RDONLY);
   return open(path, O_WRONLY | O_CREAT | O_TRUNC, 0644);
 }

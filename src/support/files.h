@@ -8,9 +8,13 @@
 #ifndef PALVOR_SUPPORT_FILES_H_
 #define PALVOR_SUPPORT_FILES_H_
 
+// Whether `path` is a pipe, a device or a socket, which may keep a reader
+// waiting or never end. Sets errno if so.
+bool IsStream(const char* path);
+
 // Opens `path` read-only (mode 0), or for writing (any other mode): created if
 // missing, with permissions 0644, and emptied. Returns the descriptor, or a
-// negative value on failure.
+// negative value on failure. What IsStream says is not opened for reading.
 int FileOpen(const char* path, int mode);
 
 // Closes a descriptor; negative on failure.
