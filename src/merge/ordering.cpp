@@ -1,5 +1,7 @@
 #include "merge/ordering.h"
 
+#include "merge/blocks.h"
+
 constinit Placing placing = Placing::kByWalking;
 
 void allocateOrdering(int k) {
@@ -8,8 +10,12 @@ void allocateOrdering(int k) {
     return;
   }
   allocateList(k);
-  if (noprefix == 0 && k >= kFewestStreams && k <= kFewStreams) {
+  // Without prefix words, or with hardly any stream, there is just the walk.
+  if (noprefix != 0 || k < kFewestStreams || k > kManyStreams) return;
+  if (k <= kFewStreams) {
     placing = Placing::kAmongFew;
     prepareFewStreams();
+  } else {
+    placing = Placing::kAmongMany;
   }
 }

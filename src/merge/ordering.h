@@ -4,8 +4,8 @@
 // Behind it stand the merge list (merge/list.h), which hands out LCP entries
 // on the side, or with `hpflag` the merge heap (merge/heap.h), which has none.
 // A suffix's place in the list is found by its prefix words
-// (merge/few_streams.h) where they can be relied on, else by walking it: the
-// list, the entries and all that is counted are the same.
+// (merge/few_streams.h, merge/many_streams.h) where they can be relied on, else
+// by walking it: the list, the entries and all that is counted are the same.
 
 #ifndef PALVOR_MERGE_ORDERING_H_
 #define PALVOR_MERGE_ORDERING_H_
@@ -13,12 +13,13 @@
 #include "merge/few_streams.h"
 #include "merge/heap.h"
 #include "merge/list.h"
+#include "merge/many_streams.h"
 #include "merge/refill.h"
 #include "run/options.h"
 #include "sources/lcp_entry.h"
 
 // How places in the list are found.
-enum class Placing { kByWalking, kAmongFew };
+enum class Placing { kByWalking, kAmongFew, kAmongMany };
 extern Placing placing;
 
 // Allocates the chosen structure for k streams, empty.
@@ -30,6 +31,8 @@ inline void primeStream(int k) {
     insertIntoHeap(k);
   } else if (placing == Placing::kAmongFew) {
     primeFewStreams(k);
+  } else if (placing == Placing::kAmongMany) {
+    primeManyStreams(k);
   } else {
     addList(k);
   }
@@ -50,10 +53,12 @@ inline LcpEntry headEntry() { return hpflag != 0 ? 0 : LLCP[Lfst]; }
 inline void moveHead(int k, LcpEntry entry) {
   if (hpflag != 0) {
     adjHeap(1);
-  } else if (placing == Placing::kAmongFew && streamsAscend) {
+  } else if (placing == Placing::kByWalking || !streamsAscend) {
+    moveHeadByWalk(k, entry);
+  } else if (placing == Placing::kAmongFew) {
     moveHeadOfFew(k, entry);
   } else {
-    moveHeadByWalk(k, entry);
+    moveHeadOfMany(k, entry);
   }
 }
 
@@ -61,10 +66,12 @@ inline void moveHead(int k, LcpEntry entry) {
 inline void dropHead() {
   if (hpflag != 0) {
     adjHeap(0);
+  } else if (placing == Placing::kByWalking || !streamsAscend) {
+    addList(-1);
   } else if (placing == Placing::kAmongFew) {
     dropHeadOfFew();
   } else {
-    addList(-1);
+    dropHeadOfMany();
   }
 }
 

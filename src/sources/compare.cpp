@@ -155,10 +155,12 @@ int ZEPCompare(const Suffix* a, const Suffix* b, int* fb, int known) {
   return inputNumber(*a) > inputNumber(*b) ? 1 : 0;
 }
 
-LcpEntry comparedEntry(int firstbit) {
-  if (comLCP >= kLcpLimit) {
+LcpEntry fittingEntry(int bits, int firstbit) {
+  if (bits >= kLcpLimit) {
     die("two suffixes share %d bits: an LCP entry holds less than 2^30\n",
-        comLCP);
+        bits);
   }
-  return makeLcpEntry(comLCP, firstbit);
+  return makeLcpEntry(bits, firstbit);
 }
+
+LcpEntry comparedEntry(int firstbit) { return fittingEntry(comLCP, firstbit); }

@@ -1,0 +1,97 @@
+// The listed suffixes of many streams, in order, in blocks that can be searched
+// and take an insertion without moving much.
+//
+//   blocks     [AAC AAG ACA]  [ACC AGG]  [CAT CCA GAT GCA]
+//   places      0,0 0,1 0,2    1,0 1,1    2,0 2,1 2,2 2,3
+//
+// A place is a block's number in the order and an index in the block. The place
+// behind a block's last element is that before the next block's first.
+
+#ifndef PALVOR_MERGE_BLOCKS_H_
+#define PALVOR_MERGE_BLOCKS_H_
+
+#include <cstdint>
+
+constexpr int kBlockRoom = 64;  // elements
+
+// Streams that there are blocks for, each block at least half full.
+constexpr int kManyStreams = 1 << 17;
+constexpr int kMostBlocks = 2 * kManyStreams / kBlockRoom + 2;
+
+struct Block {
+  int begin;  // elements before it were taken out; 0 but in the first block
+  int end;    // elements in use end here
+  int least;  // no `shared` of the block is less
+  int64_t key[kBlockRoom];     // the suffix's prefix words (prefixKey)
+  int32_t shared[kBlockRoom];  // stored length, in bits (merge/list.h)
+  int32_t stream[kBlockRoom];
+};
+
+struct Place {
+  int block;
+  int index;
+  bool operator==(const Place&) const = default;
+};
+
+// The blocks in order, and how many there are. Written by putAt and takeFirst
+// alone, but for the elements' `shared`.
+extern Block* blockOrder[kMostBlocks];
+extern int blockCount;
+
+inline Block& blockAt(int number) { return *blockOrder[number]; }
+
+inline Place firstPlace() { return {0, blockCount > 0 ? blockAt(0).begin : 0}; }
+
+// Whether an element stands at a place; if not, it is behind the last one.
+inline bool isOccupied(const Place& place) {
+  return place.block < blockCount && place.index < blockAt(place.block).end;
+}
+
+// The same place, as that before a block's first element if it can be.
+inline Place atBegin(const Place& place) {
+  if (place.block + 1 < blockCount && place.index == blockAt(place.block).end) {
+    return {place.block + 1, 0};
+  }
+  return place;
+}
+
+// The place of the element before one that is not the first place.
+inline Place before(const Place& place) {
+  if (place.index > blockAt(place.block).begin) {
+    return {place.block, place.index - 1};
+  }
+  return {place.block - 1, blockAt(place.block - 1).end - 1};
+}
+
+inline Place after(const Place& place) {
+  return atBegin({place.block, place.index + 1});
+}
+
+inline int streamAt(const Place& place) {
+  return blockAt(place.block).stream[place.index];
+}
+
+inline int64_t keyAt(const Place& place) {
+  return blockAt(place.block).key[place.index];
+}
+
+inline int32_t& sharedAt(const Place& place) {
+  return blockAt(place.block).shared[place.index];
+}
+
+// The place behind all elements whose key is not above `key`, and that before
+// all whose key is not below it.
+Place placeBehind(int64_t key);
+Place placeBefore(int64_t key);
+
+// How many elements stand before a place.
+int rankOf(const Place& place);
+
+// Puts an element in. Its key must not be above those behind the place, nor
+// below those before it.
+void putAt(const Place& place, int64_t key, int32_t shared, int32_t stream);
+
+// Takes the first element out. There must be one.
+void takeFirst();
+
+#endif  // PALVOR_MERGE_BLOCKS_H_
