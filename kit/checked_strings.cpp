@@ -5,6 +5,11 @@
 #include "kit/record_file.h"
 
 namespace kit {
+namespace {
+
+constexpr uint32_t kLongestInput = 1'073'741'823;  // characters
+
+}  // namespace
 
 CheckedStrings::CheckedStrings(const std::string& base, FaultLog& faults)
     : lengths_(RecordFile<uint32_t>(base + ".stlengths").read(0, UINT64_MAX)) {
@@ -22,6 +27,12 @@ CheckedStrings::CheckedStrings(const std::string& base, FaultLog& faults)
       faults.add(bitsPath, i,
                  std::to_string(bits[i]) + " bits, expected " +
                      std::to_string(expected) + ", two for each character");
+    }
+    if (lengths_[i] > kLongestInput) {
+      faults.add(base + ".stlengths", i,
+                 std::to_string(lengths_[i]) +
+                     " characters, expected at most " +
+                     std::to_string(kLongestInput));
     }
     load(base + "_" + std::to_string(i) + ".stbin", i, faults);
     starts_.push_back(starts_.back() + (length(i) + 63) / 64 * 64);

@@ -21,8 +21,9 @@ struct Place {
 class CheckedStrings {
  public:
   // Loads the strings of <base>.stlengths, .stblengths and _<i>.stbin. Reports
-  // sizes that disagree, and trailers and paddings that are not zero. Throws
-  // if strings are missing, since nothing can be checked without them.
+  // lengths past the limit, sizes that disagree, and trailers and paddings that
+  // are not zero. Throws if strings are missing, since nothing can be checked
+  // without them.
   CheckedStrings(const std::string& base, FaultLog& faults);
 
   uint32_t count() const { return static_cast<uint32_t>(lengths_.size()); }
