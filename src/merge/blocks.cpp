@@ -49,10 +49,15 @@ Block& addBlock(int number) {
 
 // Copies elements `begin` to `end` - 1; the two blocks may be one.
 void copyElements(const Block& from, int begin, int end, Block& to, int at) {
-  const auto count = static_cast<size_t>(end - begin);
-  std::memmove(to.key + at, from.key + begin, count * sizeof *to.key);
-  std::memmove(to.shared + at, from.shared + begin, count * sizeof *to.shared);
-  std::memmove(to.stream + at, from.stream + begin, count * sizeof *to.stream);
+  const auto copy = [=](const auto* source, auto* target) {
+    std::memmove(target + at, source + begin,
+                 static_cast<size_t>(end - begin) * sizeof *target);
+  };
+  copy(from.key, to.key);
+  copy(from.shared, to.shared);
+  copy(from.stream, to.stream);
+  copy(from.bits, to.bits);
+  copy(from.pos, to.pos);
 }
 
 // Moves the upper half of a full block to a new one behind it.
@@ -105,7 +110,7 @@ int rankOf(const Place& place) {
   return rank;
 }
 
-void putAt(const Place& place, int64_t key, int32_t shared, int32_t stream) {
+void putAt(const Place& place, const Element& element) {
   int number = place.block;
   int index = place.index;
   if (blockCount == 0) addBlock(0);
@@ -129,10 +134,12 @@ void putAt(const Place& place, int64_t key, int32_t shared, int32_t stream) {
     copyElements(block, index, block.end, block, index + 1);
     block.end++;
   }
-  block.key[index] = key;
-  block.shared[index] = shared;
-  block.stream[index] = stream;
-  block.least = std::min(block.least, shared);
+  block.key[index] = element.key;
+  block.shared[index] = element.shared;
+  block.stream[index] = element.stream;
+  block.bits[index] = element.bits;
+  block.pos[index] = element.pos;
+  block.least = std::min(block.least, element.shared);
   noteBlock(number);
 }
 

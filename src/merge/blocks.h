@@ -18,13 +18,26 @@ constexpr int kBlockRoom = 64;  // elements
 constexpr int kManyStreams = 1 << 17;
 constexpr int kMostBlocks = 2 * kManyStreams / kBlockRoom + 2;
 
+// A listed suffix. Its record is read once, here: the buffers of many streams
+// push each other out of the caches.
+struct Element {
+  int64_t key;     // its prefix words (prefixKey)
+  int32_t shared;  // its stored length, in bits (merge/list.h)
+  int32_t stream;
+  int32_t bits;  // its length
+  uint32_t pos;  // where it begins, in characters
+};
+
+// Elements, field by field.
 struct Block {
   int begin;  // elements before it were taken out; 0 but in the first block
   int end;    // elements in use end here
   int least;  // no `shared` of the block is less
-  int64_t key[kBlockRoom];     // the suffix's prefix words (prefixKey)
-  int32_t shared[kBlockRoom];  // stored length, in bits (merge/list.h)
+  int64_t key[kBlockRoom];
+  int32_t shared[kBlockRoom];
   int32_t stream[kBlockRoom];
+  int32_t bits[kBlockRoom];
+  uint32_t pos[kBlockRoom];
 };
 
 struct Place {
@@ -71,6 +84,10 @@ inline int streamAt(const Place& place) {
   return blockAt(place.block).stream[place.index];
 }
 
+inline int bitsAt(const Place& place) {
+  return blockAt(place.block).bits[place.index];
+}
+
 inline int64_t keyAt(const Place& place) {
   return blockAt(place.block).key[place.index];
 }
@@ -89,7 +106,7 @@ int rankOf(const Place& place);
 
 // Puts an element in. Its key must not be above those behind the place, nor
 // below those before it.
-void putAt(const Place& place, int64_t key, int32_t shared, int32_t stream);
+void putAt(const Place& place, const Element& element);
 
 // Takes the first element out. There must be one.
 void takeFirst();

@@ -40,7 +40,7 @@ bool isLong(int bits) { return bits > kKeyBits; }
 // Bits that a suffix shares with that at a place, if their keys differ or one
 // of them ends with its key.
 int sharedByKey(const Arrival& arrival, const Place& place) {
-  const int bits = std::min(arrival.bits, remainingBits(suffixAt(place)));
+  const int bits = std::min(arrival.bits, bitsAt(place));
   const auto difference = static_cast<uint64_t>(arrival.key ^ keyAt(place));
   return std::min(bits, std::countl_zero(difference));
 }
@@ -110,7 +110,7 @@ Found placeAmongEqualKeys(const Arrival& arrival, const Place& from,
   int shared =
       from == firstPlace() ? arrival.known : sharedByKey(arrival, before(from));
   for (; !(place == to); place = after(place)) {
-    const int bits = remainingBits(suffixAt(place));
+    const int bits = bitsAt(place);
     if (isLong(bits) || bits > arrival.bits) break;
     shared = bits;
   }
@@ -144,29 +144,50 @@ Found findPlace(const Arrival& arrival) {
   return {behind, sharedByKey(arrival, previous), -1};
 }
 
-// Counts a comparison with the suffix at a place, `known` bits being known,
+// Comparisons that a walk would have made.
+struct Walk {
+  int comparisons = 0;
+  int found64 = 0;      // that found 64 common bits or more
+  int found64More = 0;  // ... 64 bits more than were known
+  int unchanged = 0;    // against a stream whose entry had not changed
+  int settled = 0;      // settled by the prefix words
+  long words = 0;       // of the strings, examined by the others
+};
+
+// Counts a comparison with the suffix of a stream, `known` bits being known,
 // that finds `common` bits.
-void countComparison(const Arrival& arrival, const Place& place, int known,
-                     int common) {
-  const int stream = streamAt(place);
-  nncmp++;
-  if (common >= 64) nnac++;
-  if (common >= known + 64) nnrc++;
-  if (LOCP[stream] == LLCP[stream]) nnoc++;
-  countAsCompared(*Suffixes[stream], arrival.bits, known, common);
+inline void countComparison(Walk& walk, const Arrival& arrival,
+                            const Place& place, int known, int common) {
+  const Block& block = blockAt(place.block);
+  const int stream = block.stream[place.index];
+  walk.comparisons++;
+  walk.unchanged += LOCP[stream] == LLCP[stream] ? 1 : 0;
+  if (common < kKeyBits) {
+    walk.settled++;
+    return;
+  }
+  walk.found64++;
+  walk.found64More += common >= known + 64 ? 1 : 0;
+  const int shorter = std::min(arrival.bits, block.bits[place.index]);
+  if (isSettledByPrefix(shorter, known, common)) {
+    walk.settled++;
+  } else {
+    walk.words += wordsExamined(block.pos[place.index], shorter, known, common);
+  }
 }
 
 // The last index below `end` whose stored length is not above `shared`; one
 // below the block's `begin` if there is none.
-int lastNotAbove(const Block& block, int end, int shared) {
+inline int lastNotAbove(const Block& block, int end, int shared) {
   int index = end - 1;
   while (index >= block.begin && block.shared[index] > shared) index--;
   return index;
 }
 
-// Counts the comparisons of a walk with the suffixes before a place, with the
-// last of which the arrival shares `shared` bits.
-void countWalk(const Arrival& arrival, const Place& place, int shared) {
+// Counts the comparisons with the suffixes before a place, with the last of
+// which the arrival shares `shared` bits.
+void countWalk(Walk& walk, const Arrival& arrival, const Place& place,
+               int shared) {
   for (int number = place.block; number >= 0; number--) {
     Block& block = blockAt(number);
     if (block.least > shared) continue;
@@ -176,16 +197,50 @@ void countWalk(const Arrival& arrival, const Place& place, int shared) {
     if (index < block.begin && end == block.end) block.least = shared + 1;
     while (index >= block.begin) {
       const int known = block.shared[index];
-      countComparison(arrival, {number, index}, known, shared);
+      countComparison(walk, arrival, {number, index}, known, shared);
       shared = known;
       index = lastNotAbove(block, index, shared);
     }
   }
 }
 
-LcpEntry entryWith(const Arrival& arrival, int stream, int shared) {
-  const int shorter = std::min(arrival.bits, remainingBits(*Suffixes[stream]));
+void addToCounters(const Walk& walk) {
+  nncmp += walk.comparisons;
+  nnac += walk.found64;
+  nnrc += walk.found64More;
+  nnoc += walk.unchanged;
+  np2 += walk.settled;
+  tngb += static_cast<double>(walk.words);
+}
+
+LcpEntry entryWith(const Arrival& arrival, const Place& place, int shared) {
+  const int shorter = std::min(arrival.bits, bitsAt(place));
   return fittingEntry(shared, shared < shorter ? 1 : 0);
+}
+
+// Relates an arrival to its neighbours, as a walk to its place would do, and
+// counts that walk. Returns its entry; it is LLCP[k] if nothing stands before
+// it, and the walk did not compare it.
+LcpEntry relate(const Arrival& arrival, int k, Found found) {
+  Walk walk;
+  LcpEntry entry = LLCP[k];
+  if (!(found.place == firstPlace())) {
+    entry = entryWith(arrival, before(found.place), found.withPrevious);
+  }
+  const bool hasNext = isOccupied(found.place);
+  if (hasNext && sharedAt(found.place) == found.withPrevious) {
+    if (found.withNext < 0) found.withNext = sharedByKey(arrival, found.place);
+    countComparison(walk, arrival, found.place, found.withPrevious,
+                    found.withNext);
+    const int next = streamAt(found.place);
+    entry = LLCP[next];
+    LLCP[next] = entryWith(arrival, found.place, found.withNext);
+    sharedAt(found.place) = found.withNext;
+  }
+  countWalk(walk, arrival, found.place, found.withPrevious);
+  addToCounters(walk);
+  nlcmp += rankOf(found.place) + (hasNext ? 1 : 0);
+  return entry;
 }
 
 // Puts stream k into the list and the blocks; LLCP[k] relates its suffix to the
@@ -194,33 +249,19 @@ void insert(int k) {
   const Suffix& suffix = *Suffixes[k];
   const Arrival arrival = {&suffix, prefixKey(suffix), remainingBits(suffix),
                            lcpBits(LLCP[k])};
-  if (blockCount == 0) {
-    Lfst = k;
-    LNXT[k] = -1;
-    putAt({0, 0}, arrival.key, arrival.known, k);
-    return;
+  Place place = {0, 0};
+  int previous = -1;
+  int next = -1;
+  if (blockCount > 0) {
+    const Found found = findPlace(arrival);
+    LLCP[k] = relate(arrival, k, found);
+    place = found.place;
+    if (!(place == firstPlace())) previous = streamAt(before(place));
+    if (isOccupied(place)) next = streamAt(place);
   }
-  Found found = findPlace(arrival);
-  const bool isFirst = found.place == firstPlace();
-  const int previous = isFirst ? -1 : streamAt(before(found.place));
-  const int next = isOccupied(found.place) ? streamAt(found.place) : -1;
-  nlcmp += rankOf(found.place) + (next >= 0 ? 1 : 0);
-
-  LcpEntry entry =
-      isFirst ? LLCP[k] : entryWith(arrival, previous, found.withPrevious);
-  if (next >= 0 && sharedAt(found.place) == found.withPrevious) {
-    if (found.withNext < 0) found.withNext = sharedByKey(arrival, found.place);
-    countComparison(arrival, found.place, found.withPrevious, found.withNext);
-    entry = LLCP[next];
-    LLCP[next] = entryWith(arrival, next, found.withNext);
-    sharedAt(found.place) = found.withNext;
-  }
-  countWalk(arrival, found.place, found.withPrevious);
-
-  LLCP[k] = entry;
   LNXT[k] = next;
-  (isFirst ? Lfst : LNXT[previous]) = k;
-  putAt(found.place, arrival.key, lcpBits(entry), k);
+  (previous < 0 ? Lfst : LNXT[previous]) = k;
+  putAt(place, {arrival.key, lcpBits(LLCP[k]), k, arrival.bits, suffix.pos});
 }
 
 }  // namespace

@@ -65,21 +65,21 @@ inline int compareSuffixes(const Suffix* a, const Suffix* b, int* fb,
   return keyA > keyB ? 1 : 0;
 }
 
-// Counts what ZEPCompare counts when it compares `a` with a suffix of `bitsB`
-// bits, `known` bits being known, and finds that they share `common` bits; not
-// to be used with `noprefix`.
-inline void countAsCompared(const Suffix& a, int bitsB, int known, int common) {
-  const int shorter = std::min(remainingBits(a), bitsB);
-  if (known < 64 && (common < 64 || shorter <= 64)) {
-    np2++;
-    return;
-  }
+// What ZEPCompare counts, without `noprefix`, when it compares `a` with another
+// suffix, `known` bits being known, and finds that they share `common` bits;
+// `shorter` is the shorter one's length, in bits. First whether the prefix
+// words settle it (np2), then, if not, the words examined (tngb).
+inline bool isSettledByPrefix(int shorter, int known, int common) {
+  return known < 64 && (common < 64 || shorter <= 64);
+}
+
+inline int wordsExamined(uint32_t posA, int shorter, int known, int common) {
   // The comparison begins at a word boundary of a, within the known bits.
   const int from = std::max(known, 64);
   const int skip =
-      from - static_cast<int>((static_cast<unsigned>(from) + 2 * a.pos) & 31);
-  const int last = common < shorter ? common : shorter - 1;
-  tngb += std::max(((last - skip) >> 5) + 1, 0);
+      from - static_cast<int>((static_cast<unsigned>(from) + 2 * posA) & 31);
+  const int last = std::min(common, shorter - 1);
+  return std::max(((last - skip) >> 5) + 1, 0);
 }
 
 // An LCP entry. A common prefix of 2^30 bits or more does not fit and ends the
