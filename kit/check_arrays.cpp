@@ -1,6 +1,5 @@
 #include "kit/check_arrays.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <vector>
@@ -13,13 +12,6 @@ namespace kit {
 namespace {
 
 constexpr uint64_t kBlock = 1 << 15;  // records read at once
-
-std::string hex(uint64_t word) {
-  char text[20];
-  std::snprintf(text, sizeof text, "%08llX",
-                static_cast<unsigned long long>(word));
-  return text;
-}
 
 }  // namespace
 

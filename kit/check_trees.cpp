@@ -39,7 +39,7 @@ class TreeWalk {
       return;
     }
     if (nodes_[0].edge != 0 || (nodes_[0].left & 3) != 0) {
-      faults_.add(path_, 0, "this cannot be a root");
+      faults_.add(path_, 0, "a root has no edge and no group, and is no leaf");
       return;
     }
     walk();
@@ -165,10 +165,12 @@ class TreeWalk {
                              std::to_string(divider_.maxDepth));
     }
     if (first_ && *first_ != divider_.firstPrefix) {
-      faults_.add(path_, "its divider's first prefix is another");
+      faults_.add(path_, "first prefix " + hex(*first_) +
+                             ", its divider says " + hex(divider_.firstPrefix));
     }
     if (first_ && last_ != divider_.lastPrefix) {
-      faults_.add(path_, "its divider's last prefix is another");
+      faults_.add(path_, "last prefix " + hex(last_) + ", its divider says " +
+                             hex(divider_.lastPrefix));
     }
   }
 

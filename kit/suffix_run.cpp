@@ -1,5 +1,7 @@
 #include "kit/suffix_run.h"
 
+#include <cstdio>
+
 namespace kit {
 
 bool MetSuffixes::meet(const Place& place) {
@@ -61,6 +63,13 @@ std::optional<Step> SuffixRun::take(const Place& place, const std::string& file,
 std::string describe(const Place& place) {
   return "suffix " + std::to_string(place.pos) + " of input " +
          std::to_string(place.input);
+}
+
+std::string hex(uint64_t word) {
+  char text[20];
+  std::snprintf(text, sizeof text, "%08llX",
+                static_cast<unsigned long long>(word));
+  return text;
 }
 
 }  // namespace kit
