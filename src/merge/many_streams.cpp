@@ -10,6 +10,8 @@
 #include "output/counters.h"
 #include "sources/compare.h"
 #include "sources/strings.h"
+#include "sources/suffix_streams.h"
+#include "support/prefetch.h"
 
 namespace {
 
@@ -264,6 +266,18 @@ void insert(int k) {
   putAt(place, {arrival.key, lcpBits(LLCP[k]), k, arrival.bits, suffix.pos});
 }
 
+// The caches hold less than many streams' next records. So asks early for that
+// of a stream that will be the head soon.
+constexpr int kHeadsAhead = 4;
+
+[[gnu::always_inline]] inline void prefetchSoonNeeded() {
+  const Block& block = blockAt(0);
+  const int index = block.begin + kHeadsAhead;
+  if (index >= block.end) return;
+  const int k = block.stream[index];
+  prefetch(sufbs[k] + sufps[k]);
+}
+
 }  // namespace
 
 void primeManyStreams(int k) { insert(k); }
@@ -272,6 +286,7 @@ void moveHeadOfMany(int k, LcpEntry entry) {
   LLCP[k] = LOCP[k] = entry;
   dropHeadOfMany();
   insert(k);
+  prefetchSoonNeeded();
 }
 
 void dropHeadOfMany() {

@@ -11,6 +11,7 @@
 #include "sources/strings.h"
 #include "sources/suffix_streams.h"
 #include "support/clocks.h"
+#include "support/prefetch.h"
 
 constinit int lcpTime = 0;
 constinit bool streamsAscend = true;
@@ -38,13 +39,13 @@ int windowLength = 1;  // records in a window: a power of two
 long long lcpRemainder = 0;  // nanoseconds not yet in `lcpTime`
 
 // Asks early for the first word of a suffix that its prefix words don't hold.
-void prefetchWords(const Suffix& suffix) {
-  __builtin_prefetch(binaryString[inputNumber(suffix)] +
-                     ((2 * suffix.pos) >> 5) + 2);
+[[gnu::always_inline]] inline void prefetchWords(const Suffix& suffix) {
+  prefetch(binaryString[inputNumber(suffix)] + ((2 * suffix.pos) >> 5) + 2);
 }
 
 // Asks early for the words that the comparison of two records reads first.
-void prefetchPair(const Suffix& a, const Suffix& b) {
+[[gnu::always_inline]] inline void prefetchPair(const Suffix& a,
+                                                const Suffix& b) {
   if (a.prefix0 != b.prefix0 || a.prefix1 != b.prefix1) return;
   prefetchWords(a);
   prefetchWords(b);
