@@ -113,7 +113,7 @@ void openSuffixFiles() {
   for (int j = 0; j < k; j++) {
     char path[kPathSize];
     formatPath(path, kPathSize, "%s_%d%s", sarrayPrefix, j, ".stpsa");
-    suffixArrayFiles[j] = FileOpen(path, 0);
+    suffixArrayFiles[j] = InputOpen(path);
     if (suffixArrayFiles[j] < 0) {
       blame(path);
       die("can't open Suffix file %s\n", path);

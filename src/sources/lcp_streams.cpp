@@ -32,7 +32,7 @@ void formatLcpPath(char (&path)[kPathSize], int j) {
 void refillBuffer(int j) {
   char path[kPathSize];
   formatLcpPath(path, j);
-  const int fd = FileOpen(path, 0);
+  const int fd = InputOpen(path);
   if (fd < 0) {
     blame(path);
     die("can't open LCP file %s\n", path);

@@ -69,7 +69,7 @@ void loadBinaryStrings() {
     const int words = static_cast<int>(storedWords(blengths[i]));
     char path[kPathSize];
     formatPath(path, kPathSize, "%s_%d%s", stringPrefix, i, ".stbin");
-    const int fd = FileOpen(path, 0);
+    const int fd = InputOpen(path);
     if (fd < 0) {
       blame(path);
       die("can't open input string binary file %s\n", path);

@@ -60,7 +60,7 @@ int readBlock(int j, const char* path) {
   if (kept) {
     got = FileRead(fd, sufbs[j], wanted);
   } else {
-    fd = FileOpen(path, 0);
+    fd = InputOpen(path);
     if (fd < 0) {
       blame(path);
       die("can't open Suffix file %s\n", path);

@@ -57,9 +57,12 @@ bool IsStream(const char* path) {
 }
 
 int FileOpen(const char* path, int mode) {
-  if (mode == 0 && IsStream(path)) return -1;
   if (mode == 0) return open(path, O_RDONLY);
   return open(path, O_WRONLY | O_CREAT | O_TRUNC, 0644);
+}
+
+int InputOpen(const char* path) {
+  return IsStream(path) ? -1 : FileOpen(path, 0);
 }
 
 int FileClose(int fd) { return close(fd); }

@@ -14,8 +14,11 @@ bool IsStream(const char* path);
 
 // Opens `path` read-only (mode 0), or for writing (any other mode): created if
 // missing, with permissions 0644, and emptied. Returns the descriptor, or a
-// negative value on failure. What IsStream says is not opened for reading.
+// negative value on failure.
 int FileOpen(const char* path, int mode);
+
+// Opens `path` read-only, unless IsStream.
+int InputOpen(const char* path);
 
 // Closes a descriptor; negative on failure.
 int FileClose(int fd);
