@@ -70,7 +70,7 @@ def fibonacci(rng):
 
 def texts(rng):
   """The input strings of one collection."""
-  count = rng.choice([1, 2, 2, 3, 3, 4, 5, 6, 8, 12])
+  count = rng.choice([1, 2, 2, 3, 3, 4, 5, 6, 8, 12, 16, 17, 30, 90])
   kind = rng.choice(["random", "letters", "periodic", "fibonacci", "same",
                      "near", "prefixes", "suffixes", "mixed"])
   base = letters(rng, length(rng), rng.choice(["ACGT", "A", "T", "AC", "GT"]))
