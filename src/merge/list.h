@@ -23,8 +23,9 @@
 
 #include "sources/lcp_entry.h"
 
-// The list. Per stream, but for the first; null with `hpflag`. LLCP and LOCP
-// are written by moveHead too, when a stream's suffix is fetched.
+// The list. Per stream, but for the first; null with `hpflag`. Written by the
+// functions below, and by those that find places without a walk
+// (merge/few_streams.h, merge/many_streams.h).
 extern int Lfst;        // first stream; -1 if the list is empty
 extern int* LNXT;       // next stream; -1 ends the list
 extern LcpEntry* LLCP;  // entry with the predecessor's current suffix; of the

@@ -10,7 +10,8 @@
 // Written by the merge loop and by priming.
 extern int nsuff;  // suffixes taken from the streams
 
-// Written by the ordering of the streams (merge/list.h, merge/heap.h).
+// Written by the ordering of the streams (merge/ordering.h), which counts the
+// steps of a walk of the list whether it walked or not.
 extern long long nncmp;  // comparisons made to order the streams
 extern long long nlcmp;  // list positions examined
 extern long long nnac;   // list comparisons that found 64 common bits or more

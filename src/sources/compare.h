@@ -25,7 +25,8 @@
 extern int comLCP;
 
 // Work done, for the statistics lines only: no result depends on these.
-// Counted by ZEPCompare.
+// Counted by ZEPCompare and compareSuffixes, and by the ordering of the streams
+// for comparisons that it could do without.
 extern long long np2;  // calls settled by the prefix words, since a flush
 extern double tngb;    // words of the strings examined, over the whole run
 
