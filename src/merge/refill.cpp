@@ -23,6 +23,7 @@ namespace {
 // the string words that they name can stay in the first-level cache together.
 constexpr int kTableEntries = 1 << 20;
 constexpr int kLongestWindow = 64;
+static_assert(kAdmitted % kLongestWindow == 0);
 
 constexpr int kSampling = 64;  // the heap's comparisons for each one timed
 
@@ -107,7 +108,8 @@ LcpEntry computedEntry(int k) {
   if (offset == 0 || second) {
     const long long start = nanoclock();
     fillWindow(sufbs[k] + record,
-               std::min(windowLength - offset, sufls[k] - record), entries);
+               std::min(windowLength - offset, admittedRecords(k) - record),
+               entries);
     addLcpTime(nanoclock() - start);
   }
   return *entries;
@@ -142,7 +144,7 @@ void prepareRefill(int k) {
 
 void prefetchAhead(int k) {
   const int ahead = sufps[k] + kAhead;
-  if (ahead < sufls[k]) prefetchWords(sufbs[k][ahead]);
+  if (ahead < admittedRecords(k)) prefetchWords(sufbs[k][ahead]);
 }
 
 LcpEntry refillEntry(int k) {

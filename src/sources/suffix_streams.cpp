@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -75,8 +76,12 @@ int readBlock(int j, const char* path) {
   return got;
 }
 
-[[noreturn]] void refuseRecord(const char* path, long long record,
-                               const Suffix& suffix, uint32_t input) {
+// Ends the run because of record `i` of stream j's buffer.
+[[noreturn]] void refuseRecord(int j, int i, uint32_t input) {
+  char path[kPathSize];
+  formatSuffixPath(path, j);
+  const long long record = static_cast<long long>(sufos[j]) - sufls[j] + i;
+  const Suffix& suffix = sufbs[j][i];
   if (input >= static_cast<uint32_t>(ninputs)) {
     die("record %lld of Suffix file %s: there is no input %u, only %d inputs\n",
         record, path, input, ninputs);
@@ -86,24 +91,24 @@ int readBlock(int j, const char* path) {
       record, path, suffix.pos, input, blengths[input] / 2);
 }
 
-// Tests the first `count` records of stream j's buffer, which follow the
-// `sufos`[j] records before them, and moves their input numbers to the
-// stream's origin.
-void admitBlock(int j, const char* path, int count) {
+// Tests the records of stream j's buffer from the one to be handed out next on,
+// kAdmitted at most, and moves their input numbers to the stream's origin. Few
+// enough to be still at hand when they are handed out.
+void admitRecords(int j) {
   const uint64_t origin = iorigin != 0 ? alens[j] : 0;
   const uint64_t limit = static_cast<uint64_t>(ninputs) << 2;
   Suffix* records = sufbs[j];
-  for (int i = 0; i < count; i++) {
+  const int end = std::min(sufls[j], sufps[j] + kAdmitted);
+  for (int i = sufps[j]; i < end; i++) {
     const uint64_t input = records[i].input + origin;
     if (input >= limit || records[i].pos >= blengths[input >> 2] / 2) {
-      refuseRecord(path, static_cast<long long>(sufos[j]) + i, records[i],
-                   static_cast<uint32_t>(input >> 2));
+      refuseRecord(j, i, static_cast<uint32_t>(input >> 2));
     }
     records[i].input = static_cast<uint32_t>(input);
   }
 }
 
-// Reads, tests and counts stream j's next block. False at the file's end.
+// Reads and counts stream j's next block. False at the file's end.
 bool refillBuffer(int j) {
   char path[kPathSize];
   formatSuffixPath(path, j);
@@ -115,7 +120,6 @@ bool refillBuffer(int j) {
   }
   if (count < sufBuffSize) sufls[j] = count;
   if (count == 0) return false;
-  admitBlock(j, path, count);
   sufps[j] = 0;
   sufos[j] += static_cast<unsigned>(count);
   return true;
@@ -140,5 +144,6 @@ Suffix* getNextSuf(int j) {
   if (sufps[j] >= sufls[j]) {
     if (sufls[j] < sufBuffSize || !refillBuffer(j)) return nullptr;
   }
+  if (sufps[j] % kAdmitted == 0) admitRecords(j);
   return &sufbs[j][sufps[j]++];
 }

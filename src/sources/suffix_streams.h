@@ -4,15 +4,16 @@
 // Stream j reads the file <sarrayPrefix>_<j>.stpsa. A block is read with one
 // call into the whole buffer, through the descriptor kept in
 // `suffixArrayFiles`[j] if there is one, else by opening the file, reading at
-// the stream's own offset and closing it again. Every block is tested when it
-// is read: no record handed out names an input or a position that is not
-// there.
+// the stream's own offset and closing it again. Every record is tested before
+// it is handed out: none names an input or a position that is not there.
 //
 // The tables have one entry per stream, are allocated by initBuffs, counted as
 // memory used, and written by initBuffs and getNextSuf alone.
 
 #ifndef PALVOR_SOURCES_SUFFIX_STREAMS_H_
 #define PALVOR_SOURCES_SUFFIX_STREAMS_H_
+
+#include <algorithm>
 
 #include "sources/suffix.h"
 
@@ -31,6 +32,15 @@ extern unsigned* alens;  // with `iorigin` only: amount added to the word
 //          has one input, and its own number is added.
 // Called once, after the strings are loaded.
 void initBuffs(const unsigned* plens, int k, int withLCP);
+
+// Records are tested this many at a time; a power of two.
+constexpr int kAdmitted = 512;
+
+// How many of the records in stream j's buffer were tested so far. At least one
+// must have been handed out.
+inline int admittedRecords(int j) {
+  return std::min(sufls[j], ((sufps[j] - 1) | (kAdmitted - 1)) + 1);
+}
 
 // The next record of stream j, or null when the stream has ended, as often as
 // it is asked. The record stays where it is until the next call for the same
