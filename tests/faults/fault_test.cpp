@@ -149,6 +149,7 @@ class Faults : public testing::TestWithParam<Scenario> {
 };
 
 TEST_P(Faults, AreReportedWithTheFile) {
+  int faults = 0;
   for (const FileCalls& calls : calls_) {
     for (const std::string& fault :
          faultsOf(calls.call, scenario().command[0])) {
@@ -158,6 +159,7 @@ TEST_P(Faults, AreReportedWithTheFile) {
         const Ground ground(scenario());
         const Outcome outcome =
             ground.run(scenario().command, withFault(ground, calls, fault, n));
+        faults++;
         if (outcome.status == 0 && kHarmless.contains(calls.call)) {
           EXPECT_EQ(ground.withoutRoot(outcome.out), output_);
           EXPECT_TRUE(isWhole(ground));
@@ -172,9 +174,11 @@ TEST_P(Faults, AreReportedWithTheFile) {
       }
     }
   }
+  RecordProperty("faults", faults);
 }
 
 TEST_P(Faults, KilledRunsLeaveNothingThatPasses) {
+  int kills = 0;
   for (const FileCalls& calls : calls_) {
     if (scenario().proof.empty()) continue;
     for (const int n : firstMiddleLast(calls.count)) {
@@ -182,10 +186,12 @@ TEST_P(Faults, KilledRunsLeaveNothingThatPasses) {
       const Ground ground(scenario());
       const Outcome outcome = ground.run(
           scenario().command, withFault(ground, calls, "signal=SIGKILL", n));
+      kills++;
       EXPECT_EQ(outcome.status, 128 + SIGKILL);
       expectNoProof(ground);
     }
   }
+  RecordProperty("kills", kills);
 }
 
 TEST_P(Faults, TooLittleMemoryIsReported) {

@@ -22,9 +22,11 @@ constexpr Kind kKinds[] = {
 };
 
 std::string nameOf(uint8_t section) {
-  const Kind& kind = kKinds[(section >> 4) % std::size(kKinds)];
+  const unsigned kinds = std::size(kKinds);
+  const unsigned number = (section & 15U) + (section >> 4) / kinds * 16;
+  const Kind& kind = kKinds[(section >> 4) % kinds];
   std::string name = "x.ST/x";
-  if (kind.numbered) name.append("_").append(std::to_string(section & 15));
+  if (kind.numbered) name.append("_").append(std::to_string(number));
   return name + kind.ending;
 }
 

@@ -14,7 +14,8 @@
 //   3      x_<number>.stbin    8      x.stdiv
 //   4      x_<number>.stpsa    9      x_<number>.stree
 //
-// Other kinds begin again at 0: kind 10 is kind 0.
+// Other kinds begin again at 0, and their numbers at 16: kind 13 and number 2
+// are x_18.stbin.
 
 #ifndef PALVOR_TESTS_FUZZ_CASE_FOLDER_H_
 #define PALVOR_TESTS_FUZZ_CASE_FOLDER_H_

@@ -92,6 +92,9 @@ def sections(files):
     stem, ending = name.split(".")
     kind = KINDS.index(("_." if stem else ".") + ending)
     number = int(stem[1:]) if stem else 0
+    if number >= 16:
+      kind += len(KINDS)
+      number -= 16
     for at in range(0, max(len(data), 1), 65535):
       piece = data[at:at + 65535]
       result += struct.pack("<BH", kind << 4 | number, len(piece)) + piece
@@ -270,6 +273,17 @@ def merge_cases(corpus):
   corpus.merge("accepted-array-short",
                changed(THREE, psa, lambda d: d[:-7]), LAST, 0x30)
   corpus.merge("accepted-array-empty", changed(THREE, psa, b""), Z)
+
+  # More streams than are looked at all at once, alike and not.
+  many = folder([("GATTACACATGATTACAGG" * 3)[i % 5:40 + i % 7] + "ACGT"[i % 4]
+                 for i in range(20)])
+  corpus.merge("accepted-many", many)
+  corpus.merge("accepted-many-entries", many, Z)
+  corpus.merge("many-lying-entry",
+               word_changed(many, "_18.stlcp", 7, lambda w: w + 90), Z)
+  corpus.merge("many-not-ascending",
+               changed(many, "_17.stpsa", lambda d: d[160:] + d[:160]),
+               tree=False)
 
   # Partitions.
   for name, data, flags in [
