@@ -33,7 +33,7 @@ watched $kit simulate --genomes 4 --length 2000 --divergence 0.01 --seed 1 \
   -o "$work"
 watched $kit prepare -o "$work" -p x --lcp "$work"/*.fa
 watched $palvor "$work/" x -a -l -M 4096
-watched $palvor "$work/" x -a -l -H
+watched $palvor "$work/" x -a -H -p heap
 watched $kit check "$work/" x -j 2
 watched $palvor "$work/" x -Z -U -f -n 3000
 watched $palvor "$work/" x -H -R -C -n 3000

@@ -5,7 +5,7 @@
 namespace {
 
 constexpr uint32_t kSlotBits = 16;
-constexpr uint32_t kBlockBits = 16;  // log2 of a block's bits
+constexpr uint32_t kBlockBits = 12;  // log2 of a block's bits
 
 // Bits `from` to `to` - 1 of input a are those of input b, `shift` bits on.
 struct Match {
