@@ -30,25 +30,13 @@ all=(rand2 ecoli3 staph5 pan16 sim1e-3 sim1e-4 sim1e-5 sim0 runA tandem pan1024
 data=${PALVOR_BENCH_DATA:-build/bench-data}
 kit=build/release/kit/palvor-kit
 
-# Unpacks a Debian package into $data/packages. Fails if it can't be had.
-unpack() {
-  local package=$1
-  mkdir -p "$data/packages"
-  (
-    cd "$data/packages"
-    apt-get download -qq "$package" 2>/dev/null ||
-      { update_package_lists && apt-get download -qq "$package" 2>/dev/null; }
-    dpkg-deb -x "$package"_*.deb . && rm -f "$package"_*.deb
-  )
-}
-
 # genomes DIR FILE...: takes genomes, named as below usr/share/doc, out of the
 # packages.
 genomes() {
   local dir=$1 file name docs=$data/packages/usr/share/doc
   shift
   if [ ! -e "$docs/bowtie" ] || [ ! -e "$docs/ragout" ]; then
-    unpack bowtie-examples && unpack ragout-examples || return 1
+    unpack_package "$data/packages" bowtie-examples && unpack_package "$data/packages" ragout-examples || return 1
   fi
   for file in "$@"; do
     name=$(basename "$file")

@@ -18,18 +18,6 @@ show() {
   "$@"
 }
 
-# Unpacks a Debian package into $data/packages. Fails if it can't be had.
-unpack() {
-  local package=$1
-  mkdir -p "$data/packages"
-  (
-    cd "$data/packages"
-    apt-get download -qq "$package" 2>/dev/null ||
-      { update_package_lists && apt-get download -qq "$package" 2>/dev/null; }
-    dpkg-deb -x "$package"_*.deb . && rm -f "$package"_*.deb
-  )
-}
-
 # Puts the three E. coli genomes into $data/genomes. Fails if they can't be
 # had; what is there is complete.
 get_genomes() {
@@ -38,7 +26,7 @@ get_genomes() {
   if [ -e "$found/MG1655.fa.gz" ]; then return 0; fi
   echo "== Getting three E. coli genomes from Debian's bowtie-examples and" \
     "ragout-examples"
-  unpack bowtie-examples && unpack ragout-examples || return 1
+  unpack_package "$data/packages" bowtie-examples && unpack_package "$data/packages" ragout-examples || return 1
   mkdir -p "$found"
   mv "$docs/bowtie/examples/genomes/NC_008253.fna.gz" "$found/536.fa.gz" &&
     mv "$docs/ragout/examples/E.Coli/references/DH1.fasta.gz" \

@@ -54,6 +54,20 @@ update_package_lists() {
   fi
 }
 
+# unpack_package FOLDER PACKAGE
+# Unpacks a Debian package into a folder, without installing it. Fails if it
+# can't be had.
+unpack_package() {
+  local folder=$1 package=$2
+  mkdir -p "$folder"
+  (
+    cd "$folder"
+    apt-get download -qq "$package" 2>/dev/null ||
+      { update_package_lists && apt-get download -qq "$package" 2>/dev/null; }
+    dpkg-deb -x "$package"_*.deb . && rm -f "$package"_*.deb
+  )
+}
+
 # install_dependencies [PROGRAM=PACKAGE...]
 # Installs what is missing to build palvor, and the given programs' packages.
 install_dependencies() {
