@@ -81,3 +81,5 @@ void moveHead(int k, LcpEntry entry) {
 }
 
 void dropHead() { first = following[static_cast<size_t>(first)]; }
+
+bool canBeRows() { return false; }

@@ -1,225 +1,190 @@
 #include "merge/few_streams.h"
 
+#include "support/processor.h"
+
+#if defined(PALVOR_HAS_VERSIONS)
+
+#include <immintrin.h>
+
 #include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <limits>
 
+#include "merge/emission.h"
 #include "merge/front.h"
 #include "merge/list.h"
+#include "merge/refill.h"
 #include "output/counters.h"
+#include "output/emitted.h"
+#include "run/options.h"
 #include "sources/compare.h"
 #include "sources/strings.h"
-
-// Compiled for processors with AVX2 and for all others; which it is shows when
-// the program starts. AFL++'s compiler takes no function of several versions.
-#if defined(__x86_64__) && !defined(FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION)
-#define PALVOR_PROCESSOR_VERSIONS \
-  [[gnu::target_clones("arch=x86-64-v3", "default")]]
-#else
-#define PALVOR_PROCESSOR_VERSIONS
-#endif
+#include "sources/suffix_streams.h"
 
 namespace {
 
-// Four streams side by side. The stream's number is that of its lane.
-using Lanes [[gnu::vector_size(32)]] = int64_t;
-constexpr int kLanes = 4;
-constexpr int kGroups = kFewStreams / kLanes;
+// The rows: keys (prefixKey) and entries of the listed suffixes, in order, as
+// LLCP would hold them. While the head is moved, its place 0 holds the suffix
+// emitted last. Behind the last suffix stands the largest key, or none.
+alignas(64) int64_t listedKeys[kFewStreams + 8];
+alignas(64) LcpEntry listedEntries[kFewStreams];
 
-int groups = 0;  // that hold a stream
+// Per stream, the key of the record that it hands out next, known before it is
+// asked for; anything, if that record has yet to be read.
+int64_t upcomingKeys[kFewStreams];
 
-// Per stream, its suffix's key (prefixKey); of one that is not listed, the
-// largest number.
-Lanes keys[kGroups];
+// Whether a listed suffix may be shorter than 64 bits.
+bool mayHoldShort = false;
 
-// Per stream, a mask of the bits that a suffix which does not sort before its
-// own must share to be compared: one more than the stored length, or all.
-Lanes leading[kGroups];
+constexpr int64_t kLargestKey = std::numeric_limits<int64_t>::max();
 
-uint64_t order = 0;  // the listed streams, 4 bits each, the first one lowest
-int listed = 0;      // how many
-uint32_t unchanged = 0;  // bit k: LLCP[k] is still LOCP[k]
-uint32_t shortOnes = 0;  // bit k: stream k's suffix ends in its prefix words
+// A bit for each place before one.
+constexpr uint32_t placesBelow(int place) { return (1U << place) - 1; }
 
-uint32_t bitOf(int k) { return 1U << k; }
-
-void setBit(uint32_t& bits, int k, bool value) {
-  bits = (bits & ~bitOf(k)) | static_cast<uint32_t>(value) << k;
-}
-
-int64_t& laneOf(Lanes* lanes, int k) {
-  return reinterpret_cast<int64_t*>(lanes)[k];
-}
-
-// The mask that goes with a stored length.
-inline int64_t leadingMask(LcpEntry stored) {
-  const int bits = std::min(lcpBits(stored), 63);
-  return std::numeric_limits<int64_t>::min() >> bits;
-}
-
-inline void putIntoOrder(int k, int place) {
-  const uint64_t before = (uint64_t{1} << (4 * place)) - 1;
-  order = (order & before) | static_cast<uint64_t>(k) << (4 * place) |
-          (order & ~before) << 4;
-  listed++;
-}
-
-// Takes down the stored entry of stream k.
-inline void noteEntry(int k) {
-  laneOf(leading, k) = leadingMask(LLCP[k]);
-  setBit(unchanged, k, LLCP[k] == LOCP[k]);
-}
-
-// How a key stands to those of the listed streams: a bit for each stream.
-struct Relation {
-  uint32_t after;   // the key sorts after the stream's
-  uint32_t equal;   // the keys are equal
-  uint32_t shared;  // the key has the stream's leading bits
-};
-
-inline Relation relate(int64_t key) {
-  constexpr int64_t kAfter = 1, kEqual = 1 << 16, kShared = 1LL << 32;
-  Lanes bit = {1, 2, 4, 8};
-  Lanes found = {};
-  for (int g = 0; g < groups; g++) {
-    const Lanes difference = keys[g] ^ key;
-    found |= (keys[g] < key) & (bit * kAfter);
-    found |= (difference == 0) & (bit * kEqual);
-    found |= ((difference & leading[g]) == 0) & (bit * kShared);
-    bit <<= kLanes;
-  }
-  const auto all =
-      static_cast<uint64_t>((found[0] | found[1]) | (found[2] | found[3]));
-  return {static_cast<uint32_t>(all & 0xFFFF),
-          static_cast<uint32_t>(all >> 16 & 0xFFFF),
-          static_cast<uint32_t>(all >> 32)};
-}
-
+// The entry of two suffixes that part within the prefix words.
 inline LcpEntry entryOfKeys(int64_t a, int64_t b) {
   return makeLcpEntry(std::countl_zero(static_cast<uint64_t>(a ^ b)), 1);
 }
 
-// Walks the list for stream k, and keeps up with it.
-void walk(int k) {
-  const int place = insertIntoList(k);
-  putIntoOrder(k, place);
-  noteEntry(k);
-  if (LNXT[k] >= 0) noteEntry(LNXT[k]);
+// Where the head goes, and what changes.
+struct Move {
+  uint32_t passed = 0;   // a bit for each suffix that it goes behind, the first
+                         // of which is at place 1
+  int64_t key = 0;       // of its new suffix
+  LcpEntry entry = 0;    // with the suffix before it
+  uint32_t changed = 0;  // bit p: the suffix at place p has another entry
+  LcpEntry nextEntry = 0;  // this one
+  uint32_t restored = 0;   // `changed`, if LOCP holds that one
+};
+
+// What is known of the listed streams beside the rows.
+struct Listed {
+  uint64_t streams;    // their numbers in order, 4 bits each, the first lowest
+  uint32_t unchanged;  // bit p: the entry at place p is what LOCP holds
+  int count;
+
+  int streamAt(int place) const {
+    return static_cast<int>(streams >> (4 * place) & 15);
+  }
+
+  // After a move of the head, whose suffix has the entry `own` with the one
+  // before it in its stream.
+  [[gnu::always_inline]] Listed moved(const Move& move, LcpEntry own) const {
+    const int bits = 4 * std::popcount(move.passed);
+    const uint64_t before = (uint64_t{1} << bits) - 1;
+    const uint32_t place = move.passed + 1;
+    return {(streams >> 4 & before) | (streams & 15) << bits |
+                (streams & ~(before << 4 | 15)),
+            (unchanged >> 1 & move.passed) | (move.entry == own ? place : 0) |
+                (unchanged & ~(move.passed | place | move.changed)) |
+                move.restored,
+            count};
+  }
+};
+
+int64_t upcomingKey(int k) {
+  return prefixKey(sufbs[k][std::min(sufps[k], sufls[k] - 1)]);
 }
 
-void takeOutOfOrder() {
-  order >>= 4;
-  listed--;
+// The key of a record that stream k has just handed out.
+int64_t takeKey(int k, const Suffix& suffix) {
+  const bool readAnew = sufps[k] == 1;
+  const int64_t key = readAnew ? prefixKey(suffix) : upcomingKeys[k];
+  upcomingKeys[k] = upcomingKey(k);
+  return key;
 }
 
-void enter(int k) {
-  const Suffix& suffix = *Suffixes[k];
-  laneOf(keys, k) = prefixKey(suffix);
-  setBit(shortOnes, k, remainingBits(suffix) < 64);
-}
-
-// Where genomes are alike, most suffixes meet equal keys, and looking at the
-// keys first is looking in vain. So the walks are counted: if too many moves of
-// a stretch came to one, the following ones begin with it.
-constexpr int kStretch = 1024;      // moves
-constexpr int kTooManyWalks = 256;  // of a stretch's moves
-constexpr int kWalkingMoves = 1 << 14;
-int moves = 0;        // in this stretch
-int walks = 0;        // of these moves
-int walkingLeft = 0;  // moves to be made by walking; nothing is kept up then
-
-bool isWalkingWorthwhile() {
-  if (++moves < kStretch) return false;
-  const bool worthwhile = walks > kTooManyWalks;
-  moves = walks = 0;
-  return worthwhile;
-}
-
-// Takes everything down anew.
-void takeUpList() {
-  order = 0;
-  listed = 0;
-  shortOnes = 0;
-  prepareFewStreams();
+// Fills the rows from the list.
+Listed takeUpList() {
+  std::ranges::fill(listedKeys, kLargestKey);
+  mayHoldShort = false;
+  Listed listed = {};
   for (int k = Lfst; k >= 0; k = LNXT[k]) {
-    putIntoOrder(k, listed);
-    enter(k);
-    noteEntry(k);
+    const Suffix& suffix = *Suffixes[k];
+    const int place = listed.count++;
+    listed.streams |= static_cast<uint64_t>(k) << (4 * place);
+    if (LLCP[k] == LOCP[k]) listed.unchanged |= 1U << place;
+    listedKeys[place] = prefixKey(suffix);
+    listedEntries[place] = LLCP[k];
+    upcomingKeys[k] = upcomingKey(k);
+    if (remainingBits(suffix) < 64) mayHoldShort = true;
+  }
+  return listed;
+}
+
+// Writes the list anew. LOCP is kept up anyway.
+void writeList(Listed listed) {
+  Lfst = -1;
+  for (int place = listed.count - 1; place >= 0; place--) {
+    const int k = listed.streamAt(place);
+    LLCP[k] = listedEntries[place];
+    LNXT[k] = Lfst;
+    Lfst = k;
   }
 }
+
+[[gnu::noinline]] Listed withoutHead(Listed listed) {
+  std::copy(listedKeys + 1, listedKeys + kFewStreams + 1, listedKeys);
+  std::copy(listedEntries + 1, listedEntries + kFewStreams, listedEntries);
+  return {listed.streams >> 4, listed.unchanged >> 1, listed.count - 1};
+}
+
+[[gnu::noinline]] Listed placeByWalk(Listed listed, int k, LcpEntry own) {
+  writeList(listed);
+  moveHeadByWalk(k, own);
+  return takeUpList();
+}
+
+// Whether a suffix begins with a listed one of less than 64 bits.
+[[gnu::noinline]] bool meetsShort(Listed listed, int64_t key) {
+  mayHoldShort = false;
+  bool meets = false;
+  for (int place = 0; place < listed.count; place++) {
+    const Suffix& suffix =
+        place == 0 ? currSuffix : *Suffixes[listed.streamAt(place)];
+    const int bits = remainingBits(suffix);
+    if (bits >= 64) continue;
+    mayHoldShort = true;
+    const auto difference = static_cast<uint64_t>(prefixKey(suffix) ^ key);
+    if (std::countl_zero(difference) >= bits) meets = true;
+  }
+  return meets;
+}
+
+PALVOR_AVX512_BEGIN
+namespace avx512 {
+#include "merge/rows_avx512.h"
+// The rows come first.
+#include "merge/few_streams_loop.h"
+}  // namespace avx512
+PALVOR_END
+
+PALVOR_AVX2_BEGIN
+namespace avx2 {
+#include "merge/rows_avx2.h"
+// The rows come first.
+#include "merge/few_streams_loop.h"
+}  // namespace avx2
+PALVOR_END
 
 }  // namespace
 
-void prepareFewStreams() {
-  for (int k = 0; k < kFewStreams; k++) {
-    laneOf(keys, k) = std::numeric_limits<int64_t>::max();
+bool canMergeFewStreams() { return processor() >= Processor::kAvx2; }
+
+void mergeFewStreams(int k) {
+  if (processor() == Processor::kAvx512) {
+    k <= 8 ? avx512::mergeListed<8>() : avx512::mergeListed<16>();
+  } else if (k <= 4) {
+    avx2::mergeListed<4>();
+  } else {
+    k <= 8 ? avx2::mergeListed<8>() : avx2::mergeListed<16>();
   }
 }
 
-void primeFewStreams(int k) {
-  groups = k / kLanes + 1;
-  enter(k);
-  walk(k);
-}
+#else
 
-PALVOR_PROCESSOR_VERSIONS void moveHeadOfFew(int k, LcpEntry entry) {
-  if (walkingLeft > 0) {
-    moveHeadByWalk(k, entry);
-    if (--walkingLeft == 0) takeUpList();
-    return;
-  }
-  if (isWalkingWorthwhile()) walkingLeft = kWalkingMoves;
+bool canMergeFewStreams() { return false; }
+void mergeFewStreams(int) {}
 
-  LLCP[k] = LOCP[k] = entry;
-  addList(-1);
-  takeOutOfOrder();
-  const uint32_t formerShortOnes = shortOnes;  // with the suffix emitted last
-  enter(k);
-  const int64_t key = laneOf(keys, k);
-  const Relation relation = relate(key);
-  if (((relation.equal & ~bitOf(k)) | shortOnes | formerShortOnes) != 0) {
-    currlcp = lcpBits(entry);
-    currfbt = lcpFirstbit(entry);
-    walk(k);
-    walks++;
-    return;
-  }
-
-  const int place = std::popcount(relation.after);
-  const int previous = static_cast<int>((order << 4) >> (4 * place) & 15);
-  const int next = static_cast<int>(order >> (4 * place) & 15);
-  const uint32_t hasNext = place < listed ? 1 : 0;
-  // A walk compares suffixes before the new one, and perhaps the next one.
-  const uint32_t comparedBefore = relation.shared & relation.after;
-  const uint32_t comparedNext = (relation.shared >> next) & hasNext;
-  const uint32_t compared = comparedBefore | comparedNext << next;
-  const int comparisons = std::popcount(compared);
-  nlcmp += place + static_cast<int>(hasNext);
-  nncmp += comparisons;
-  np2 += comparisons;
-  nnoc += std::popcount(compared & unchanged);
-
-  const LcpEntry stored = LLCP[next];
-  LcpEntry known = entry;
-  if (comparedBefore != 0) known = entryOfKeys(laneOf(keys, previous), key);
-  if (comparedNext != 0) known = stored;
-  LLCP[next] =
-      comparedNext != 0 ? entryOfKeys(laneOf(keys, next), key) : stored;
-  LLCP[k] = known;
-  noteEntry(next);
-  noteEntry(k);
-
-  LNXT[k] = hasNext != 0 ? next : -1;
-  *(place > 0 ? &LNXT[previous] : &Lfst) = k;
-  putIntoOrder(k, place);
-}
-
-void dropHeadOfFew() {
-  if (walkingLeft == 0) {
-    laneOf(keys, Lfst) = std::numeric_limits<int64_t>::max();
-    setBit(shortOnes, Lfst, false);
-    takeOutOfOrder();
-  }
-  addList(-1);
-}
+#endif  // PALVOR_HAS_VERSIONS

@@ -1,11 +1,12 @@
-// A place in the merge list found without walking it, for up to 16 streams.
+// The merge loop for up to 16 streams: the listed suffixes as rows that are
+// looked at as a whole, instead of a list that is walked.
 //
-// The prefix words of all listed suffixes are held together, and one look at
-// all of them tells how many sort before a new suffix: that is its place. The
-// comparisons that a walk of the list (merge/list.h) would have made follow
-// from the stored lengths, so that all is counted as if it had walked: it
-// compares a suffix where the new one shares more bits with it than its stored
-// length says,
+// The prefix words of all listed suffixes stand side by side, in order, and one
+// look at all of them tells how many sort before a new suffix: that is its
+// place. The comparisons that a walk of the list (merge/list.h) would have made
+// follow from the stored lengths, so that all is counted as if it had walked:
+// it compares a suffix where the new one shares more bits with it than its
+// stored length says,
 //
 //   new suffix   GATTACA           stored length, in bits
 //   listed       CCATCAT           -     differs at once: passed
@@ -13,30 +14,19 @@
 //                GATTAAA           6     shares 11 bits: compared
 //                TTTTTTT           0     shares 0 bits: not more, the walk ends
 //
-// Where prefix words do not tell all, since some are equal or a suffix ends
-// within them, the list is walked. What is kept here beside the list stays
-// true either way.
+// Only among suffixes of equal prefix words is there something left to walk.
 
 #ifndef PALVOR_MERGE_FEW_STREAMS_H_
 #define PALVOR_MERGE_FEW_STREAMS_H_
 
-#include "sources/lcp_entry.h"
-
-// With fewer streams than the first, a walk is as short.
-constexpr int kFewestStreams = 5;
 constexpr int kFewStreams = 16;
 
-// Begins with an empty list.
-void prepareFewStreams();
+// Whether this processor (support/processor.h) has the instructions for it.
+bool canMergeFewStreams();
 
-// Puts stream k into the list while priming.
-void primeFewStreams(int k);
-
-// Moves the head's stream k to the place of its new suffix, whose entry relates
-// it to the suffix emitted last.
-void moveHeadOfFew(int k, LcpEntry entry);
-
-// Takes the head's stream out.
-void dropHeadOfFew();
+// Merges the streams that are in the list, of which there are k at most, as the
+// merge loop does (merge/loop.h). Returns when they have ended, or when they
+// are found not to ascend (merge/refill.h): then what is left is in the list.
+void mergeFewStreams(int k);
 
 #endif  // PALVOR_MERGE_FEW_STREAMS_H_

@@ -1,7 +1,6 @@
 #include "merge/front.h"
 
 #include "merge/ordering.h"
-#include "merge/refill.h"
 #include "output/array.h"
 #include "output/counters.h"
 #include "output/tree_buffer.h"
@@ -18,7 +17,6 @@ void initMerge() {
   const int k = streamCount();
   Suffixes = zeroedTable<Suffix*>(k, "the merge front");
   allocateOrdering(k);
-  prepareRefill(k);
   maxIterations = maxIter != 0 ? maxIter : 25000;
   treeBuffSize = outBuffSize;
   if (sarray != 0) {

@@ -1,8 +1,10 @@
 #include "merge/ordering.h"
 
 #include "merge/blocks.h"
+#include "merge/few_streams.h"
+#include "run/values.h"
 
-constinit Placing placing = Placing::kByWalking;
+constinit bool amongMany = false;
 
 void allocateOrdering(int k) {
   if (hpflag != 0) {
@@ -10,12 +12,10 @@ void allocateOrdering(int k) {
     return;
   }
   allocateList(k);
-  // Without prefix words, or with hardly any stream, there is just the walk.
-  if (noprefix != 0 || k < kFewestStreams || k > kManyStreams) return;
-  if (k <= kFewStreams) {
-    placing = Placing::kAmongFew;
-    prepareFewStreams();
-  } else {
-    placing = Placing::kAmongMany;
-  }
+  amongMany = noprefix == 0 && k > kFewStreams && k <= kManyStreams;
+}
+
+bool canBeRows() {
+  return hpflag == 0 && noprefix == 0 && streamCount() <= kFewStreams &&
+         canMergeFewStreams();
 }

@@ -3,14 +3,14 @@
 //
 // Behind it stand the merge list (merge/list.h), which hands out LCP entries
 // on the side, or with `hpflag` the merge heap (merge/heap.h), which has none.
-// A suffix's place in the list is found by its prefix words
-// (merge/few_streams.h, merge/many_streams.h) where they can be relied on, else
-// by walking it: the list, the entries and all that is counted are the same.
+// A suffix's place in the list is found by walking it, or among many streams by
+// its prefix words (merge/many_streams.h) where they can be relied on: the
+// list, the entries and all that is counted are the same. Few streams have a
+// loop of their own (merge/few_streams.h), and come back to this one as a list.
 
 #ifndef PALVOR_MERGE_ORDERING_H_
 #define PALVOR_MERGE_ORDERING_H_
 
-#include "merge/few_streams.h"
 #include "merge/heap.h"
 #include "merge/list.h"
 #include "merge/many_streams.h"
@@ -18,20 +18,20 @@
 #include "run/options.h"
 #include "sources/lcp_entry.h"
 
-// How places in the list are found.
-enum class Placing { kByWalking, kAmongFew, kAmongMany };
-extern Placing placing;
+// Whether places are found by prefix words. Written by allocateOrdering alone.
+extern bool amongMany;
 
 // Allocates the chosen structure for k streams, empty.
 void allocateOrdering(int k);
+
+// Whether mergeFewStreams can merge the streams.
+bool canBeRows();
 
 // Puts a stream in while priming: nothing is known of its suffix.
 inline void primeStream(int k) {
   if (hpflag != 0) {
     insertIntoHeap(k);
-  } else if (placing == Placing::kAmongFew) {
-    primeFewStreams(k);
-  } else if (placing == Placing::kAmongMany) {
+  } else if (amongMany) {
     primeManyStreams(k);
   } else {
     addList(k);
@@ -53,10 +53,8 @@ inline LcpEntry headEntry() { return hpflag != 0 ? 0 : LLCP[Lfst]; }
 inline void moveHead(int k, LcpEntry entry) {
   if (hpflag != 0) {
     adjHeap(1);
-  } else if (placing == Placing::kByWalking || !streamsAscend) {
+  } else if (!(amongMany && streamsAscend)) {
     moveHeadByWalk(k, entry);
-  } else if (placing == Placing::kAmongFew) {
-    moveHeadOfFew(k, entry);
   } else {
     moveHeadOfMany(k, entry);
   }
@@ -66,10 +64,8 @@ inline void moveHead(int k, LcpEntry entry) {
 inline void dropHead() {
   if (hpflag != 0) {
     adjHeap(0);
-  } else if (placing == Placing::kByWalking || !streamsAscend) {
+  } else if (!(amongMany && streamsAscend)) {
     addList(-1);
-  } else if (placing == Placing::kAmongFew) {
-    dropHeadOfFew();
   } else {
     dropHeadOfMany();
   }

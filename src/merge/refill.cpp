@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 
+#include "merge/front.h"
 #include "output/emitted.h"
 #include "run/options.h"
 #include "run/values.h"
@@ -18,38 +19,17 @@ constinit bool streamsAscend = true;
 
 namespace {
 
-// The windows of all streams share one table, so that it stays the same size
-// for any number of streams. A window is at most as long as its records and
-// the string words that they name can stay in the first-level cache together.
-constexpr int kTableEntries = 1 << 20;
-constexpr int kLongestWindow = 64;
-static_assert(kAdmitted % kLongestWindow == 0);
-
-constexpr int kSampling = 64;  // the heap's comparisons for each one timed
+constexpr int kSampling = 64;  // comparisons for each one timed
 
 // Records between the one to come next and the one whose words are asked for:
 // early enough to arrive in time, late enough not to be pushed out again.
 constexpr int kAhead = 2;
-
-// Stream k's window begins at k * windowLength, modulo the table: windows of
-// one record, each used as soon as it is filled, may share their places.
-LcpEntry windowEntries[kTableEntries];
-
-int windowLength = 1;  // records in a window: a power of two
 
 long long lcpRemainder = 0;  // nanoseconds not yet in `lcpTime`
 
 // Asks early for the first word of a suffix that its prefix words don't hold.
 [[gnu::always_inline]] inline void prefetchWords(const Suffix& suffix) {
   prefetch(binaryString[inputNumber(suffix)] + ((2 * suffix.pos) >> 5) + 2);
-}
-
-// Asks early for the words that the comparison of two records reads first.
-[[gnu::always_inline]] inline void prefetchPair(const Suffix& a,
-                                                const Suffix& b) {
-  if (a.prefix0 != b.prefix0 || a.prefix1 != b.prefix1) return;
-  prefetchWords(a);
-  prefetchWords(b);
 }
 
 // Nanoseconds that a clock reading itself adds to what is timed.
@@ -86,33 +66,16 @@ void testReadEntry(const Suffix& before, const Suffix& after, LcpEntry entry) {
   if (!right) streamsAscend = false;
 }
 
-// Computes the entries of `count` records, the first of which follows
-// `currSuffix` in its stream.
-void fillWindow(const Suffix* records, int count, LcpEntry* entries) {
-  for (int i = 1; i < count; i++) prefetchPair(records[i - 1], records[i]);
-  entries[0] = compareNeighbours(currSuffix, records[0]);
-  for (int i = 1; i < count; i++) {
-    entries[i] = compareNeighbours(records[i - 1], records[i]);
-  }
-}
-
-LcpEntry computedEntry(int k) {
-  const int record = sufps[k] - 1;  // in the stream's buffer
-  const int offset = record & (windowLength - 1);
-  LcpEntry* entries =
-      windowEntries +
-      ((static_cast<long>(k) * windowLength + offset) & (kTableEntries - 1));
-  // Nobody asks for record 0 of the whole stream, so that window begins at 1.
-  const bool second =
-      record == 1 && sufos[k] == static_cast<unsigned>(sufls[k]);
-  if (offset == 0 || second) {
-    const long long start = nanoclock();
-    fillWindow(sufbs[k] + record,
-               std::min(windowLength - offset, admittedRecords(k) - record),
-               entries);
-    addLcpTime(nanoclock() - start);
-  }
-  return *entries;
+// A pair of clock readings takes longer than most comparisons. So one in
+// kSampling is timed, and stands for them all.
+LcpEntry timedEntry(const Suffix& before, const Suffix& after) {
+  static unsigned calls = 0;
+  if (calls++ % kSampling != 0) return compareNeighbours(before, after);
+  const long long start = nanoclock();
+  const LcpEntry entry = compareNeighbours(before, after);
+  const long long taken = nanoclock() - start - clockCost();
+  addLcpTime(kSampling * std::max(taken, 0LL));
+  return entry;
 }
 
 // Handing out an entry of the buffer takes next to nothing: what costs time,
@@ -135,32 +98,17 @@ void addLcpTime(long long nanoseconds) {
   lcpRemainder %= 1'000'000;
 }
 
-void prepareRefill(int k) {
-  const int room = kTableEntries / std::max(k, 1);
-  const auto length =
-      static_cast<unsigned>(std::clamp(room, 1, kLongestWindow));
-  windowLength = static_cast<int>(std::bit_floor(length));
-}
-
 void prefetchAhead(int k) {
   const int ahead = sufps[k] + kAhead;
   if (ahead < admittedRecords(k)) prefetchWords(sufbs[k][ahead]);
 }
 
 LcpEntry refillEntry(int k) {
-  if (Manzini == 0) return computedEntry(k);
+  const Suffix& suffix = *Suffixes[k];
+  if (Manzini == 0) return timedEntry(currSuffix, suffix);
   const LcpEntry entry = readEntry(k);
-  testReadEntry(currSuffix, sufbs[k][sufps[k] - 1], entry);
+  testReadEntry(currSuffix, suffix, entry);
   return entry;
 }
 
-LcpEntry emittedEntry() {
-  static unsigned calls = 0;
-  if (calls++ % kSampling != 0)
-    return compareNeighbours(lastSuffix, currSuffix);
-  const long long start = nanoclock();
-  const LcpEntry entry = compareNeighbours(lastSuffix, currSuffix);
-  const long long taken = nanoclock() - start - clockCost();
-  addLcpTime(kSampling * std::max(taken, 0LL));
-  return entry;
-}
+LcpEntry emittedEntry() { return timedEntry(lastSuffix, currSuffix); }

@@ -1,10 +1,5 @@
 // The refill: a stream's next suffix, and the LCP entry that relates it to the
 // suffix just emitted, which is the one before it in the same stream.
-//
-// Entries are computed for a window of records ahead, one stream at a time:
-// that costs two clock readings per window instead of two per suffix, and the
-// words of strings that the comparisons will read can be asked for early.
-// What is counted, and how often, is the same.
 
 #ifndef PALVOR_MERGE_REFILL_H_
 #define PALVOR_MERGE_REFILL_H_
@@ -25,9 +20,6 @@ extern bool streamsAscend;
 // Adds nanoseconds to `lcpTime`; nothing is lost to rounding.
 void addLcpTime(long long nanoseconds);
 
-// Sets the windows up for k streams. Called once, before the first refill.
-void prepareRefill(int k);
-
 // Asks for the string words that the ordering will read first if a record of
 // stream k soon to come meets one that shares its prefix words in another
 // stream.
@@ -40,9 +32,7 @@ void prefetchAhead(int k);
 LcpEntry refillEntry(int k);
 
 // The LCP entry of `currSuffix` and `lastSuffix`, the suffix emitted before it,
-// for the heap, whose streams come without entries. Which pairs are compared
-// shows only as the trees fill up, so there is no window to time: one
-// comparison in 64 is, and stands for them all.
+// for the heap, whose streams come without entries.
 LcpEntry emittedEntry();
 
 #endif  // PALVOR_MERGE_REFILL_H_

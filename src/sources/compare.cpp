@@ -4,6 +4,7 @@
 #include <bit>
 
 #include "run/options.h"
+#include "sources/first_difference.h"
 #include "sources/long_matches.h"
 #include "sources/packing.h"
 #include "sources/strings.h"
@@ -15,24 +16,6 @@ constinit double tngb = 0;
 
 namespace {
 
-// A stretch of a packed string, read in slices that need not be aligned.
-struct Reader {
-  Reader(const unsigned* string, unsigned start)
-      : words(string + (start >> 5)), shift(start & 31) {}
-
-  // The 32 bits from slice `w` on. Reads words w and w + 1.
-  uint32_t slice(int w) const { return sliceAt(words + w, shift); }
-
-  // The 64 bits of slices w and w + 1. Reads words w to w + 2.
-  uint64_t twoSlices(int w) const {
-    const uint64_t pair = static_cast<uint64_t>(words[w]) << 32 | words[w + 1];
-    return pair << shift | static_cast<uint64_t>(words[w + 2]) << shift >> 32;
-  }
-
-  const unsigned* words;
-  unsigned shift;  // bits of the first word before the stretch
-};
-
 // Where two suffixes part, after the bits passed over as known.
 struct Parting {
   int bit;  // first differing bit; only if they differ
@@ -40,23 +23,14 @@ struct Parting {
   bool after;  // a has the 1 there
 };
 
-// Compares slices `from` to `to` - 1 of two stretches. Every slice must begin
-// before the end of its string's data, so that the trailer is the last word
-// read.
-inline Parting compareSlices(const Reader& a, const Reader& b, int from,
+// Compares slices `from` to `to` - 1; see firstDifference.
+inline Parting compareSlices(const Stretch& a, const Stretch& b, int from,
                              int to) {
-  int w = from;
-  for (; w + 1 < to; w += 2) {
-    const uint64_t x = a.twoSlices(w);
-    const uint64_t y = b.twoSlices(w);
-    if (x != y) return {32 * w + std::countl_zero(x ^ y), true, x > y};
-  }
-  if (w < to) {
-    const uint32_t x = a.slice(w);
-    const uint32_t y = b.slice(w);
-    if (x != y) return {32 * w + nb32(x ^ y), true, x > y};
-  }
-  return {0, false, false};
+  const int w = firstDifference(a, b, from, to);
+  if (w == to) return {0, false, false};
+  const uint32_t x = a.slice(w);
+  const uint32_t y = b.slice(w);
+  return {32 * w + nb32(x ^ y), true, x > y};
 }
 
 // Slices compared before the long matches are asked: a shorter match is read
@@ -65,8 +39,8 @@ constexpr int kPatience = 64;
 
 // Compares slices kPatience to n - 1 of the stretches that begin at two places
 // and are `common` bits long, passing over what is known to match.
-[[gnu::noinline]] Parting compareOn(BitPlace placeA, const Reader& a,
-                                    BitPlace placeB, const Reader& b, int n,
+[[gnu::noinline]] Parting compareOn(BitPlace placeA, const Stretch& a,
+                                    BitPlace placeB, const Stretch& b, int n,
                                     int common) {
   Parting parting{};
   int readTo = n;  // slices before it were read
@@ -132,8 +106,8 @@ int ZEPCompare(const Suffix* a, const Suffix* b, int* fb, int known) {
     const auto step = static_cast<unsigned>(skip);
     const BitPlace placeA = {inputNumber(*a), startA + step};
     const BitPlace placeB = {inputNumber(*b), 2 * b->pos + step};
-    const Reader readA(binaryString[placeA.input], placeA.bit);
-    const Reader readB(binaryString[placeB.input], placeB.bit);
+    const Stretch readA(binaryString[placeA.input], placeA.bit);
+    const Stretch readB(binaryString[placeB.input], placeB.bit);
     const int words = wordsOver(shorter - skip);
     parting = compareSlices(readA, readB, 0, std::min(words, kPatience));
     if (!parting.differ && words > kPatience) {

@@ -140,7 +140,7 @@ void initBuffs(const unsigned* plens, int k, int withLCP) {
   if (withLCP != 0) initLcpStreams(k);
 }
 
-Suffix* getNextSuf(int j) {
+Suffix* getNextSufAnew(int j) {
   if (sufps[j] >= sufls[j]) {
     if (sufls[j] < sufBuffSize || !refillBuffer(j)) return nullptr;
   }

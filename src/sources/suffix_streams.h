@@ -42,11 +42,19 @@ inline int admittedRecords(int j) {
   return std::min(sufls[j], ((sufps[j] - 1) | (kAdmitted - 1)) + 1);
 }
 
+// getNextSuf, when the buffer is used up or its next records are not tested.
+Suffix* getNextSufAnew(int j);
+
 // The next record of stream j, or null when the stream has ended, as often as
 // it is asked. The record stays where it is until the next call for the same
 // stream. A file that cannot be opened or read, and a record that names an
 // input or a position that is not there, end the run; bytes after the last
 // whole record are not looked at.
-Suffix* getNextSuf(int j);
+inline Suffix* getNextSuf(int j) {
+  const int next = sufps[j];
+  if (next >= sufls[j] || next % kAdmitted == 0) return getNextSufAnew(j);
+  sufps[j] = next + 1;
+  return &sufbs[j][next];
+}
 
 #endif  // PALVOR_SOURCES_SUFFIX_STREAMS_H_

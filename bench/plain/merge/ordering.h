@@ -11,6 +11,7 @@
 #include "sources/lcp_entry.h"
 
 void allocateOrdering(int k);
+bool canBeRows();
 void primeStream(int k);
 int headStream();
 LcpEntry headEntry();
