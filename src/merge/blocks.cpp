@@ -54,7 +54,8 @@ void copyElements(const Block& from, int begin, int end, Block& to, int at) {
                  static_cast<size_t>(end - begin) * sizeof *target);
   };
   copy(from.key, to.key);
-  copy(from.shared, to.shared);
+  copy(from.entry, to.entry);
+  copy(from.own, to.own);
   copy(from.stream, to.stream);
   copy(from.bits, to.bits);
   copy(from.pos, to.pos);
@@ -135,11 +136,12 @@ void putAt(const Place& place, const Element& element) {
     block.end++;
   }
   block.key[index] = element.key;
-  block.shared[index] = element.shared;
+  block.entry[index] = element.entry;
+  block.own[index] = element.own;
   block.stream[index] = element.stream;
   block.bits[index] = element.bits;
   block.pos[index] = element.pos;
-  block.least = std::min(block.least, element.shared);
+  block.least = std::min(block.least, lcpBits(element.entry));
   noteBlock(number);
 }
 

@@ -12,6 +12,8 @@
 
 #include <cstdint>
 
+#include "sources/lcp_entry.h"
+
 constexpr int kBlockRoom = 64;  // elements
 
 // Streams that there are blocks for, each block at least half full.
@@ -22,7 +24,8 @@ constexpr int kMostBlocks = 2 * kManyStreams / kBlockRoom + 2;
 // push each other out of the caches.
 struct Element {
   int64_t key;     // its prefix words (prefixKey)
-  int32_t shared;  // its stored length, in bits (merge/list.h)
+  LcpEntry entry;  // with the suffix before it, or the one emitted last
+  LcpEntry own;    // with the suffix before it in its stream
   int32_t stream;
   int32_t bits;  // its length
   uint32_t pos;  // where it begins, in characters
@@ -32,12 +35,13 @@ struct Element {
 struct Block {
   int begin;  // elements before it were taken out; 0 but in the first block
   int end;    // elements in use end here
-  int least;  // no `shared` of the block is less
-  int64_t key[kBlockRoom];
-  int32_t shared[kBlockRoom];
-  int32_t stream[kBlockRoom];
-  int32_t bits[kBlockRoom];
-  uint32_t pos[kBlockRoom];
+  int least;  // no entry of the block has fewer bits
+  alignas(64) int64_t key[kBlockRoom];
+  alignas(64) LcpEntry entry[kBlockRoom];
+  alignas(64) LcpEntry own[kBlockRoom];
+  alignas(64) int32_t stream[kBlockRoom];
+  alignas(64) int32_t bits[kBlockRoom];
+  alignas(64) uint32_t pos[kBlockRoom];
 };
 
 struct Place {
@@ -47,7 +51,7 @@ struct Place {
 };
 
 // The blocks in order, and how many there are. Written by putAt and takeFirst
-// alone, but for the elements' `shared`.
+// alone, but for the elements' `entry`.
 extern Block* blockOrder[kMostBlocks];
 extern int blockCount;
 
@@ -92,8 +96,8 @@ inline int64_t keyAt(const Place& place) {
   return blockAt(place.block).key[place.index];
 }
 
-inline int32_t& sharedAt(const Place& place) {
-  return blockAt(place.block).shared[place.index];
+inline LcpEntry& entryAt(const Place& place) {
+  return blockAt(place.block).entry[place.index];
 }
 
 // The place behind all elements whose key is not above `key`, and that before

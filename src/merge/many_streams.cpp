@@ -7,6 +7,7 @@
 #include "merge/blocks.h"
 #include "merge/front.h"
 #include "merge/list.h"
+#include "merge/walk_count.h"
 #include "output/counters.h"
 #include "sources/compare.h"
 #include "sources/strings.h"
@@ -21,8 +22,8 @@ constexpr int kKeyBits = 64;  // that the prefix words hold
 struct Arrival {
   const Suffix* suffix;
   int64_t key;
-  int bits;   // its length
-  int known;  // bits that it shares with the suffix emitted last
+  int bits;      // its length
+  LcpEntry own;  // with the suffix emitted last
 };
 
 // Where it belongs, and the bits that it shares with its neighbours there.
@@ -110,7 +111,7 @@ Found placeAmongEqualKeys(const Arrival& arrival, const Place& from,
                           const Place& to) {
   Place place = from;
   int shared =
-      from == firstPlace() ? arrival.known : sharedByKey(arrival, before(from));
+      from == firstPlace() ? lcpBits(arrival.own) : sharedByKey(arrival, before(from));
   for (; !(place == to); place = after(place)) {
     const int bits = bitsAt(place);
     if (isLong(bits) || bits > arrival.bits) break;
@@ -120,7 +121,7 @@ Found placeAmongEqualKeys(const Arrival& arrival, const Place& from,
 
   int comparisons = 0;
   for (; !(place == to); place = after(place)) {
-    const int stored = sharedAt(place);
+    const int stored = lcpBits(entryAt(place));
     if (shared > stored) break;
     if (shared < stored) continue;
     if (comparisons++ == kComparisonsOfAWalk) {
@@ -137,7 +138,7 @@ Found placeAmongEqualKeys(const Arrival& arrival, const Place& from,
 
 Found findPlace(const Arrival& arrival) {
   const Place behind = atBegin(placeBehind(arrival.key));
-  if (behind == firstPlace()) return {behind, arrival.known, -1};
+  if (behind == firstPlace()) return {behind, lcpBits(arrival.own), -1};
   const Place previous = before(behind);
   if (keyAt(previous) == arrival.key) {
     return placeAmongEqualKeys(arrival, atBegin(placeBefore(arrival.key)),
@@ -146,73 +147,30 @@ Found findPlace(const Arrival& arrival) {
   return {behind, sharedByKey(arrival, previous), -1};
 }
 
-// Comparisons that a walk would have made.
-struct Walk {
-  int comparisons = 0;
-  int found64 = 0;      // that found 64 common bits or more
-  int found64More = 0;  // ... 64 bits more than were known
-  int unchanged = 0;    // against a stream whose entry had not changed
-  int settled = 0;      // settled by the prefix words
-  long words = 0;       // of the strings, examined by the others
-};
-
-// Counts a comparison with the suffix of a stream, `known` bits being known,
-// that finds `common` bits.
-inline void countComparison(Walk& walk, const Arrival& arrival,
-                            const Place& place, int known, int common) {
-  const Block& block = blockAt(place.block);
-  const int stream = block.stream[place.index];
-  walk.comparisons++;
-  walk.unchanged += LOCP[stream] == LLCP[stream] ? 1 : 0;
-  if (common < kKeyBits) {
-    walk.settled++;
-    return;
-  }
-  walk.found64++;
-  walk.found64More += common >= known + 64 ? 1 : 0;
-  const int shorter = std::min(arrival.bits, block.bits[place.index]);
-  if (isSettledByPrefix(shorter, known, common)) {
-    walk.settled++;
-  } else {
-    walk.words += wordsExamined(block.pos[place.index], shorter, known, common);
-  }
-}
-
-// The last index below `end` whose stored length is not above `shared`; one
-// below the block's `begin` if there is none.
-inline int lastNotAbove(const Block& block, int end, int shared) {
-  int index = end - 1;
-  while (index >= block.begin && block.shared[index] > shared) index--;
-  return index;
-}
-
 // Counts the comparisons with the suffixes before a place, with the last of
-// which the arrival shares `shared` bits.
-void countWalk(Walk& walk, const Arrival& arrival, const Place& place,
-               int shared) {
+// which the arrival shares `common` bits.
+void countWalk(WalkCount& count, const Arrival& arrival, const Place& place,
+               int common) {
   for (int number = place.block; number >= 0; number--) {
     Block& block = blockAt(number);
-    if (block.least > shared) continue;
+    if (block.least > common) continue;
     const int end = number == place.block ? place.index : block.end;
-    int index = lastNotAbove(block, end, shared);
-    // Its suffixes need not be looked through for this again.
-    if (index < block.begin && end == block.end) block.least = shared + 1;
-    while (index >= block.begin) {
-      const int known = block.shared[index];
-      countComparison(walk, arrival, {number, index}, known, shared);
-      shared = known;
-      index = lastNotAbove(block, index, shared);
+    const int comparisons = count.comparisons;
+    common = countInBlock(count, block, end, arrival.bits, common);
+    // Now it is known exactly, or need not be looked through for this again.
+    if (end == block.end) {
+      block.least = comparisons < count.comparisons ? common : common + 1;
     }
   }
 }
 
-void addToCounters(const Walk& walk) {
-  nncmp += walk.comparisons;
-  nnac += walk.found64;
-  nnrc += walk.found64More;
-  nnoc += walk.unchanged;
-  np2 += walk.settled;
-  tngb += static_cast<double>(walk.words);
+void addToCounters(const WalkCount& count) {
+  nncmp += count.comparisons;
+  nnac += count.found64;
+  nnrc += count.found64More;
+  nnoc += count.unchanged;
+  np2 += count.settled;
+  tngb += static_cast<double>(count.words);
 }
 
 LcpEntry entryWith(const Arrival& arrival, const Place& place, int shared) {
@@ -221,49 +179,40 @@ LcpEntry entryWith(const Arrival& arrival, const Place& place, int shared) {
 }
 
 // Relates an arrival to its neighbours, as a walk to its place would do, and
-// counts that walk. Returns its entry; it is LLCP[k] if nothing stands before
-// it, and the walk did not compare it.
-LcpEntry relate(const Arrival& arrival, int k, Found found) {
-  Walk walk;
-  LcpEntry entry = LLCP[k];
+// counts that walk. Returns its entry.
+LcpEntry relate(const Arrival& arrival, Found found) {
+  WalkCount count;
+  LcpEntry entry = arrival.own;
   if (!(found.place == firstPlace())) {
     entry = entryWith(arrival, before(found.place), found.withPrevious);
   }
   const bool hasNext = isOccupied(found.place);
-  if (hasNext && sharedAt(found.place) == found.withPrevious) {
+  if (hasNext && lcpBits(entryAt(found.place)) == found.withPrevious) {
     if (found.withNext < 0) found.withNext = sharedByKey(arrival, found.place);
-    countComparison(walk, arrival, found.place, found.withPrevious,
-                    found.withNext);
-    const int next = streamAt(found.place);
-    entry = LLCP[next];
-    LLCP[next] = entryWith(arrival, found.place, found.withNext);
-    sharedAt(found.place) = found.withNext;
+    countComparison(count, blockAt(found.place.block), found.place.index,
+                    arrival.bits, found.withPrevious, found.withNext);
+    entry = entryAt(found.place);
+    entryAt(found.place) = entryWith(arrival, found.place, found.withNext);
   }
-  countWalk(walk, arrival, found.place, found.withPrevious);
-  addToCounters(walk);
+  countWalk(count, arrival, found.place, found.withPrevious);
+  addToCounters(count);
   nlcmp += rankOf(found.place) + (hasNext ? 1 : 0);
   return entry;
 }
 
-// Puts stream k into the list and the blocks; LLCP[k] relates its suffix to the
-// one emitted last.
-void insert(int k) {
+// Puts stream k in; `own` relates its suffix to the one emitted last.
+void insert(int k, LcpEntry own) {
   const Suffix& suffix = *Suffixes[k];
   const Arrival arrival = {&suffix, prefixKey(suffix), remainingBits(suffix),
-                           lcpBits(LLCP[k])};
+                           own};
   Place place = {0, 0};
-  int previous = -1;
-  int next = -1;
+  LcpEntry entry = own;
   if (blockCount > 0) {
     const Found found = findPlace(arrival);
-    LLCP[k] = relate(arrival, k, found);
+    entry = relate(arrival, found);
     place = found.place;
-    if (!(place == firstPlace())) previous = streamAt(before(place));
-    if (isOccupied(place)) next = streamAt(place);
   }
-  LNXT[k] = next;
-  (previous < 0 ? Lfst : LNXT[previous]) = k;
-  putAt(place, {arrival.key, lcpBits(LLCP[k]), k, arrival.bits, suffix.pos});
+  putAt(place, {arrival.key, entry, own, k, arrival.bits, suffix.pos});
 }
 
 // The caches hold less than many streams' next records. So asks early for that
@@ -280,16 +229,22 @@ constexpr int kHeadsAhead = 4;
 
 }  // namespace
 
-void primeManyStreams(int k) { insert(k); }
+void primeManyStreams(int k) { insert(k, 0); }
 
 void moveHeadOfMany(int k, LcpEntry entry) {
-  LLCP[k] = LOCP[k] = entry;
-  dropHeadOfMany();
-  insert(k);
+  takeFirst();
+  insert(k, entry);
   prefetchSoonNeeded();
 }
 
-void dropHeadOfMany() {
-  addList(-1);
-  takeFirst();
+void writeListOfMany() {
+  int* link = &Lfst;
+  for (Place place = firstPlace(); isOccupied(place); place = after(place)) {
+    const int k = streamAt(place);
+    LLCP[k] = entryAt(place);
+    LOCP[k] = blockAt(place.block).own[place.index];
+    *link = k;
+    link = &LNXT[k];
+  }
+  *link = -1;
 }

@@ -15,6 +15,11 @@ void allocateOrdering(int k) {
   amongMany = noprefix == 0 && k > kFewStreams && k <= kManyStreams;
 }
 
+void stopPlacingAmongMany() {
+  writeListOfMany();
+  amongMany = false;
+}
+
 bool canBeRows() {
   return hpflag == 0 && noprefix == 0 && streamCount() <= kFewStreams &&
          canMergeFewStreams();

@@ -11,6 +11,7 @@
 #ifndef PALVOR_MERGE_ORDERING_H_
 #define PALVOR_MERGE_ORDERING_H_
 
+#include "merge/blocks.h"
 #include "merge/heap.h"
 #include "merge/list.h"
 #include "merge/many_streams.h"
@@ -18,11 +19,14 @@
 #include "run/options.h"
 #include "sources/lcp_entry.h"
 
-// Whether places are found by prefix words. Written by allocateOrdering alone.
+// Whether places are found by prefix words. Written by the two functions below.
 extern bool amongMany;
 
 // Allocates the chosen structure for k streams, empty.
 void allocateOrdering(int k);
+
+// Goes on with the list.
+void stopPlacingAmongMany();
 
 // Whether mergeFewStreams can merge the streams.
 bool canBeRows();
@@ -41,22 +45,27 @@ inline void primeStream(int k) {
 // The stream whose current suffix is the smallest, or -1 if no stream is left.
 inline int headStream() {
   if (hpflag != 0) return heapCounter > 0 ? Heap[0] : -1;
+  if (amongMany) return blockCount > 0 ? streamAt(firstPlace()) : -1;
   return Lfst;
 }
 
 // The LCP entry of the head's suffix with the suffix emitted last; 0 with the
 // heap, which keeps none.
-inline LcpEntry headEntry() { return hpflag != 0 ? 0 : LLCP[Lfst]; }
+inline LcpEntry headEntry() {
+  if (hpflag != 0) return 0;
+  return amongMany ? entryAt(firstPlace()) : LLCP[Lfst];
+}
 
 // The head's stream k has a new current suffix: moves it to its place. With
 // the list, `entry` relates that suffix to the one just emitted.
 inline void moveHead(int k, LcpEntry entry) {
+  if (amongMany && !streamsAscend) stopPlacingAmongMany();
   if (hpflag != 0) {
     adjHeap(1);
-  } else if (!(amongMany && streamsAscend)) {
-    moveHeadByWalk(k, entry);
-  } else {
+  } else if (amongMany) {
     moveHeadOfMany(k, entry);
+  } else {
+    moveHeadByWalk(k, entry);
   }
 }
 
@@ -64,10 +73,10 @@ inline void moveHead(int k, LcpEntry entry) {
 inline void dropHead() {
   if (hpflag != 0) {
     adjHeap(0);
-  } else if (!(amongMany && streamsAscend)) {
-    addList(-1);
+  } else if (amongMany) {
+    takeFirst();
   } else {
-    dropHeadOfMany();
+    addList(-1);
   }
 }
 
