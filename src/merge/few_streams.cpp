@@ -43,7 +43,7 @@ constexpr int64_t kLargestKey = std::numeric_limits<int64_t>::max();
 constexpr uint32_t placesBelow(int place) { return (1U << place) - 1; }
 
 // The entry of two suffixes that part within the prefix words.
-inline LcpEntry entryOfKeys(int64_t a, int64_t b) {
+[[gnu::always_inline]] inline LcpEntry entryOfKeys(int64_t a, int64_t b) {
   return makeLcpEntry(std::countl_zero(static_cast<uint64_t>(a ^ b)), 1);
 }
 
@@ -83,12 +83,12 @@ struct Listed {
   }
 };
 
-int64_t upcomingKey(int k) {
+[[gnu::always_inline]] inline int64_t upcomingKey(int k) {
   return prefixKey(sufbs[k][std::min(sufps[k], sufls[k] - 1)]);
 }
 
 // The key of a record that stream k has just handed out.
-int64_t takeKey(int k, const Suffix& suffix) {
+[[gnu::always_inline]] inline int64_t takeKey(int k, const Suffix& suffix) {
   const bool readAnew = sufps[k] == 1;
   const int64_t key = readAnew ? prefixKey(suffix) : upcomingKeys[k];
   upcomingKeys[k] = upcomingKey(k);
@@ -174,11 +174,13 @@ bool canMergeFewStreams() { return processor() >= Processor::kAvx2; }
 
 void mergeFewStreams(int k) {
   if (processor() == Processor::kAvx512) {
-    k <= 8 ? avx512::mergeListed<8>() : avx512::mergeListed<16>();
-  } else if (k <= 4) {
-    avx2::mergeListed<4>();
+    k <= 4   ? avx512::mergeListed<4>()
+    : k <= 8 ? avx512::mergeListed<8>()
+             : avx512::mergeListed<16>();
   } else {
-    k <= 8 ? avx2::mergeListed<8>() : avx2::mergeListed<16>();
+    k <= 4   ? avx2::mergeListed<4>()
+    : k <= 8 ? avx2::mergeListed<8>()
+             : avx2::mergeListed<16>();
   }
 }
 
