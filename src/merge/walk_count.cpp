@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr int kMostInt = std::numeric_limits<int>::max();
+
 int countOneByOne(WalkCount& count, const Block& block, int end, int bits,
                   int common) {
   for (int index = end - 1; index >= block.begin; index--) {
@@ -27,87 +29,26 @@ int countOneByOne(WalkCount& count, const Block& block, int end, int bits,
 
 #if defined(PALVOR_HAS_VERSIONS)
 
+PALVOR_AVX2_BEGIN
+namespace avx2 {
+#include "merge/lanes_avx2.h"
+#include "merge/walk_count_lanes.h"
+}  // namespace avx2
+PALVOR_END
+
 PALVOR_AVX512_BEGIN
-
-constexpr int kSixteen = 16;
-
-// Each lane's least lane at or behind it.
-inline __m512i leastBehind(__m512i lanes) {
-  const __m512i most = _mm512_set1_epi32(std::numeric_limits<int>::max());
-  lanes = _mm512_min_epi32(lanes, _mm512_alignr_epi32(most, lanes, 1));
-  lanes = _mm512_min_epi32(lanes, _mm512_alignr_epi32(most, lanes, 2));
-  lanes = _mm512_min_epi32(lanes, _mm512_alignr_epi32(most, lanes, 4));
-  return _mm512_min_epi32(lanes, _mm512_alignr_epi32(most, lanes, 8));
-}
-
-int countBySixteen(WalkCount& count, const Block& block, int end, int bits,
-                   int common) {
-  const __m512i most = _mm512_set1_epi32(std::numeric_limits<int>::max());
-  const __m512i n64 = _mm512_set1_epi32(64);
-  const __m512i own = _mm512_set1_epi32(bits);
-  __m512i words = _mm512_setzero_si512();
-  for (int from = (end - 1) & -kSixteen; from > block.begin - kSixteen;
-       from -= kSixteen) {
-    const __mmask16 used = static_cast<__mmask16>(
-        _bzhi_u32(0xFFFF, static_cast<unsigned>(std::min(end - from, 16))) &
-        (0xFFFFU << std::max(block.begin - from, 0)));
-    const __m512i entries = _mm512_load_si512(block.entry + from);
-    const __m512i stored =
-        _mm512_mask_srli_epi32(most, used, entries, 1);
-    const __m512i sofar = _mm512_set1_epi32(common);
-    if (_mm512_cmple_epi32_mask(stored, sofar) == 0) continue;
-
-    const __m512i least = leastBehind(stored);
-    const __m512i found =
-        _mm512_min_epi32(_mm512_alignr_epi32(most, least, 1), sofar);
-    const __mmask16 compared = _mm512_cmple_epi32_mask(stored, found);
-    const __mmask16 unchanged = _mm512_mask_cmpeq_epi32_mask(
-        compared, entries, _mm512_load_si512(block.own + from));
-    count.comparisons += std::popcount(compared);
-    count.unchanged += std::popcount(unchanged);
-    common = std::min(
-        common, _mm_cvtsi128_si32(_mm512_castsi512_si128(least)));
-
-    const __mmask16 found64 = _mm512_mask_cmpge_epi32_mask(compared, found, n64);
-    if (found64 == 0) {
-      count.settled += std::popcount(compared);
-      continue;
-    }
-    const __mmask16 more = _mm512_mask_cmpge_epi32_mask(
-        found64, _mm512_sub_epi32(found, stored), n64);
-    count.found64 += std::popcount(found64);
-    count.found64More += std::popcount(more);
-    const __m512i shorter =
-        _mm512_min_epi32(own, _mm512_load_si512(block.bits + from));
-    // Long ones, or what is known is more than the prefix words.
-    const __mmask16 read =
-        found64 & (_mm512_cmpge_epi32_mask(stored, n64) |
-                   _mm512_cmpgt_epi32_mask(shorter, n64));
-    count.settled += std::popcount(compared) - std::popcount(read);
-    const __m512i known = _mm512_max_epi32(stored, n64);
-    const __m512i start = _mm512_slli_epi32(_mm512_load_si512(block.pos + from), 1);
-    const __m512i skip = _mm512_sub_epi32(
-        known, _mm512_and_si512(_mm512_add_epi32(known, start),
-                                _mm512_set1_epi32(31)));
-    const __m512i last = _mm512_min_epi32(
-        found, _mm512_sub_epi32(shorter, _mm512_set1_epi32(1)));
-    const __m512i examined = _mm512_max_epi32(
-        _mm512_add_epi32(_mm512_srai_epi32(_mm512_sub_epi32(last, skip), 5),
-                         _mm512_set1_epi32(1)),
-        _mm512_setzero_si512());
-    words = _mm512_mask_add_epi32(words, read, words, examined);
-  }
-  count.words += _mm512_reduce_add_epi32(words);
-  return common;
-}
-
+namespace avx512 {
+#include "merge/lanes_avx512.h"
+#include "merge/walk_count_lanes.h"
+}  // namespace avx512
 PALVOR_END
 
 #endif  // PALVOR_HAS_VERSIONS
 
 auto fastest() {
 #if defined(PALVOR_HAS_VERSIONS)
-  if (processor() == Processor::kAvx512) return &countBySixteen;
+  if (processor() == Processor::kAvx512) return &avx512::countByLanes;
+  if (processor() == Processor::kAvx2) return &avx2::countByLanes;
 #endif
   return &countOneByOne;
 }
