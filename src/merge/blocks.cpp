@@ -6,6 +6,8 @@
 
 Block* blockOrder[kMostBlocks] = {};
 constinit int blockCount = 0;
+int32_t leasts[kMostBlocks] = {};
+alignas(64) uint8_t shortLeasts[kMostBlocks + 64] = {};
 
 namespace {
 
@@ -18,10 +20,29 @@ int blocksMade = 0;
 Block* freeBlocks[kMostBlocks];  // made, and not in the order now
 int freeCount = 0;
 
+// Bits 0 to `index` - 1.
+uint64_t bitsBelow(int index) {
+  return index > 0 ? ~uint64_t{0} >> (64 - index) : 0;
+}
+
 void noteBlock(int number) {
   const Block& block = blockAt(number);
   firstKeys[number] = block.key[block.begin];
   counts[number] = block.end - block.begin;
+}
+
+void noteLeast(int number, int least) {
+  leasts[number] = least;
+  shortLeasts[number] = shortLengthOf(least);
+}
+
+void noteLeast(int number) {
+  const Block& block = blockAt(number);
+  int least = std::numeric_limits<int>::max();
+  for (int i = block.begin; i < block.end; i++) {
+    least = std::min(least, lcpBits(block.entry[i]));
+  }
+  noteLeast(number, least);
 }
 
 // Moves what is kept of the blocks from a number on, up or down by one.
@@ -33,6 +54,8 @@ void moveBlocks(int number, int by) {
   move(blockOrder);
   move(firstKeys);
   move(counts);
+  move(leasts);
+  move(shortLeasts);
   blockCount += by;
 }
 
@@ -42,8 +65,9 @@ Block& addBlock(int number) {
   Block* block =
       freeCount > 0 ? freeBlocks[--freeCount] : &blocks[blocksMade++];
   block->begin = block->end = 0;
-  block->least = std::numeric_limits<int>::max();
+  block->unchanged = 0;
   blockOrder[number] = block;
+  noteLeast(number, std::numeric_limits<int>::max());
   return *block;
 }
 
@@ -54,6 +78,7 @@ void copyElements(const Block& from, int begin, int end, Block& to, int at) {
                  static_cast<size_t>(end - begin) * sizeof *target);
   };
   copy(from.key, to.key);
+  copy(from.shortLength, to.shortLength);
   copy(from.entry, to.entry);
   copy(from.own, to.own);
   copy(from.stream, to.stream);
@@ -68,9 +93,11 @@ void split(int number) {
   constexpr int kHalf = kBlockRoom / 2;
   copyElements(lower, kHalf, kBlockRoom, upper, 0);
   lower.end = upper.end = kHalf;
-  upper.least = lower.least;
-  noteBlock(number);
-  noteBlock(number + 1);
+  upper.unchanged = lower.unchanged >> kHalf;
+  for (const int half : {number, number + 1}) {
+    noteBlock(half);
+    noteLeast(half);
+  }
 }
 
 // The place before the first key that is not below the one searched for.
@@ -127,22 +154,26 @@ void putAt(const Place& place, const Element& element) {
   const int elementsBefore = index - block.begin;
   const bool down = block.begin > 0 && (block.end == kBlockRoom ||
                                         elementsBefore < block.end - index);
+  const uint64_t unchangedBefore = block.unchanged & bitsBelow(index);
+  const uint64_t unchangedBehind = block.unchanged & ~unchangedBefore;
   if (down) {
+    block.unchanged = unchangedBefore >> 1 | unchangedBehind;
     copyElements(block, block.begin, index, block, block.begin - 1);
     block.begin--;
     index--;
   } else {
+    block.unchanged = unchangedBefore | unchangedBehind << 1;
     copyElements(block, index, block.end, block, index + 1);
     block.end++;
   }
   block.key[index] = element.key;
-  block.entry[index] = element.entry;
   block.own[index] = element.own;
+  setEntry(block, index, element.entry);
   block.stream[index] = element.stream;
   block.bits[index] = element.bits;
   block.pos[index] = element.pos;
-  block.least = std::min(block.least, lcpBits(element.entry));
   noteBlock(number);
+  noteLeast(number, std::min(leasts[number], lcpBits(element.entry)));
 }
 
 void takeFirst() {

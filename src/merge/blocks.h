@@ -10,6 +10,7 @@
 #ifndef PALVOR_MERGE_BLOCKS_H_
 #define PALVOR_MERGE_BLOCKS_H_
 
+#include <algorithm>
 #include <cstdint>
 
 #include "sources/lcp_entry.h"
@@ -35,7 +36,9 @@ struct Element {
 struct Block {
   int begin;  // elements before it were taken out; 0 but in the first block
   int end;    // elements in use end here
-  int least;  // no entry of the block has fewer bits
+  uint64_t unchanged;  // bit i: `entry` is the same as `own` for element i
+  // What `entry` has, in bits, as shortLengthOf gives it.
+  alignas(64) uint8_t shortLength[kBlockRoom];
   alignas(64) int64_t key[kBlockRoom];
   alignas(64) LcpEntry entry[kBlockRoom];
   alignas(64) LcpEntry own[kBlockRoom];
@@ -50,10 +53,20 @@ struct Place {
   bool operator==(const Place&) const = default;
 };
 
-// The blocks in order, and how many there are. Written by putAt and takeFirst
-// alone, but for the elements' `entry`.
+// The blocks in order, and how many there are. These, and what stands in the
+// blocks, are written by the functions below alone.
 extern Block* blockOrder[kMostBlocks];
 extern int blockCount;
+
+// Of each block in order, the least length of an entry, in bits, and the same
+// as shortLengthOf gives it. Those of the first block may be less.
+extern int32_t leasts[kMostBlocks];
+alignas(64) extern uint8_t shortLeasts[kMostBlocks + 64];
+
+// A length in bits as far as a byte holds it.
+inline uint8_t shortLengthOf(int bits) {
+  return static_cast<uint8_t>(std::min(bits, 255));
+}
 
 inline Block& blockAt(int number) { return *blockOrder[number]; }
 
@@ -96,8 +109,23 @@ inline int64_t keyAt(const Place& place) {
   return blockAt(place.block).key[place.index];
 }
 
-inline LcpEntry& entryAt(const Place& place) {
+inline LcpEntry entryAt(const Place& place) {
   return blockAt(place.block).entry[place.index];
+}
+
+// Sets the entry of a block's element i.
+inline void setEntry(Block& block, int i, LcpEntry entry) {
+  block.entry[i] = entry;
+  block.shortLength[i] = shortLengthOf(lcpBits(entry));
+  const uint64_t bit = uint64_t{1} << i;
+  block.unchanged =
+      entry == block.own[i] ? block.unchanged | bit : block.unchanged & ~bit;
+}
+
+// Sets the entry of the element at a place. Its length must not be below what
+// it was, and an element that has that length must be put before it next.
+inline void setEntry(const Place& place, LcpEntry entry) {
+  setEntry(blockAt(place.block), place.index, entry);
 }
 
 // The place behind all elements whose key is not above `key`, and that before

@@ -66,3 +66,53 @@ inline Ints leastBehind(Ints ints) {
   least = min(least, least.up<2>());
   return min(least, least.up<4>());
 }
+
+struct Bytes {
+  static constexpr int kLanes = 32;
+  __m256i lanes;
+
+  static Bytes load(const uint8_t* numbers) {
+    return {_mm256_load_si256(reinterpret_cast<const __m256i*>(numbers))};
+  }
+  static Bytes all(int number) {
+    return {_mm256_set1_epi8(static_cast<char>(number))};
+  }
+
+  Bytes beginning(int count) const {
+    const __m256i numbers = _mm256_setr_epi8(
+        0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19,
+        20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31);
+    const __m256i last = all(std::min(count, kLanes) - 1).lanes;
+    return {_mm256_or_si256(lanes, _mm256_cmpgt_epi8(numbers, last))};
+  }
+  int first() const {
+    return _mm_cvtsi128_si32(_mm256_castsi256_si128(lanes)) & 0xFF;
+  }
+  Bytes upByHalf() const {
+    return {_mm256_permute2x128_si256(lanes, all(kMostByte).lanes, 0x21)};
+  }
+  Bytes behind() const {
+    return {_mm256_alignr_epi8(upByHalf().lanes, lanes, 1)};
+  }
+  template <int kBy>
+  Bytes upInHalf() const {
+    return {_mm256_alignr_epi8(all(kMostByte).lanes, lanes, kBy)};
+  }
+};
+
+inline Bytes min(Bytes a, Bytes b) {
+  return {_mm256_min_epu8(a.lanes, b.lanes)};
+}
+inline uint64_t isAtMost(Bytes a, Bytes b) {
+  const __m256i isLeast = _mm256_cmpeq_epi8(min(a, b).lanes, a.lanes);
+  return static_cast<uint32_t>(_mm256_movemask_epi8(isLeast));
+}
+inline Bytes leastBehind(Bytes bytes) {
+  Bytes least = min(bytes, bytes.upInHalf<1>());
+  least = min(least, least.upInHalf<2>());
+  least = min(least, least.upInHalf<4>());
+  least = min(least, least.upInHalf<8>());
+  const Bytes ofHalf = {
+      _mm256_shuffle_epi8(least.lanes, _mm256_setzero_si256())};
+  return min(least, ofHalf.upByHalf());
+}

@@ -60,3 +60,62 @@ inline Ints leastBehind(Ints ints) {
   least = min(least, least.up<4>());
   return min(least, least.up<8>());
 }
+
+// Numbers of 8 bits, without a sign.
+struct Bytes {
+  static constexpr int kLanes = 64;
+  __m512i lanes;
+
+  static Bytes load(const uint8_t* numbers) {
+    return {_mm512_load_si512(numbers)};
+  }
+  static Bytes all(int number) {
+    return {_mm512_set1_epi8(static_cast<char>(number))};
+  }
+
+  // With kMostByte in lanes that do not belong to the first `count`, 1 or more.
+  Bytes beginning(int count) const {
+    const auto most = static_cast<uint32_t>(std::min(count, kLanes));
+    return {_mm512_mask_mov_epi8(all(kMostByte).lanes,
+                                 _bzhi_u64(~uint64_t{0}, most), lanes)};
+  }
+  int first() const {
+    return _mm_cvtsi128_si32(_mm512_castsi512_si128(lanes)) & 0xFF;
+  }
+  // For each lane the next one; kMostByte for the last.
+  Bytes behind() const {
+    const __m512i next = _mm512_alignr_epi64(all(kMostByte).lanes, lanes, 2);
+    return {_mm512_alignr_epi8(next, lanes, 1)};
+  }
+  // For each lane the one that many lanes behind it in its quarter, or
+  // kMostByte.
+  template <int kBy>
+  Bytes upInQuarter() const {
+    return {_mm512_alignr_epi8(all(kMostByte).lanes, lanes, kBy)};
+  }
+  // As far as that many quarters behind.
+  template <int kBy>
+  Bytes upByQuarters() const {
+    return {_mm512_alignr_epi64(all(kMostByte).lanes, lanes, 2 * kBy)};
+  }
+};
+
+inline Bytes min(Bytes a, Bytes b) {
+  return {_mm512_min_epu8(a.lanes, b.lanes)};
+}
+inline uint64_t isAtMost(Bytes a, Bytes b) {
+  return _mm512_cmple_epu8_mask(a.lanes, b.lanes);
+}
+// For each lane the least of it and those behind it.
+inline Bytes leastBehind(Bytes bytes) {
+  Bytes least = min(bytes, bytes.upInQuarter<1>());
+  least = min(least, least.upInQuarter<2>());
+  least = min(least, least.upInQuarter<4>());
+  least = min(least, least.upInQuarter<8>());
+  const Bytes ofQuarter = {
+      _mm512_shuffle_epi8(least.lanes, _mm512_setzero_si512())};
+  Bytes ofNext = ofQuarter.upByQuarters<1>();
+  ofNext = min(ofNext, ofNext.upByQuarters<1>());
+  ofNext = min(ofNext, ofNext.upByQuarters<2>());
+  return min(least, ofNext);
+}

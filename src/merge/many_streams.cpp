@@ -110,8 +110,8 @@ constexpr int kComparisonsOfAWalk = 2;
 Found placeAmongEqualKeys(const Arrival& arrival, const Place& from,
                           const Place& to) {
   Place place = from;
-  int shared =
-      from == firstPlace() ? lcpBits(arrival.own) : sharedByKey(arrival, before(from));
+  int shared = from == firstPlace() ? lcpBits(arrival.own)
+                                    : sharedByKey(arrival, before(from));
   for (; !(place == to); place = after(place)) {
     const int bits = bitsAt(place);
     if (isLong(bits) || bits > arrival.bits) break;
@@ -147,23 +147,6 @@ Found findPlace(const Arrival& arrival) {
   return {behind, sharedByKey(arrival, previous), -1};
 }
 
-// Counts the comparisons with the suffixes before a place, with the last of
-// which the arrival shares `common` bits.
-void countWalk(WalkCount& count, const Arrival& arrival, const Place& place,
-               int common) {
-  for (int number = place.block; number >= 0; number--) {
-    Block& block = blockAt(number);
-    if (block.least > common) continue;
-    const int end = number == place.block ? place.index : block.end;
-    const int comparisons = count.comparisons;
-    common = countInBlock(count, block, end, arrival.bits, common);
-    // Now it is known exactly, or need not be looked through for this again.
-    if (end == block.end) {
-      block.least = comparisons < count.comparisons ? common : common + 1;
-    }
-  }
-}
-
 void addToCounters(const WalkCount& count) {
   nncmp += count.comparisons;
   nnac += count.found64;
@@ -192,9 +175,9 @@ LcpEntry relate(const Arrival& arrival, Found found) {
     countComparison(count, blockAt(found.place.block), found.place.index,
                     arrival.bits, found.withPrevious, found.withNext);
     entry = entryAt(found.place);
-    entryAt(found.place) = entryWith(arrival, found.place, found.withNext);
+    setEntry(found.place, entryWith(arrival, found.place, found.withNext));
   }
-  countWalk(count, arrival, found.place, found.withPrevious);
+  countWalk(count, found.place, arrival.bits, found.withPrevious);
   addToCounters(count);
   nlcmp += rankOf(found.place) + (hasNext ? 1 : 0);
   return entry;

@@ -2,8 +2,8 @@
 // merge/few_streams.h looks at: the prefix words are searched for
 // (merge/blocks.h), and where several suffixes share them all, their strings.
 //
-// The comparisons that a walk of the list would have made are counted afterwards
-// (merge/walk_count.h).
+// The comparisons that a walk of the list would have made are counted
+// afterwards (merge/walk_count.h).
 
 #ifndef PALVOR_MERGE_MANY_STREAMS_H_
 #define PALVOR_MERGE_MANY_STREAMS_H_

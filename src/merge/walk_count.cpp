@@ -14,17 +14,22 @@
 
 namespace {
 
+// Where there is no number.
 constexpr int kMostInt = std::numeric_limits<int>::max();
+constexpr int kMostByte = 255;
 
-int countOneByOne(WalkCount& count, const Block& block, int end, int bits,
-                  int common) {
-  for (int index = end - 1; index >= block.begin; index--) {
-    const int stored = lcpBits(block.entry[index]);
-    if (stored > common) continue;
-    countComparison(count, block, index, bits, stored, common);
-    common = stored;
+void countOneByOne(WalkCount& count, const Place& place, int bits, int common) {
+  for (int number = place.block; number >= 0; number--) {
+    if (leasts[number] > common) continue;
+    const Block& block = blockAt(number);
+    const int end = number == place.block ? place.index : block.end;
+    for (int index = end - 1; index >= block.begin; index--) {
+      const int stored = lcpBits(block.entry[index]);
+      if (stored > common) continue;
+      countComparison(count, block, index, bits, stored, common);
+      common = stored;
+    }
   }
-  return common;
 }
 
 #if defined(PALVOR_HAS_VERSIONS)
@@ -73,5 +78,5 @@ void countComparison(WalkCount& count, const Block& block, int index, int bits,
   }
 }
 
-int (*const countInBlock)(WalkCount& count, const Block& block, int end,
-                          int bits, int common) = fastest();
+void (*const countWalk)(WalkCount& count, const Place& place, int bits,
+                        int common) = fastest();

@@ -26,10 +26,9 @@ struct WalkCount {
 void countComparison(WalkCount& count, const Block& block, int index, int bits,
                      int known, int common);
 
-// Counts those with the suffixes of a block before index `end`, the last of
-// which shares `common` bits with the new suffix. Returns what the suffix before
-// the block shares with it.
-extern int (*const countInBlock)(WalkCount& count, const Block& block, int end,
-                                 int bits, int common);
+// Counts those with the suffixes before a place, the last of which shares
+// `common` bits with the new suffix, whose length is `bits`.
+extern void (*const countWalk)(WalkCount& count, const Place& place, int bits,
+                               int common);
 
 #endif  // PALVOR_MERGE_WALK_COUNT_H_

@@ -1,4 +1,4 @@
-// countInBlock, as many suffixes at a time as there are lanes. Included by
+// countWalk, as many suffixes at a time as there are lanes. Included by
 // merge/walk_count.cpp alone, once for each kind of processor, behind the lanes
 // that are written for it (merge/lanes_avx512.h).
 
@@ -40,8 +40,10 @@ inline Ints countLong(WalkCount& count, const Block& block, int from, int bits,
   return Ints::choose(read, words, Ints::all(0));
 }
 
-// countInBlock (merge/walk_count.h).
-inline int countByLanes(WalkCount& count, const Block& block, int end, int bits,
+// Counts comparisons with the suffixes of a block before index `end`, the last
+// of which shares `common` bits with the new suffix. Returns what the suffix
+// before the block shares with it.
+inline int countInBlock(WalkCount& count, const Block& block, int end, int bits,
                         int common) {
   Ints words = Ints::all(0);
   for (int from = (end - 1) & -Ints::kLanes; from > block.begin - Ints::kLanes;
@@ -69,4 +71,67 @@ inline int countByLanes(WalkCount& count, const Block& block, int end, int bits,
   }
   count.words += words.sum();
   return common;
+}
+
+// Which of the lengths before index `end` are not above `common` nor those
+// behind them; a bit for each lane of those that begin at index `from`. Lowers
+// `common` to the least of these lanes.
+inline uint64_t leastOf(const uint8_t* lengths, int from, int end,
+                        int& common) {
+  const Bytes stored = Bytes::load(lengths + from).beginning(end - from);
+  const Bytes least = leastBehind(stored);
+  const Bytes found = min(least.behind(), Bytes::all(common));
+  common = std::min(common, least.first());
+  return isAtMost(stored, found);
+}
+
+// As countInBlock, for less than 64 common bits. The prefix words settle all
+// comparisons then.
+inline int countShortInBlock(WalkCount& count, const Block& block, int end,
+                             int common) {
+  uint64_t compared = 0;
+  for (int from = kBlockRoom - Bytes::kLanes; from >= 0;
+       from -= Bytes::kLanes) {
+    if (Bytes::kLanes < kBlockRoom && from >= end) continue;
+    compared |= leastOf(block.shortLength, from, end, common) << from;
+  }
+  compared &= ~uint64_t{0} << block.begin;
+  const int comparisons = std::popcount(compared);
+  count.comparisons += comparisons;
+  count.settled += comparisons;
+  count.unchanged += std::popcount(compared & block.unchanged);
+  return common;
+}
+
+// Counts comparisons with the suffixes of all blocks before a number, the last
+// of which shares `common` bits, less than 64.
+inline void countShortBefore(WalkCount& count, int number, int common) {
+  for (int from = (number - 1) & -Bytes::kLanes; from >= 0;
+       from -= Bytes::kLanes) {
+    int entering = common;
+    uint64_t blocks = leastOf(shortLeasts, from, number, common);
+    while (blocks != 0) {
+      const int lane = 63 - std::countl_zero(blocks);
+      const Block& block = blockAt(from + lane);
+      entering = countShortInBlock(count, block, block.end, entering);
+      blocks ^= uint64_t{1} << lane;
+    }
+  }
+}
+
+// countWalk (merge/walk_count.h).
+void countByLanes(WalkCount& count, const Place& place, int bits, int common) {
+  int number = place.block;
+  int end = place.index;
+  for (; number >= 0 && common > 63; number--) {
+    if (number != place.block) end = blockAt(number).end;
+    if (leasts[number] <= common) {
+      common = countInBlock(count, blockAt(number), end, bits, common);
+    }
+  }
+  if (number == place.block) {
+    common = countShortInBlock(count, blockAt(number), end, common);
+    number--;
+  }
+  countShortBefore(count, number + 1, common);
 }
