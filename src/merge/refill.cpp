@@ -12,7 +12,6 @@
 #include "sources/strings.h"
 #include "sources/suffix_streams.h"
 #include "support/clocks.h"
-#include "support/prefetch.h"
 
 constinit int lcpTime = 0;
 constinit bool streamsAscend = true;
@@ -21,16 +20,7 @@ namespace {
 
 constexpr int kSampling = 64;  // comparisons for each one timed
 
-// Records between the one to come next and the one whose words are asked for:
-// early enough to arrive in time, late enough not to be pushed out again.
-constexpr int kAhead = 2;
-
 long long lcpRemainder = 0;  // nanoseconds not yet in `lcpTime`
-
-// Asks early for the first word of a suffix that its prefix words don't hold.
-[[gnu::always_inline]] inline void prefetchWords(const Suffix& suffix) {
-  prefetch(binaryString[inputNumber(suffix)] + ((2 * suffix.pos) >> 5) + 2);
-}
 
 // Nanoseconds that a clock reading itself adds to what is timed.
 long long clockCost() {
@@ -96,11 +86,6 @@ void addLcpTime(long long nanoseconds) {
   lcpRemainder += nanoseconds;
   lcpTime += static_cast<int>(lcpRemainder / 1'000'000);
   lcpRemainder %= 1'000'000;
-}
-
-void prefetchAhead(int k) {
-  const int ahead = sufps[k] + kAhead;
-  if (ahead < admittedRecords(k)) prefetchWords(sufbs[k][ahead]);
 }
 
 LcpEntry refillEntry(int k) {

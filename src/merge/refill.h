@@ -5,6 +5,9 @@
 #define PALVOR_MERGE_REFILL_H_
 
 #include "sources/lcp_entry.h"
+#include "sources/strings.h"
+#include "sources/suffix_streams.h"
+#include "support/prefetch.h"
 
 // Wall-clock milliseconds spent obtaining LCP values, over the whole run.
 // Written by addLcpTime alone.
@@ -20,10 +23,24 @@ extern bool streamsAscend;
 // Adds nanoseconds to `lcpTime`; nothing is lost to rounding.
 void addLcpTime(long long nanoseconds);
 
+// Records between the one to come next and the one whose words are asked for:
+// early enough to arrive in time, late enough not to be pushed out again.
+constexpr int kRecordsAhead = 2;
+
+constexpr int kCacheLineWords = 16;
+
 // Asks for the string words that the ordering will read first if a record of
 // stream k soon to come meets one that shares its prefix words in another
 // stream.
-void prefetchAhead(int k);
+[[gnu::always_inline]] inline void prefetchAhead(int k) {
+  const int ahead = sufps[k] + kRecordsAhead;
+  if (ahead >= admittedRecords(k)) return;
+  const Suffix& suffix = sufbs[k][ahead];
+  const unsigned* words =
+      binaryString[inputNumber(suffix)] + ((2 * suffix.pos) >> 5) + 2;
+  prefetch(words);
+  prefetch(words + kCacheLineWords);
+}
 
 // The LCP entry of the record that stream k handed out last and the one before
 // it, which is `currSuffix`: computed, or with `Manzini` read. To be asked

@@ -66,11 +66,19 @@ void joinGroup(const Suffix& suffix, int lcp) {
   nnode++;
 }
 
-// Deepest entry of the path at depth `lcp` or above it.
-int walkUp(int lcp) {
-  int j = pathCounter - 1;
-  while (j > 0 && lastPath[j].depth > lcp) j--;
-  return j;
+// Where the new leaf's branch leaves the path.
+struct Foot {
+  int entry;   // the deepest entry of the path at depth `lcp` or above it
+  int height;  // that of the entry above it (heightAbove); -1 if it is the top
+};
+
+// One walk finds both, since its length cannot be foreseen.
+Foot findFoot(int lcp) {
+  Foot foot = {pathCounter - 1, -1};
+  for (; lastPath[foot.entry].depth > lcp && foot.entry > 0; foot.entry--) {
+    foot.height = std::max(lastPath[foot.entry].height, foot.height + 1);
+  }
+  return foot;
 }
 
 // Shortens the edge of a record and of its group.
@@ -79,15 +87,17 @@ void shortenEdges(TreeNode* head, int bits) {
   for (head->edge = edge; hasNext(*head); head->edge = edge) head++;
 }
 
-void splitEdge(const Suffix& suffix, int len, int lcp, int j) {
+void splitEdge(const Suffix& suffix, int len, int lcp, Foot foot) {
+  const int j = foot.entry;
   case6++;
   TreeNode* const parent = lastPath[j].node;
   const int depth = lastPath[j].depth;
   if (isLeaf(*parent)) {
     die("leaf node above split?? nnode=%d nsuff=%d\n", nnode, nsuff);
   }
-  const bool right = rightChild(*parent) != 0;
-  const int child = right ? rightChild(*parent) : leftChild(*parent);
+  // To the right wherever there is one, which cannot be foreseen either.
+  uint32_t& link = parent->right >> 2 != 0 ? parent->right : parent->left;
+  const int child = static_cast<int>(link >> 2);
   if (child == 0) die("problem in case 6\n");
   testLcpFits(lcp, len);
 
@@ -98,11 +108,7 @@ void splitEdge(const Suffix& suffix, int len, int lcp, int j) {
   setLeftChild(treeBuff[middle], child);
   setRightChild(treeBuff[middle], leaf);
   treeBuff[leaf] = makeLeaf(suffix, len - lcp);
-  if (right) {
-    setRightChild(*parent, middle);
-  } else {
-    setLeftChild(*parent, middle);
-  }
+  link = static_cast<uint32_t>(middle) << 2 | (link & 3);
   shortenEdges(&treeBuff[child], lcp - depth);
   if (compact != 0) {
     addHT(0, child - middle);
@@ -110,8 +116,7 @@ void splitEdge(const Suffix& suffix, int len, int lcp, int j) {
       addHT(2, static_cast<int>(treeBuff[child].edge));
     }
   }
-  const int childHeight = heightAbove(j);
-  pushPath(j + 1, &treeBuff[middle], lcp, childHeight + 1);
+  pushPath(j + 1, &treeBuff[middle], lcp, foot.height + 1);
   pushPath(j + 2, &treeBuff[leaf], len, 0);
 }
 
@@ -138,7 +143,8 @@ void extendLeaf(const Suffix& suffix, int len, int lcp, int fb, int j) {
   pushPath(j + 1, &treeBuff[leaf], len, 0);
 }
 
-void branchOff(const Suffix& suffix, int len, int lcp, int fb, int j) {
+void branchOff(const Suffix& suffix, int len, int lcp, int fb, Foot foot) {
+  const int j = foot.entry;
   TreeNode* const parent = lastPath[j].node;
   const int left = leftChild(*parent);
   if (compact != 0 && left != 0) {
@@ -155,7 +161,7 @@ void branchOff(const Suffix& suffix, int len, int lcp, int fb, int j) {
   testLcpFits(lcp, len);
   treeBuff[leaf] = makeLeaf(suffix, len - lcp);
   setRightChild(*parent, leaf);
-  lastPath[j].height = std::max(lastPath[j].height, heightAbove(j) + 1);
+  lastPath[j].height = std::max(lastPath[j].height, foot.height + 1);
   pushPath(j + 1, &treeBuff[leaf], len, 0);
 }
 
@@ -181,18 +187,19 @@ void insertSuffix(const Suffix& suffix, int len, int lcp, int fb) {
     joinGroup(suffix, lcp);
     return;
   }
-  const int j = walkUp(lcp);
+  const Foot foot = findFoot(lcp);
+  const int j = foot.entry;
   currPath = j;
   if (compact != 0) {
     for (int m = pathCounter - 2; m > j; m--) registerLink(m);
   }
   growPath(j + 3);
   if (lastPath[j].depth < lcp) {
-    splitEdge(suffix, len, lcp, j);
+    splitEdge(suffix, len, lcp, foot);
   } else if (isLeaf(*lastPath[j].node)) {
     extendLeaf(suffix, len, lcp, fb, j);
   } else {
-    branchOff(suffix, len, lcp, fb, j);
+    branchOff(suffix, len, lcp, fb, foot);
   }
   maxPath = std::max(maxPath, pathCounter);
 }
