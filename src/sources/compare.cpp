@@ -35,7 +35,7 @@ inline Parting compareSlices(const Stretch& a, const Stretch& b, int from,
 
 // Slices compared before the long matches are asked: a shorter match is read
 // sooner than looked up.
-constexpr int kPatience = 64;
+constexpr int kPatience = 128;
 
 // Compares slices kPatience to n - 1 of the stretches that begin at two places
 // and are `common` bits long, passing over what is known to match.

@@ -62,7 +62,16 @@ PALVOR_AVX512_BEGIN
 
 constexpr int kSixteen = 16;
 
-inline __m512i sixteenSlices(const Stretch& stretch, int w, __mmask16 lanes) {
+// Slices w to w + 15.
+inline __m512i sixteenSlices(const Stretch& stretch, int w) {
+  const unsigned* words = stretch.words + w;
+  return _mm512_shldv_epi32(_mm512_loadu_si512(words),
+                            _mm512_loadu_si512(words + 1),
+                            _mm512_set1_epi32(static_cast<int>(stretch.shift)));
+}
+
+// Those of them that `lanes` names. What lies behind the string is not read.
+inline __m512i someSlices(const Stretch& stretch, int w, __mmask16 lanes) {
   const unsigned* words = stretch.words + w;
   return _mm512_shldv_epi32(_mm512_maskz_loadu_epi32(lanes, words),
                             _mm512_maskz_loadu_epi32(lanes, words + 1),
@@ -70,15 +79,17 @@ inline __m512i sixteenSlices(const Stretch& stretch, int w, __mmask16 lanes) {
 }
 
 int differenceBySixteen(const Stretch& a, const Stretch& b, int from, int to) {
-  for (int w = from; w < to; w += kSixteen) {
-    // What lies behind the string must not be read.
-    const auto lanes =
-        static_cast<__mmask16>((1U << std::min(to - w, kSixteen)) - 1);
-    const __mmask16 found = _mm512_cmpneq_epi32_mask(
-        sixteenSlices(a, w, lanes), sixteenSlices(b, w, lanes));
+  int w = from;
+  for (; w + kSixteen <= to; w += kSixteen) {
+    const __mmask16 found =
+        _mm512_cmpneq_epi32_mask(sixteenSlices(a, w), sixteenSlices(b, w));
     if (found != 0) return w + std::countr_zero(found);
   }
-  return to;
+  if (w == to) return to;
+  const auto lanes = static_cast<__mmask16>((1U << (to - w)) - 1);
+  const __mmask16 found = _mm512_cmpneq_epi32_mask(someSlices(a, w, lanes),
+                                                   someSlices(b, w, lanes));
+  return found != 0 ? w + std::countr_zero(found) : to;
 }
 
 PALVOR_END
