@@ -102,11 +102,11 @@ template <int kRoom>
 template <int kRoom>
 void mergeListed() {
   Listed listed = takeUpList();
+  const bool array = sarray != 0;
   while (listed.count > 0 && streamsAscend) {
     const int k = listed.streamAt(0);
-    const Suffix suffix = *Suffixes[k];
-    currSuffix = suffix;
-    emit(suffix, listedEntries[0]);
+    currSuffix = *Suffixes[k];
+    emit(currSuffix, listedEntries[0]);
     if (lcpBits(listedEntries[0]) >= 64) prefetchAhead(k);
     Suffixes[k] = getNextSuf(k);
     if (Suffixes[k] == nullptr) {
@@ -115,8 +115,8 @@ void mergeListed() {
       nsuff++;
       listed = moveHead<kRoom>(listed, k, *Suffixes[k]);
     }
-    lastSuffix = suffix;
-    if (treeIsFull()) closeTree();
+    lastSuffix = currSuffix;
+    if (!array && treeIsFull()) closeTree();
   }
   writeList(listed);
 }
