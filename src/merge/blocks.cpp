@@ -1,8 +1,15 @@
 #include "merge/blocks.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <limits>
+
+#include "support/processor.h"
+
+#if defined(PALVOR_HAS_VERSIONS)
+#include <immintrin.h>
+#endif
 
 Block* blockOrder[kMostBlocks] = {};
 constinit int blockCount = 0;
@@ -11,9 +18,12 @@ alignas(64) uint8_t shortLeasts[kMostBlocks + 64] = {};
 
 namespace {
 
+// More than there are blocks, for those who read many at a time.
+constexpr int kRoomOfTables = kMostBlocks + 64;
+
 // Of the blocks in order, side by side for the searches.
-int64_t firstKeys[kMostBlocks];
-int32_t counts[kMostBlocks];
+alignas(64) int64_t firstKeys[kRoomOfTables];
+alignas(64) int32_t counts[kRoomOfTables];
 
 Block blocks[kMostBlocks];
 int blocksMade = 0;
@@ -31,6 +41,7 @@ void noteBlock(int number) {
   counts[number] = block.end - block.begin;
 }
 
+// The least length of a block's entries is known, or has to be looked for.
 void noteLeast(int number, int least) {
   leasts[number] = least;
   shortLeasts[number] = shortLengthOf(least);
@@ -121,19 +132,75 @@ Place search(IsBelow isBelow) {
   return {number, index + (isBelow(block.key[index]) ? 1 : 0)};
 }
 
+#if defined(PALVOR_HAS_VERSIONS)
+
+PALVOR_AVX2_BEGIN
+namespace avx2 {
+#include "merge/lanes_avx2.h"
+// The lanes come first.
+#include "merge/blocks_lanes.h"
+}  // namespace avx2
+PALVOR_END
+
+PALVOR_AVX512_BEGIN
+namespace avx512 {
+#include "merge/lanes_avx512.h"
+// The lanes come first.
+#include "merge/blocks_lanes.h"
+}  // namespace avx512
+PALVOR_END
+
+#endif  // PALVOR_HAS_VERSIONS
+
+// What is kept of few blocks is likely to have been written just now, number by
+// number, and would have to reach the cache before many can be read at once.
+constexpr int kFewBlocks = 16;
+
+// For many blocks; null if there is nothing better than what few have.
+struct Versions {
+  Place (*placeBefore)(int64_t key) = nullptr;
+  int (*elementsBeforeBlock)(int number) = nullptr;
+};
+
+Versions fastest() {
+#if defined(PALVOR_HAS_VERSIONS)
+  if (processor() == Processor::kAvx512) {
+    return {&avx512::placeBeforeByLanes, &avx512::elementsBeforeBlock};
+  }
+  if (processor() == Processor::kAvx2) {
+    return {&avx2::placeBeforeByLanes, &avx2::elementsBeforeBlock};
+  }
+#endif
+  return {};
+}
+
+const Versions forMany = fastest();
+
+// Whether they are to be used. What is kept of few blocks is likely to have
+// been written just now, number by number, and would have to reach the cache
+// before many can be read at once.
+bool amongManyBlocks() {
+  return blockCount >= 16 && forMany.placeBefore != nullptr;
+}
+
 }  // namespace
 
 Place placeBehind(int64_t key) {
+  if (amongManyBlocks() && key < std::numeric_limits<int64_t>::max()) {
+    return forMany.placeBefore(key + 1);
+  }
   return search([=](int64_t other) { return other <= key; });
 }
 
 Place placeBefore(int64_t key) {
+  if (amongManyBlocks()) return forMany.placeBefore(key);
   return search([=](int64_t other) { return other < key; });
 }
 
 int rankOf(const Place& place) {
   int rank = place.index;
   if (place.block < blockCount) rank -= blockAt(place.block).begin;
+  if (amongManyBlocks()) return rank + forMany.elementsBeforeBlock(place.block);
   for (int number = 0; number < place.block; number++) rank += counts[number];
   return rank;
 }

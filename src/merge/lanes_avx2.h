@@ -1,5 +1,8 @@
 // Several numbers at a time for processors with AVX2 (merge/lanes_avx512.h).
 
+constexpr int kMostInt = std::numeric_limits<int>::max();
+constexpr int kMostByte = 255;
+
 struct Ints {
   static constexpr int kLanes = 8;
   __m256i lanes;
@@ -115,4 +118,17 @@ inline Bytes leastBehind(Bytes bytes) {
   const Bytes ofHalf = {
       _mm256_shuffle_epi8(least.lanes, _mm256_setzero_si256())};
   return min(least, ofHalf.upByHalf());
+}
+
+constexpr int kKeysAtOnce = 16;
+inline uint64_t keysBelow(const int64_t* keys, int64_t key) {
+  const __m256i wanted = _mm256_set1_epi64x(key);
+  const auto four = [=](int from) {
+    const __m256i below = _mm256_cmpgt_epi64(
+        wanted,
+        _mm256_loadu_si256(reinterpret_cast<const __m256i*>(keys + from)));
+    return static_cast<uint32_t>(
+        _mm256_movemask_pd(_mm256_castsi256_pd(below)));
+  };
+  return four(0) | four(4) << 4 | four(8) << 8 | four(12) << 12;
 }

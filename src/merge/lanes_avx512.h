@@ -1,7 +1,11 @@
 // Several numbers at a time, each in a lane, for processors with AVX-512.
 // merge/lanes_avx2.h has the same functions for fewer lanes. Both are included
-// by merge/walk_count.cpp alone, each in a namespace of its own, before the
-// code that is written once for all lanes.
+// by merge/blocks.cpp and merge/walk_count.cpp alone, each in a namespace of
+// its own, before the code that is written once for all lanes.
+
+// What lanes without a number hold.
+constexpr int kMostInt = std::numeric_limits<int>::max();
+constexpr int kMostByte = 255;
 
 // 32-bit numbers. Bit i of a result, or of `which`, stands for lane i.
 struct Ints {
@@ -118,4 +122,14 @@ inline Bytes leastBehind(Bytes bytes) {
   ofNext = min(ofNext, ofNext.upByQuarters<1>());
   ofNext = min(ofNext, ofNext.upByQuarters<2>());
   return min(least, ofNext);
+}
+
+// Which of kKeysAtOnce keys are below one; a bit for each.
+constexpr int kKeysAtOnce = 32;
+inline uint64_t keysBelow(const int64_t* keys, int64_t key) {
+  const __m512i wanted = _mm512_set1_epi64(key);
+  const auto eight = [=](int from) -> uint64_t {
+    return _mm512_cmplt_epi64_mask(_mm512_loadu_si512(keys + from), wanted);
+  };
+  return eight(0) | eight(8) << 8 | eight(16) << 16 | eight(24) << 24;
 }
