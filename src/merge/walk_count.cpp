@@ -14,10 +14,6 @@
 
 namespace {
 
-// Where there is no number.
-constexpr int kMostInt = std::numeric_limits<int>::max();
-constexpr int kMostByte = 255;
-
 void countOneByOne(WalkCount& count, const Place& place, int bits, int common) {
   for (int number = place.block; number >= 0; number--) {
     if (leasts[number] > common) continue;
