@@ -1,10 +1,9 @@
 #include "merge/few_streams.h"
 
+#include "support/intrinsics.h"
 #include "support/processor.h"
 
 #if defined(PALVOR_HAS_VERSIONS)
-
-#include <immintrin.h>
 
 #include <algorithm>
 #include <bit>

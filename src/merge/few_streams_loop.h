@@ -24,22 +24,22 @@ template <int kRoom>
     if (shared > lcpBits(stored)) break;
     if (shared < lcpBits(stored)) continue;
     compared |= 1U << place;
-    int firstbit = 0;
     const int stream = listed.streamAt(place);
-    const int after = ZEPCompare(Suffixes[stream], &suffix, &firstbit, shared);
-    if (comLCP >= 64) nnac++;
-    if (comLCP >= shared + 64) nnrc++;
-    const LcpEntry found = comparedEntry(firstbit);
-    if (after != 0) {
+    const Comparison found =
+        compareEqualKeys(*Suffixes[stream], suffix, shared);
+    if (found.common >= 64) nnac++;
+    if (found.common >= shared + 64) nnrc++;
+    const LcpEntry entry = fittingEntry(found.common, found.firstbit ? 1 : 0);
+    if (found.after) {
       move.entry = stored;
       move.changed = 1U << place;
-      move.nextEntry = found;
+      move.nextEntry = entry;
       // No longer than before, if the new suffix ends there.
-      if (found == LOCP[stream]) move.restored = move.changed;
+      if (entry == LOCP[stream]) move.restored = move.changed;
       break;
     }
-    move.entry = found;
-    shared = comLCP;
+    move.entry = entry;
+    shared = found.common;
   }
   nncmp += std::popcount(compared);
   nnoc += std::popcount(compared & listed.unchanged);

@@ -23,9 +23,10 @@ struct Parting {
   bool after;  // a has the 1 there
 };
 
-// Compares slices `from` to `to` - 1; see firstDifference.
-inline Parting compareSlices(const Stretch& a, const Stretch& b, int from,
-                             int to) {
+// Compares slices `from` to `to` - 1, if any; see firstDifference.
+inline Parting compareSlices(Stretch a, Stretch b, int from, int to) {
+  // What is said to be known can be more than there is.
+  if (from >= to) return {0, false, false};
   const int w = firstDifference(a, b, from, to);
   if (w == to) return {0, false, false};
   const uint32_t x = a.slice(w);
@@ -39,9 +40,8 @@ constexpr int kPatience = 128;
 
 // Compares slices kPatience to n - 1 of the stretches that begin at two places
 // and are `common` bits long, passing over what is known to match.
-[[gnu::noinline]] Parting compareOn(BitPlace placeA, const Stretch& a,
-                                    BitPlace placeB, const Stretch& b, int n,
-                                    int common) {
+[[gnu::noinline]] Parting compareOn(BitPlace placeA, Stretch a, BitPlace placeB,
+                                    Stretch b, int n, int common) {
   Parting parting{};
   int readTo = n;  // slices before it were read
   int w = kPatience;
@@ -68,22 +68,53 @@ inline Parting compareWords(uint32_t x, uint32_t y, int w) {
   return {32 * w + nb32(x ^ y), true, x > y};
 }
 
+// Zero bits follow the end of a string, so a difference past the shorter
+// suffix's end still says which is the longer.
+inline Comparison conclude(const Parting& parting, int restA, int restB,
+                           int skip) {
+  const int shorter = std::min(restA, restB);
+  const bool inside = parting.differ && parting.bit < shorter - skip;
+  return {inside ? skip + parting.bit : shorter, inside,
+          parting.differ ? parting.after : restA > restB,
+          !parting.differ && restA == restB};
+}
+
 // Words that cover `bits` bits; not above 0 if there are none.
 inline int wordsOver(int bits) { return ((bits - 1) >> 5) + 1; }
 
 }  // namespace
 
+Comparison compareStrings(const Suffix& a, const Suffix& b, int known) {
+  const int restA = remainingBits(a);
+  const int restB = remainingBits(b);
+  const unsigned startA = 2 * a.pos;
+  // The longest step within the known bits that takes a to a word boundary.
+  const unsigned skip =
+      noprefix == 0 ? ((static_cast<unsigned>(known) + startA) & ~31U) - startA
+                    : 0;
+  const BitPlace placeA = {inputNumber(a), startA + skip};
+  const BitPlace placeB = {inputNumber(b), 2 * b.pos + skip};
+  const Stretch readA(binaryString[placeA.input], placeA.bit);
+  const Stretch readB(binaryString[placeB.input], placeB.bit);
+  const int rest = std::min(restA, restB) - static_cast<int>(skip);
+  const int words = wordsOver(rest);
+  Parting parting = compareSlices(readA, readB, 0, std::min(words, kPatience));
+  if (!parting.differ && words > kPatience) {
+    parting = compareOn(placeA, readA, placeB, readB, words, rest);
+  }
+  // Words passed over as known to match count as examined.
+  tngb += parting.differ ? (parting.bit >> 5) + 1 : std::max(words, 0);
+  return conclude(parting, restA, restB, static_cast<int>(skip));
+}
+
 int ZEPCompare(const Suffix* a, const Suffix* b, int* fb, int known) {
   const int restA = remainingBits(*a);
   const int restB = remainingBits(*b);
-  const int shorter = std::min(restA, restB);
-  const unsigned startA = 2 * a->pos;
-  int skip = 0;
-  Parting parting{};
-
   bool settled = false;  // by the prefix words
+  Comparison found{};
   if (noprefix == 0 && known <= 63) {
-    const int words = wordsOver(shorter);
+    const int words = wordsOver(std::min(restA, restB));
+    Parting parting{};
     settled = true;
     if (a->prefix0 != b->prefix0) {
       parting = compareWords(a->prefix0, b->prefix0, 0);
@@ -93,40 +124,21 @@ int ZEPCompare(const Suffix* a, const Suffix* b, int* fb, int known) {
       settled = false;
       known = 64;
     }
+    if (settled) found = conclude(parting, restA, restB, 0);
   }
-
   if (settled) {
     np2++;
   } else {
-    // The longest step within the known bits that takes a to a word boundary.
-    if (noprefix == 0) {
-      skip = static_cast<int>(((static_cast<unsigned>(known) + startA) & ~31U) -
-                              startA);
-    }
-    const auto step = static_cast<unsigned>(skip);
-    const BitPlace placeA = {inputNumber(*a), startA + step};
-    const BitPlace placeB = {inputNumber(*b), 2 * b->pos + step};
-    const Stretch readA(binaryString[placeA.input], placeA.bit);
-    const Stretch readB(binaryString[placeB.input], placeB.bit);
-    const int words = wordsOver(shorter - skip);
-    parting = compareSlices(readA, readB, 0, std::min(words, kPatience));
-    if (!parting.differ && words > kPatience) {
-      parting = compareOn(placeA, readA, placeB, readB, words, shorter - skip);
-    }
-    // Words passed over as known to match count as examined.
-    tngb += parting.differ ? (parting.bit >> 5) + 1 : std::max(words, 0);
+    found = compareStrings(*a, *b, known);
   }
 
-  // Zero bits follow the end of a string, so a difference past the shorter
-  // suffix's end still says which is the longer.
-  const bool inside = parting.differ && parting.bit < shorter - skip;
   if (fb != nullptr) {
-    *fb = inside ? 1 : 0;
-    comLCP = inside ? skip + parting.bit : shorter;
+    *fb = found.firstbit ? 1 : 0;
+    comLCP = found.common;
+  } else if (found.equal) {
+    return inputNumber(*a) > inputNumber(*b) ? 1 : 0;
   }
-  if (parting.differ) return parting.after ? 1 : 0;
-  if (restA != restB || fb != nullptr) return restA > restB ? 1 : 0;
-  return inputNumber(*a) > inputNumber(*b) ? 1 : 0;
+  return found.after ? 1 : 0;
 }
 
 LcpEntry fittingEntry(int bits, int firstbit) {

@@ -66,6 +66,34 @@ inline int compareSuffixes(const Suffix* a, const Suffix* b, int* fb,
   return keyA > keyB ? 1 : 0;
 }
 
+// What a comparison finds.
+struct Comparison {
+  int common;     // bits that the suffixes share
+  bool firstbit;  // they part before the shorter one ends
+  bool after;     // the first one sorts after the second
+  bool equal;     // neither sorts after the other
+};
+
+// Compares the strings of two suffixes, `known` bits of which are known to be
+// equal, without a look at their prefix words. Counts as ZEPCompare does.
+Comparison compareStrings(const Suffix& a, const Suffix& b, int known);
+
+// As ZEPCompare with an `fb`, for suffixes of equal prefix words that are 64
+// bits long or more, without `noprefix`. Leaves comLCP alone.
+inline Comparison compareEqualKeys(const Suffix& a, const Suffix& b,
+                                   int known) {
+  if (known < 64) {
+    const int bitsA = remainingBits(a);
+    const int bitsB = remainingBits(b);
+    if (std::min(bitsA, bitsB) == 64) {
+      np2++;
+      return {64, false, bitsA > bitsB, bitsA == bitsB};
+    }
+    known = 64;
+  }
+  return compareStrings(a, b, known);
+}
+
 // What ZEPCompare counts, without `noprefix`, when it compares `a` with another
 // suffix, `known` bits being known, and finds that they share `common` bits;
 // `shorter` is the shorter one's length, in bits. First whether the prefix

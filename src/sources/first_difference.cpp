@@ -3,23 +3,20 @@
 #include <algorithm>
 #include <bit>
 
+#include "support/intrinsics.h"
 #include "support/processor.h"
-
-#if defined(PALVOR_HAS_VERSIONS)
-#include <immintrin.h>
-#endif
 
 namespace {
 
 // The 64 bits of slices w and w + 1. Reads words w to w + 2.
-inline uint64_t twoSlices(const Stretch& stretch, int w) {
+inline uint64_t twoSlices(Stretch stretch, int w) {
   const unsigned* words = stretch.words + w;
   const uint64_t pair = static_cast<uint64_t>(words[0]) << 32 | words[1];
   return pair << stretch.shift |
          static_cast<uint64_t>(words[2]) << stretch.shift >> 32;
 }
 
-int differenceByPairs(const Stretch& a, const Stretch& b, int from, int to) {
+int differenceByPairs(Stretch a, Stretch b, int from, int to) {
   int w = from;
   for (; w + 1 < to; w += 2) {
     const uint64_t difference = twoSlices(a, w) ^ twoSlices(b, w);
@@ -34,7 +31,7 @@ PALVOR_AVX2_BEGIN
 
 constexpr int kEight = 8;
 
-inline __m256i eightSlices(const Stretch& stretch, int w, __m256i lanes) {
+inline __m256i eightSlices(Stretch stretch, int w, __m256i lanes) {
   const int* words = reinterpret_cast<const int*>(stretch.words + w);
   const __m128i left = _mm_cvtsi32_si128(static_cast<int>(stretch.shift));
   const __m128i right = _mm_cvtsi32_si128(32 - static_cast<int>(stretch.shift));
@@ -43,7 +40,7 @@ inline __m256i eightSlices(const Stretch& stretch, int w, __m256i lanes) {
       _mm256_srl_epi32(_mm256_maskload_epi32(words + 1, lanes), right));
 }
 
-int differenceByEight(const Stretch& a, const Stretch& b, int from, int to) {
+int differenceByEight(Stretch a, Stretch b, int from, int to) {
   const __m256i numbers = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
   for (int w = from; w < to; w += kEight) {
     const __m256i lanes =
@@ -63,7 +60,7 @@ PALVOR_AVX512_BEGIN
 constexpr int kSixteen = 16;
 
 // Slices w to w + 15.
-inline __m512i sixteenSlices(const Stretch& stretch, int w) {
+inline __m512i sixteenSlices(Stretch stretch, int w) {
   const unsigned* words = stretch.words + w;
   return _mm512_shldv_epi32(_mm512_loadu_si512(words),
                             _mm512_loadu_si512(words + 1),
@@ -71,14 +68,14 @@ inline __m512i sixteenSlices(const Stretch& stretch, int w) {
 }
 
 // Those of them that `lanes` names. What lies behind the string is not read.
-inline __m512i someSlices(const Stretch& stretch, int w, __mmask16 lanes) {
+inline __m512i someSlices(Stretch stretch, int w, __mmask16 lanes) {
   const unsigned* words = stretch.words + w;
   return _mm512_shldv_epi32(_mm512_maskz_loadu_epi32(lanes, words),
                             _mm512_maskz_loadu_epi32(lanes, words + 1),
                             _mm512_set1_epi32(static_cast<int>(stretch.shift)));
 }
 
-int differenceBySixteen(const Stretch& a, const Stretch& b, int from, int to) {
+int differenceBySixteen(Stretch a, Stretch b, int from, int to) {
   int w = from;
   for (; w + kSixteen <= to; w += kSixteen) {
     const __mmask16 found =
@@ -106,5 +103,5 @@ auto fastest() {
 
 }  // namespace
 
-int (*const firstDifference)(const Stretch& a, const Stretch& b, int from,
+int (*const firstDifference)(Stretch a, Stretch b, int from,
                              int to) = fastest();

@@ -22,9 +22,9 @@ struct Stretch {
 };
 
 // The first of the slices `from` to `to` - 1 in which two stretches differ, or
-// `to` if there is none. Every slice must begin before the end of its string's
-// data, so that the trailer is the last word read.
-extern int (*const firstDifference)(const Stretch& a, const Stretch& b,
-                                    int from, int to);
+// `to`, which must be above `from`, if there is none. Every slice must begin
+// before the end of its string's data, so that the trailer is the last word
+// read.
+extern int (*const firstDifference)(Stretch a, Stretch b, int from, int to);
 
 #endif  // PALVOR_SOURCES_FIRST_DIFFERENCE_H_
