@@ -5,11 +5,8 @@
 #include <cstring>
 #include <limits>
 
+#include "support/intrinsics.h"
 #include "support/processor.h"
-
-#if defined(PALVOR_HAS_VERSIONS)
-#include <immintrin.h>
-#endif
 
 Block* blockOrder[kMostBlocks] = {};
 constinit int blockCount = 0;

@@ -6,11 +6,8 @@
 #include <limits>
 
 #include "sources/compare.h"
+#include "support/intrinsics.h"
 #include "support/processor.h"
-
-#if defined(PALVOR_HAS_VERSIONS)
-#include <immintrin.h>
-#endif
 
 namespace {
 
