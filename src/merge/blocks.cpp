@@ -143,7 +143,7 @@ PALVOR_AVX512_BEGIN
 namespace avx512 {
 #include "merge/lanes_avx512.h"
 // The lanes come first.
-#include "merge/blocks_lanes.h"
+#include "merge/blocks_lanes.h"  // NOLINT(readability-duplicate-include)
 }  // namespace avx512
 PALVOR_END
 
@@ -173,11 +173,9 @@ Versions fastest() {
 
 const Versions forMany = fastest();
 
-// Whether they are to be used. What is kept of few blocks is likely to have
-// been written just now, number by number, and would have to reach the cache
-// before many can be read at once.
+// Whether they are to be used.
 bool amongManyBlocks() {
-  return blockCount >= 16 && forMany.placeBefore != nullptr;
+  return blockCount >= kFewBlocks && forMany.placeBefore != nullptr;
 }
 
 }  // namespace

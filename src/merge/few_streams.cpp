@@ -163,7 +163,7 @@ PALVOR_AVX2_BEGIN
 namespace avx2 {
 #include "merge/rows_avx2.h"
 // The rows come first.
-#include "merge/few_streams_loop.h"
+#include "merge/few_streams_loop.h"  // NOLINT(readability-duplicate-include)
 }  // namespace avx2
 PALVOR_END
 

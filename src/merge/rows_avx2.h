@@ -4,14 +4,16 @@
 
 template <int kRoom>  // 4, 8 or 16 streams
 struct Rows {
+  static constexpr long kKeys = 4;  // in a group
+  static constexpr long kEntries = 8;
   static constexpr int kKeyGroups = kRoom / 4;
   static constexpr int kEntryGroups = (kRoom + 7) / 8;
 
   static __m256i* keysAt(int group) {
-    return reinterpret_cast<__m256i*>(listedKeys + 4 * group);
+    return reinterpret_cast<__m256i*>(listedKeys + kKeys * group);
   }
   static __m256i* entriesAt(int group) {
-    return reinterpret_cast<__m256i*>(listedEntries + 8 * group);
+    return reinterpret_cast<__m256i*>(listedEntries + kEntries * group);
   }
 
   // The places of a group of keys whose lanes are all ones.
@@ -48,7 +50,7 @@ struct Rows {
     uint32_t places = 0;
     for (int g = 0; g < kKeyGroups; g++) {
       const __m128i entries = _mm_load_si128(
-          reinterpret_cast<const __m128i*>(listedEntries + 4 * g));
+          reinterpret_cast<const __m128i*>(listedEntries + kKeys * g));
       const __m128i others =
           _mm_sub_epi32(most, _mm_min_epi32(most, _mm_srli_epi32(entries, 1)));
       const __m256i leading =

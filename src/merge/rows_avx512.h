@@ -5,9 +5,10 @@
 template <int kRoom>  // 8 or 16 streams
 struct Rows {
   static constexpr bool kTwo = kRoom > 8;
+  static constexpr long kKeys = 8;  // in a group
 
   static __m512i keysOf(int group) {
-    return _mm512_load_si512(listedKeys + 8 * group);
+    return _mm512_load_si512(listedKeys + kKeys * group);
   }
 
   // The stored lengths.
@@ -20,14 +21,16 @@ struct Rows {
     const __m512i wanted = _mm512_set1_epi64(key);
     const uint32_t first = _mm512_cmplt_epi64_mask(keysOf(0), wanted);
     if constexpr (!kTwo) return first;
-    return first | _mm512_cmplt_epi64_mask(keysOf(1), wanted) << 8U;
+    const uint32_t second = _mm512_cmplt_epi64_mask(keysOf(1), wanted);
+    return first | second << 8;
   }
 
   static uint32_t equal(int64_t key) {
     const __m512i wanted = _mm512_set1_epi64(key);
     const uint32_t first = _mm512_cmpeq_epi64_mask(keysOf(0), wanted);
     if constexpr (!kTwo) return first;
-    return first | _mm512_cmpeq_epi64_mask(keysOf(1), wanted) << 8U;
+    const uint32_t second = _mm512_cmpeq_epi64_mask(keysOf(1), wanted);
+    return first | second << 8;
   }
 
   // Whose keys share more bits with this one than their stored lengths say.
@@ -50,7 +53,7 @@ struct Rows {
       const __m512i next = kTwo && g == 0 ? keysOf(1) : keys;
       const __m512i up = _mm512_mask_alignr_epi64(
           keys, static_cast<__mmask8>(move.passed >> 8 * g), next, keys, 1);
-      _mm512_store_si512(listedKeys + 8 * g,
+      _mm512_store_si512(listedKeys + kKeys * g,
                          _mm512_mask_mov_epi64(
                              up, static_cast<__mmask8>(place >> 8 * g), key));
     }

@@ -37,7 +37,7 @@ PALVOR_END
 PALVOR_AVX512_BEGIN
 namespace avx512 {
 #include "merge/lanes_avx512.h"
-#include "merge/walk_count_lanes.h"
+#include "merge/walk_count_lanes.h"  // NOLINT(readability-duplicate-include)
 }  // namespace avx512
 PALVOR_END
 

@@ -7,9 +7,11 @@
 #include "support/processor.h"
 
 #if defined(PALVOR_HAS_VERSIONS)
-#pragma GCC diagnostic push
 // With sanitizers g++ 12 takes offence at its own header.
+#pragma GCC diagnostic push
+#if !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 #pragma GCC diagnostic ignored "-Wuninitialized"
 #include <immintrin.h>
 #pragma GCC diagnostic pop
