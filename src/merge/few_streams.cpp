@@ -94,7 +94,9 @@ struct Listed {
   return key;
 }
 
-// Fills the rows from the list.
+// Fills the rows from the list. Records whose prefix words contradict their
+// length can stand there in an order that is not that of the keys: then it is
+// the list that goes on.
 Listed takeUpList() {
   std::ranges::fill(listedKeys, kLargestKey);
   mayHoldShort = false;
@@ -108,6 +110,9 @@ Listed takeUpList() {
     listedEntries[place] = LLCP[k];
     upcomingKeys[k] = upcomingKey(k);
     if (remainingBits(suffix) < 64) mayHoldShort = true;
+    if (place > 0 && listedKeys[place - 1] > listedKeys[place]) {
+      streamsAscend = false;
+    }
   }
   return listed;
 }

@@ -17,7 +17,7 @@ int getLCPTime();
 // Whether each stream's suffixes were found to ascend so far, by their prefix
 // words where these differ, and the entries that are read to agree with them.
 // Only then do prefix words tell a suffix's place in the list. Cleared by
-// refillEntry; never set again.
+// refillEntry and mergeFewStreams; never set again.
 extern bool streamsAscend;
 
 // Adds nanoseconds to `lcpTime`; nothing is lost to rounding.
