@@ -12,12 +12,14 @@
 #define PALVOR_MERGE_ORDERING_H_
 
 #include "merge/blocks.h"
+#include "merge/front.h"
 #include "merge/heap.h"
 #include "merge/list.h"
 #include "merge/many_streams.h"
 #include "merge/refill.h"
 #include "run/options.h"
 #include "sources/lcp_entry.h"
+#include "sources/strings.h"
 
 // Whether places are found by prefix words. Written by the two functions below.
 extern bool amongMany;
@@ -35,9 +37,10 @@ bool canBeRows();
 inline void primeStream(int k) {
   if (hpflag != 0) {
     insertIntoHeap(k);
-  } else if (amongMany) {
+  } else if (amongMany && !prefixGoesOn(*Suffixes[k])) {
     primeManyStreams(k);
   } else {
+    if (amongMany) stopPlacingAmongMany();
     addList(k);
   }
 }

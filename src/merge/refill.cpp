@@ -49,10 +49,14 @@ void testReadEntry(const Suffix& before, const Suffix& after, LcpEntry entry) {
   const int shorter = std::min(remainingBits(before), remainingBits(after));
   const int common =
       std::countl_zero(static_cast<uint64_t>(keyBefore ^ keyAfter));
-  const bool right =
-      common < std::min(shorter, 64)
-          ? entry == makeLcpEntry(common, 1) && keyBefore < keyAfter
-          : lcpBits(entry) >= std::min(shorter, 64);
+  bool right;
+  if (common < std::min(shorter, 64)) {
+    right = entry == makeLcpEntry(common, 1) && keyBefore < keyAfter;
+  } else if (shorter <= 64) {
+    right = entry == makeLcpEntry(shorter, 0);
+  } else {
+    right = lcpBits(entry) >= 64 && lcpBits(entry) <= shorter;
+  }
   if (!right) streamsAscend = false;
 }
 
@@ -90,6 +94,7 @@ void addLcpTime(long long nanoseconds) {
 
 LcpEntry refillEntry(int k) {
   const Suffix& suffix = *Suffixes[k];
+  if (prefixGoesOn(suffix)) streamsAscend = false;
   if (Manzini == 0) return timedEntry(currSuffix, suffix);
   const LcpEntry entry = readEntry(k);
   testReadEntry(currSuffix, suffix, entry);

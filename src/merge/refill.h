@@ -15,7 +15,8 @@ extern int lcpTime;
 int getLCPTime();
 
 // Whether each stream's suffixes were found to ascend so far, by their prefix
-// words where these differ, and the entries that are read to agree with them.
+// words where these differ, the prefix words to end with the suffix, and the
+// entries that are read to agree with them.
 // Only then do prefix words tell a suffix's place in the list. Cleared by
 // refillEntry and mergeFewStreams; never set again.
 extern bool streamsAscend;

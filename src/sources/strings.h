@@ -4,6 +4,8 @@
 #ifndef PALVOR_SOURCES_STRINGS_H_
 #define PALVOR_SOURCES_STRINGS_H_
 
+#include <cstdint>
+
 #include "run/values.h"
 #include "sources/suffix.h"
 
@@ -21,6 +23,15 @@ void loadBinaryStrings();
 // A suffix's length in bits. Its input number must be below `ninputs`.
 inline int remainingBits(const Suffix& suffix) {
   return static_cast<int>(blengths[inputNumber(suffix)] - 2 * suffix.pos);
+}
+
+// Whether a suffix's prefix words say more than there is of it.
+inline bool prefixGoesOn(const Suffix& suffix) {
+  const int bits = remainingBits(suffix);
+  if (bits >= 64) return false;
+  const uint64_t words =
+      static_cast<uint64_t>(suffix.prefix0) << 32 | suffix.prefix1;
+  return words << bits != 0;
 }
 
 #endif  // PALVOR_SOURCES_STRINGS_H_
