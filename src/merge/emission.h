@@ -16,7 +16,7 @@
 #include "sources/strings.h"
 #include "sources/suffix.h"
 
-// Inserts `currSuffix` into the tree.
+// emit, without -a.
 inline void emitIntoTree(const Suffix& suffix, LcpEntry entry) {
   const int len = remainingBits(suffix);
   if (nnode == 1) {

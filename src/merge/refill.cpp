@@ -22,6 +22,13 @@ constexpr int kSampling = 64;  // comparisons for each one timed
 
 long long lcpRemainder = 0;  // nanoseconds not yet in `lcpTime`
 
+// Nothing is lost to rounding.
+void addLcpTime(long long nanoseconds) {
+  lcpRemainder += nanoseconds;
+  lcpTime += static_cast<int>(lcpRemainder / 1'000'000);
+  lcpRemainder %= 1'000'000;
+}
+
 // Nanoseconds that a clock reading itself adds to what is timed.
 long long clockCost() {
   static const long long cost = [] {
@@ -85,12 +92,6 @@ LcpEntry readEntry(int k) {
 }  // namespace
 
 int getLCPTime() { return lcpTime; }
-
-void addLcpTime(long long nanoseconds) {
-  lcpRemainder += nanoseconds;
-  lcpTime += static_cast<int>(lcpRemainder / 1'000'000);
-  lcpRemainder %= 1'000'000;
-}
 
 LcpEntry refillEntry(int k) {
   const Suffix& suffix = *Suffixes[k];

@@ -10,7 +10,7 @@
 #include "support/prefetch.h"
 
 // Wall-clock milliseconds spent obtaining LCP values, over the whole run.
-// Written by addLcpTime alone.
+// Written by refillEntry and emittedEntry alone.
 extern int lcpTime;
 int getLCPTime();
 
@@ -21,14 +21,11 @@ int getLCPTime();
 // refillEntry and mergeFewStreams; never set again.
 extern bool streamsAscend;
 
-// Adds nanoseconds to `lcpTime`; nothing is lost to rounding.
-void addLcpTime(long long nanoseconds);
-
 // Records between the one to come next and the one whose words are asked for:
 // early enough to arrive in time, late enough not to be pushed out again.
 constexpr int kRecordsAhead = 2;
 
-constexpr int kCacheLineWords = 16;
+constexpr int kCacheLineWords = 16;  // of 32 bits
 
 // Asks for the string words that the ordering will read first if a record of
 // stream k soon to come meets one that shares its prefix words in another

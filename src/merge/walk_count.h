@@ -21,8 +21,8 @@ struct WalkCount {
   long words = 0;       // of the strings, examined by the others
 };
 
-// Counts one, with a suffix `at` a place: `known` bits were known, `common` are
-// found. `bits` is the new suffix's length.
+// Counts one, with the suffix at an index of a block: `known` bits were known,
+// `common` are found. `bits` is the new suffix's length.
 void countComparison(WalkCount& count, const Block& block, int index, int bits,
                      int known, int common);
 
