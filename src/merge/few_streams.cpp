@@ -9,11 +9,13 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 #include "merge/emission.h"
 #include "merge/front.h"
 #include "merge/list.h"
 #include "merge/refill.h"
+#include "output/array.h"
 #include "output/counters.h"
 #include "output/emitted.h"
 #include "run/options.h"
@@ -23,130 +25,129 @@
 
 namespace {
 
-// The rows: keys (prefixKey) and entries of the listed suffixes, in order, as
-// LLCP would hold them. While the head is moved, its place 0 holds the suffix
-// emitted last. Behind the last suffix stands the largest key, or none.
-alignas(64) int64_t listedKeys[kFewStreams + 8];
-alignas(64) LcpEntry listedEntries[kFewStreams];
+// The rows: the listed suffixes in order, by their keys (prefixKey) and states:
+//
+//   bits 63..32  entry, as LLCP would hold it
+//   bit 31       whether it is what LOCP holds
+//   bits 30..0   stream
+//
+// While the head is moved, its place 0 holds the suffix emitted last. Behind
+// the last suffix stands the largest key.
+alignas(64) int64_t listedKeys[kFewStreams + 1];
+alignas(64) int64_t listedStates[kFewStreams + 1];
+int listedCount = 0;
 
 // Per stream, the key of the record that it hands out next, known before it is
 // asked for; anything, if that record has yet to be read.
 int64_t upcomingKeys[kFewStreams];
+
+// Per stream, the last record of its buffer that is tested.
+const Suffix* lastTested[kFewStreams];
 
 // Whether a listed suffix may be shorter than 64 bits.
 bool mayHoldShort = false;
 
 constexpr int64_t kLargestKey = std::numeric_limits<int64_t>::max();
 
+constexpr int kEntryShift = 32;
+constexpr int kLengthShift = 33;  // of the length in the entry
+constexpr int64_t kUnchanged = int64_t{1} << 31;
+constexpr int64_t kStream = kUnchanged - 1;
+
+constexpr int64_t makeState(LcpEntry entry, int stream) {
+  return static_cast<int64_t>(entry) << kEntryShift | stream;
+}
+constexpr int streamOf(int64_t state) {
+  return static_cast<int>(state & kStream);
+}
+constexpr LcpEntry entryOf(int64_t state) {
+  return static_cast<LcpEntry>(state >> kEntryShift);
+}
+
+// The state of a stream's suffix with this entry.
+inline int64_t stateOf(LcpEntry entry, int stream) {
+  return makeState(entry, stream) | (entry == LOCP[stream] ? kUnchanged : 0);
+}
+
 // A bit for each place before one.
 constexpr uint32_t placesBelow(int place) { return (1U << place) - 1; }
+
+// How many suffixes a walk looks at that passes some of them.
+[[gnu::always_inline]] inline int walked(int passed, int count) {
+  return std::min(passed + 1, count - 1);
+}
 
 // The entry of two suffixes that part within the prefix words.
 [[gnu::always_inline]] inline LcpEntry entryOfKeys(int64_t a, int64_t b) {
   return makeLcpEntry(std::countl_zero(static_cast<uint64_t>(a ^ b)), 1);
 }
 
-// Where the head goes, and what changes.
-struct Move {
-  uint32_t passed = 0;   // a bit for each suffix that it goes behind, the first
-                         // of which is at place 1
-  int64_t key = 0;       // of its new suffix
-  LcpEntry entry = 0;    // with the suffix before it
-  uint32_t changed = 0;  // bit p: the suffix at place p has another entry
-  LcpEntry nextEntry = 0;  // this one
-  uint32_t restored = 0;   // `changed`, if LOCP holds that one
-};
-
-// What is known of the listed streams beside the rows.
-struct Listed {
-  uint64_t streams;    // their numbers in order, 4 bits each, the first lowest
-  uint32_t unchanged;  // bit p: the entry at place p is what LOCP holds
-  int count;
-
-  int streamAt(int place) const {
-    return static_cast<int>(streams >> (4 * place) & 15);
-  }
-
-  // After a move of the head, whose suffix has the entry `own` with the one
-  // before it in its stream.
-  [[gnu::always_inline]] Listed moved(const Move& move, LcpEntry own) const {
-    const int bits = 4 * std::popcount(move.passed);
-    const uint64_t before = (uint64_t{1} << bits) - 1;
-    const uint32_t place = move.passed + 1;
-    return {(streams >> 4 & before) | (streams & 15) << bits |
-                (streams & ~(before << 4 | 15)),
-            (unchanged >> 1 & move.passed) | (move.entry == own ? place : 0) |
-                (unchanged & ~(move.passed | place | move.changed)) |
-                move.restored,
-            count};
-  }
-};
-
-[[gnu::always_inline]] inline int64_t upcomingKey(int k) {
-  return prefixKey(sufbs[k][std::min(sufps[k], sufls[k] - 1)]);
+// Learns what stream k hands out next.
+[[gnu::always_inline]] inline void lookAhead(int k) {
+  lastTested[k] = sufbs[k] + admittedRecords(k) - 1;
+  upcomingKeys[k] = prefixKey(sufbs[k][std::min(sufps[k], sufls[k] - 1)]);
 }
 
 // The key of a record that stream k has just handed out.
 [[gnu::always_inline]] inline int64_t takeKey(int k, const Suffix& suffix) {
   const bool readAnew = sufps[k] == 1;
   const int64_t key = readAnew ? prefixKey(suffix) : upcomingKeys[k];
-  upcomingKeys[k] = upcomingKey(k);
+  lookAhead(k);
   return key;
 }
 
 // Fills the rows from the list. Records whose prefix words contradict their
 // length can stand there in an order that is not that of the keys: then it is
 // the list that goes on.
-Listed takeUpList() {
+void takeUpList() {
   std::ranges::fill(listedKeys, kLargestKey);
+  std::ranges::fill(listedStates,
+                    makeState(std::numeric_limits<int>::max(), 0));
   mayHoldShort = false;
-  Listed listed = {};
+  listedCount = 0;
   for (int k = Lfst; k >= 0; k = LNXT[k]) {
     const Suffix& suffix = *Suffixes[k];
-    const int place = listed.count++;
-    listed.streams |= static_cast<uint64_t>(k) << (4 * place);
-    if (LLCP[k] == LOCP[k]) listed.unchanged |= 1U << place;
+    const int place = listedCount++;
     listedKeys[place] = prefixKey(suffix);
-    listedEntries[place] = LLCP[k];
-    upcomingKeys[k] = upcomingKey(k);
+    listedStates[place] = stateOf(LLCP[k], k);
+    lookAhead(k);
     if (remainingBits(suffix) < 64) mayHoldShort = true;
     if (place > 0 && listedKeys[place - 1] > listedKeys[place]) {
       streamsAscend = false;
     }
   }
-  return listed;
 }
 
 // Writes the list anew. LOCP is kept up anyway.
-void writeList(Listed listed) {
+void writeList() {
   Lfst = -1;
-  for (int place = listed.count - 1; place >= 0; place--) {
-    const int k = listed.streamAt(place);
-    LLCP[k] = listedEntries[place];
+  for (int place = listedCount - 1; place >= 0; place--) {
+    const int k = streamOf(listedStates[place]);
+    LLCP[k] = entryOf(listedStates[place]);
     LNXT[k] = Lfst;
     Lfst = k;
   }
 }
 
-[[gnu::noinline]] Listed withoutHead(Listed listed) {
+[[gnu::noinline]] void dropHead() {
   std::copy(listedKeys + 1, listedKeys + kFewStreams + 1, listedKeys);
-  std::copy(listedEntries + 1, listedEntries + kFewStreams, listedEntries);
-  return {listed.streams >> 4, listed.unchanged >> 1, listed.count - 1};
+  std::copy(listedStates + 1, listedStates + kFewStreams + 1, listedStates);
+  listedCount--;
 }
 
-[[gnu::noinline]] Listed placeByWalk(Listed listed, int k, LcpEntry own) {
-  writeList(listed);
+[[gnu::noinline]] void placeByWalk(int k, LcpEntry own) {
+  writeList();
   moveHeadByWalk(k, own);
-  return takeUpList();
+  takeUpList();
 }
 
 // Whether a suffix begins with a listed one of less than 64 bits.
-[[gnu::noinline]] bool meetsShort(Listed listed, int64_t key) {
+[[gnu::noinline]] bool meetsShort(int64_t key) {
   mayHoldShort = false;
   bool meets = false;
-  for (int place = 0; place < listed.count; place++) {
+  for (int place = 0; place < listedCount; place++) {
     const Suffix& suffix =
-        place == 0 ? currSuffix : *Suffixes[listed.streamAt(place)];
+        place == 0 ? currSuffix : *Suffixes[streamOf(listedStates[place])];
     const int bits = remainingBits(suffix);
     if (bits >= 64) continue;
     mayHoldShort = true;

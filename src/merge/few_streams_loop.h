@@ -1,122 +1,165 @@
 // The merge loop for few streams. Included by merge/few_streams.cpp alone, once
 // for each kind of processor, behind the Rows that are written for it.
 
-// Where a suffix belongs whose prefix words tell too little, since others have
-// the same. A walk, but only of those.
+// Moves the head to the place of its new suffix, whose prefix words tell too
+// little, since others have the same. A walk, but only of those. `own` is its
+// entry with the suffix emitted last.
 template <int kRoom>
-[[gnu::noinline]] Move placeAmongEqualKeys(Listed listed, const Suffix& suffix,
-                                           LcpEntry own) {
-  using Row = Rows<kRoom>;
+[[gnu::noinline]] void moveAmongEqualKeys(const Suffix& suffix, LcpEntry own) {
+  Rows<kRoom> rows;
+  rows.load();
   const int64_t key = prefixKey(suffix);
-  const uint32_t all = placesBelow(listed.count) & ~1U;
-  const uint32_t below = Row::below(key) & all;
-  const uint32_t equal = Row::equal(key) & all;
-  uint32_t compared = Row::sharing(key) & below;
+  const uint32_t all = placesBelow(listedCount) & ~1U;
+  const uint32_t below = rows.below(key) & all;
+  const uint32_t equal = rows.equal(key) & all;
+  uint32_t compared = rows.sharing(key) & below;
   np2 += std::popcount(compared);
 
   int place = std::popcount(below) + 1;
   const int end = place + std::popcount(equal);
-  Move move = {.key = key, .entry = own};
-  if (place > 1) move.entry = entryOfKeys(listedKeys[place - 1], key);
-  int shared = lcpBits(move.entry);
+  LcpEntry entry = own;
+  if (place > 1) entry = entryOfKeys(listedKeys[place - 1], key);
+  int shared = lcpBits(entry);
+  bool changes = false;  // the suffix behind has another entry
+  LcpEntry nextEntry = 0;
   for (; place < end; place++) {
-    const LcpEntry stored = listedEntries[place];
+    const LcpEntry stored = entryOf(listedStates[place]);
     if (shared > lcpBits(stored)) break;
     if (shared < lcpBits(stored)) continue;
     compared |= 1U << place;
-    const int stream = listed.streamAt(place);
-    const Comparison found =
-        compareEqualKeys(*Suffixes[stream], suffix, shared);
+    const Comparison found = compareEqualKeys(
+        *Suffixes[streamOf(listedStates[place])], suffix, shared);
     if (found.common >= 64) nnac++;
     if (found.common >= shared + 64) nnrc++;
-    const LcpEntry entry = fittingEntry(found.common, found.firstbit ? 1 : 0);
+    const LcpEntry between = fittingEntry(found.common, found.firstbit ? 1 : 0);
     if (found.after) {
-      move.entry = stored;
-      move.changed = 1U << place;
-      move.nextEntry = entry;
-      // No longer than before, if the new suffix ends there.
-      if (entry == LOCP[stream]) move.restored = move.changed;
+      entry = stored;
+      changes = true;
+      nextEntry = between;
       break;
     }
-    move.entry = entry;
+    entry = between;
     shared = found.common;
   }
   nncmp += std::popcount(compared);
-  nnoc += std::popcount(compared & listed.unchanged);
-  move.passed = placesBelow(place - 1);
-  return move;
+  nnoc += std::popcount(compared & rows.unchanged());
+  const uint32_t passed = placesBelow(place - 1);
+  nlcmp += walked(place - 1, listedCount);
+  const int k = streamOf(listedStates[0]);
+  const int behind = streamOf(listedStates[place]);
+  rows.move(passed, key, stateOf(entry, k), changes ? 1U << place : 0,
+            stateOf(nextEntry, behind));
+  rows.store();
 }
 
-// Where a suffix belongs that is long, and parts from all listed ones within
-// the prefix words.
+// Moves the head to the place of its new suffix, which is long, and parts from
+// all listed ones within the prefix words, so that these tell everything.
+// Counts what a walk would have done, but in np2, and returns the comparisons.
 template <int kRoom>
-[[gnu::always_inline]] inline Move placeByKey(Listed listed, int64_t key) {
-  using Row = Rows<kRoom>;
-  Move move;
-  move.key = key;
-  move.passed = Row::below(key) >> 1;
-  const int place = std::popcount(move.passed);
-  const uint32_t next = move.passed + 1;
-  const uint32_t compared = (Row::sharing(key) >> 1) & (move.passed | next) &
-                            placesBelow(listed.count - 1);
+[[gnu::always_inline]] inline int moveByKey(Rows<kRoom>& rows, int count,
+                                            int64_t key) {
+  const uint32_t below = rows.below(key);
+  const uint32_t compared = rows.sharing(key) & below << 1;
   const int comparisons = std::popcount(compared);
-  np2 += comparisons;
   nncmp += comparisons;
-  nnoc += std::popcount(compared & (listed.unchanged >> 1));
-  move.entry = entryOfKeys(listedKeys[place], key);
-  move.changed = (compared & next) << 1;
-  move.nextEntry = entryOfKeys(listedKeys[place + 1], key);
-  return move;
+  nnoc += std::popcount(compared & rows.unchanged());
+  nlcmp += walked(std::popcount(below) - 1, count);
+  rows.moveByKey(key);
+  return comparisons;
 }
 
 // Moves the head's stream k to the place of its new suffix.
 template <int kRoom>
-[[gnu::always_inline]] inline Listed moveHead(Listed listed, int k,
-                                              const Suffix& suffix) {
-  using Row = Rows<kRoom>;
+[[gnu::always_inline]] inline bool moveHead(int k, const Suffix& suffix) {
   const int64_t key = takeKey(k, suffix);
   const int64_t lastKey = listedKeys[0];
-  bool settled = lastKey < key && Row::equal(key) == 0 &&
+  Rows<kRoom> rows;
+  rows.load();
+  bool settled = lastKey < key && rows.equal(key) == 0 &&
                  remainingBits(suffix) >= 64 &&
-                 !(mayHoldShort && meetsShort(listed, key));
+                 !(mayHoldShort && meetsShort(key));
   LcpEntry own = entryOfKeys(lastKey, key);
   if (Manzini != 0 || !settled) {
     const LcpEntry byKeys = own;
     own = refillEntry(k);
     settled = settled && own == byKeys;
-  } else {
-    np2++;
   }
   if (!settled &&
-      (!streamsAscend || mayHoldShort || remainingBits(suffix) < 64))
-    return placeByWalk(listed, k, own);
-
-  const Move move = settled ? placeByKey<kRoom>(listed, key)
-                            : placeAmongEqualKeys<kRoom>(listed, suffix, own);
+      (!streamsAscend || mayHoldShort || remainingBits(suffix) < 64)) {
+    placeByWalk(k, own);
+    return false;
+  }
   LOCP[k] = own;
-  nlcmp += std::min(std::popcount(move.passed) + 1, listed.count - 1);
-  Row::move(move);
-  return listed.moved(move, own);
+  if (!settled) {
+    moveAmongEqualKeys<kRoom>(suffix, own);
+  } else {
+    np2 += moveByKey<kRoom>(rows, listedCount, key) + (Manzini == 0 ? 1 : 0);
+    rows.store();
+  }
+  return settled;
+}
+
+// Merges into the array as long as the keys tell everything, and the buffers
+// have room and records. Calls nothing, so that the rows stay in registers.
+template <int kRoom>
+[[gnu::noinline]] void mergeByKeys() {
+  Rows<kRoom> rows;
+  rows.load();
+  const int count = listedCount;
+  const long long comparisons = nncmp;
+  int k = streamOf(rows.firstState());
+  int n = nbuff;
+  for (; n < treeBuffSize; n++) {
+    Suffix* const current = Suffixes[k];
+    Suffix* const next = current + 1;
+    const int64_t key = upcomingKeys[k];
+    const int64_t lastKey = rows.firstKey();
+    if (next >= lastTested[k] || lastKey >= key || rows.equal(key) != 0 ||
+        remainingBits(*next) < 64) {
+      break;
+    }
+    const LcpEntry entry = entryOf(rows.firstState());
+    if (larray != 0) lcpfBuff[n] = entry;
+    suffBuff[n] = *current;
+    if (lcpBits(entry) >= 64 && next + kRecordsAhead <= lastTested[k]) {
+      prefetchStrings(next[kRecordsAhead]);
+    }
+    sufps[k]++;
+    Suffixes[k] = next;
+    upcomingKeys[k] = prefixKey(next[1]);
+    LOCP[k] = entryOfKeys(lastKey, key);
+    // The stream to come next is known before the rows are.
+    const int passed = -static_cast<int>(rows.secondKey() < key);
+    k ^= (k ^ streamOf(rows.secondState())) & passed;
+    moveByKey<kRoom>(rows, count, key);
+  }
+  nsuff += n - nbuff;
+  np2 += n - nbuff + nncmp - comparisons;
+  nbuff = n;
+  rows.store();
 }
 
 template <int kRoom>
 void mergeListed() {
-  Listed listed = takeUpList();
+  takeUpList();
   const bool array = sarray != 0;
-  while (listed.count > 0 && streamsAscend) {
-    const int k = listed.streamAt(0);
+  bool byKeys = true;  // it was so last time
+  while (listedCount > 0 && streamsAscend) {
+    if (array && byKeys && !mayHoldShort && Manzini == 0) mergeByKeys<kRoom>();
+    const int k = streamOf(listedStates[0]);
+    const LcpEntry entry = entryOf(listedStates[0]);
     currSuffix = *Suffixes[k];
-    emit(currSuffix, listedEntries[0]);
-    if (lcpBits(listedEntries[0]) >= 64) prefetchAhead(k);
+    emit(currSuffix, entry);
+    if (lcpBits(entry) >= 64) prefetchAhead(k);
     Suffixes[k] = getNextSuf(k);
     if (Suffixes[k] == nullptr) {
-      listed = withoutHead(listed);
+      dropHead();
     } else {
       nsuff++;
-      listed = moveHead<kRoom>(listed, k, *Suffixes[k]);
+      byKeys = moveHead<kRoom>(k, *Suffixes[k]);
     }
     lastSuffix = currSuffix;
     if (!array && treeIsFull()) closeTree();
   }
-  writeList(listed);
+  writeList();
 }

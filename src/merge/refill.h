@@ -27,17 +27,19 @@ constexpr int kRecordsAhead = 2;
 
 constexpr int kCacheLineWords = 16;  // of 32 bits
 
-// Asks for the string words that the ordering will read first if a record of
-// stream k soon to come meets one that shares its prefix words in another
-// stream.
-[[gnu::always_inline]] inline void prefetchAhead(int k) {
-  const int ahead = sufps[k] + kRecordsAhead;
-  if (ahead >= admittedRecords(k)) return;
-  const Suffix& suffix = sufbs[k][ahead];
+// Asks for the string words that the ordering will read first if this record
+// meets one that shares its prefix words in another stream.
+[[gnu::always_inline]] inline void prefetchStrings(const Suffix& suffix) {
   const unsigned* words =
       binaryString[inputNumber(suffix)] + ((2 * suffix.pos) >> 5) + 2;
   prefetch(words);
   prefetch(words + kCacheLineWords);
+}
+
+// Does so for a record of stream k that is soon to come.
+[[gnu::always_inline]] inline void prefetchAhead(int k) {
+  const int ahead = sufps[k] + kRecordsAhead;
+  if (ahead < admittedRecords(k)) prefetchStrings(sufbs[k][ahead]);
 }
 
 // The LCP entry of the record that stream k handed out last and the one before

@@ -1,42 +1,28 @@
 // The rows of merge/few_streams.cpp, which alone includes this, for processors
-// with AVX2: four keys and eight entries at a time. Results are a bit for each
-// place; what is said of places without a suffix means nothing.
+// with AVX2: four numbers at a time, in their tables. Results are a bit for
+// each place; what is said of places without a suffix means nothing.
 
 template <int kRoom>  // 4, 8 or 16 streams
 struct Rows {
-  static constexpr long kKeys = 4;  // in a group
-  static constexpr long kEntries = 8;
-  static constexpr int kKeyGroups = kRoom / 4;
-  static constexpr int kEntryGroups = (kRoom + 7) / 8;
-
-  static __m256i* keysAt(int group) {
-    return reinterpret_cast<__m256i*>(listedKeys + kKeys * group);
-  }
-  static __m256i* entriesAt(int group) {
-    return reinterpret_cast<__m256i*>(listedEntries + kEntries * group);
-  }
-
-  // The places of a group of keys whose lanes are all ones.
-  static uint32_t placesOf(int group, __m256i lanes) {
-    const int found = _mm256_movemask_pd(_mm256_castsi256_pd(lanes));
-    return static_cast<uint32_t>(found) << (4 * group);
-  }
+  void load() {}
+  void store() const {}
+  static int64_t firstKey() { return listedKeys[0]; }
+  static int64_t firstState() { return listedStates[0]; }
+  static int64_t secondKey() { return listedKeys[1]; }
+  static int64_t secondState() { return listedStates[1]; }
 
   // Whose keys are below, or equal to, this one.
   static uint32_t below(int64_t key) {
-    const __m256i wanted = _mm256_set1_epi64x(key);
     uint32_t places = 0;
-    for (int g = 0; g < kKeyGroups; g++) {
-      places |= placesOf(g, _mm256_cmpgt_epi64(wanted, *keysAt(g)));
+    for (int g = 0; g < kGroups; g++) {
+      places |= placesOf(g, _mm256_cmpgt_epi64(all(key), at(listedKeys, g)));
     }
     return places;
   }
-
   static uint32_t equal(int64_t key) {
-    const __m256i wanted = _mm256_set1_epi64x(key);
     uint32_t places = 0;
-    for (int g = 0; g < kKeyGroups; g++) {
-      places |= placesOf(g, _mm256_cmpeq_epi64(wanted, *keysAt(g)));
+    for (int g = 0; g < kGroups; g++) {
+      places |= placesOf(g, _mm256_cmpeq_epi64(all(key), at(listedKeys, g)));
     }
     return places;
   }
@@ -44,71 +30,102 @@ struct Rows {
   // Whose keys share more bits with this one than their stored lengths say:
   // that many and one. No key shares 64.
   static uint32_t sharing(int64_t key) {
-    const __m256i wanted = _mm256_set1_epi64x(key);
-    const __m256i ones = _mm256_set1_epi64x(-1);
-    const __m128i most = _mm_set1_epi32(63);
     uint32_t places = 0;
-    for (int g = 0; g < kKeyGroups; g++) {
-      const __m128i entries = _mm_load_si128(
-          reinterpret_cast<const __m128i*>(listedEntries + kKeys * g));
-      const __m128i others =
-          _mm_sub_epi32(most, _mm_min_epi32(most, _mm_srli_epi32(entries, 1)));
-      const __m256i leading =
-          _mm256_sllv_epi64(ones, _mm256_cvtepi32_epi64(others));
-      const __m256i difference =
-          _mm256_and_si256(_mm256_xor_si256(*keysAt(g), wanted), leading);
+    for (int g = 0; g < kGroups; g++) {
+      const __m256i lengths =
+          _mm256_srli_epi64(at(listedStates, g), kLengthShift);
+      // With a length above 63 no bit is left to differ, but 63 of them are
+      // never all that two keys share.
+      const __m256i leading = _mm256_sllv_epi64(
+          all(-1), _mm256_sub_epi64(all(63), least(lengths, all(63))));
+      const __m256i difference = _mm256_and_si256(
+          _mm256_xor_si256(at(listedKeys, g), all(key)), leading);
       places |=
           placesOf(g, _mm256_cmpeq_epi64(difference, _mm256_setzero_si256()));
     }
     return places;
   }
 
-  static void move(const Move& move) {
-    moveKeys(std::popcount(move.passed), move.key);
-    moveEntries(std::popcount(move.passed), move);
-  }
-
-  static void moveKeys(int place, int64_t key) {
-    const __m256i all = _mm256_set1_epi64x(key);
-    const __m256i target = _mm256_set1_epi64x(place);
-    __m256i places = _mm256_setr_epi64x(0, 1, 2, 3);
-    __m256i keys = *keysAt(0);
-    for (int g = 0; g < kKeyGroups; g++) {
-      const __m256i next = g + 1 < kKeyGroups ? *keysAt(g + 1) : keys;
-      // Each from the lane behind it, the last one from the next group.
-      const __m256i up =
-          _mm256_permute4x64_epi64(_mm256_blend_epi32(keys, next, 0x03), 0x39);
-      const __m256i passed =
-          _mm256_blendv_epi8(keys, up, _mm256_cmpgt_epi64(target, places));
-      *keysAt(g) =
-          _mm256_blendv_epi8(passed, all, _mm256_cmpeq_epi64(target, places));
-      places = _mm256_add_epi64(places, _mm256_set1_epi64x(4));
-      keys = next;
+  // Whose entries are what LOCP holds.
+  static uint32_t unchanged() {
+    uint32_t places = 0;
+    for (int g = 0; g < kGroups; g++) {
+      // To the sign.
+      places |= placesOf(g, _mm256_slli_epi64(at(listedStates, g), 32));
     }
+    return places;
   }
 
-  static void moveEntries(int place, const Move& move) {
-    const __m256i entry = _mm256_set1_epi32(static_cast<int>(move.entry));
-    const __m256i nextEntry =
-        _mm256_set1_epi32(static_cast<int>(move.nextEntry));
-    const __m256i target = _mm256_set1_epi32(place);
-    const __m256i changed =
-        _mm256_set1_epi32(move.changed != 0 ? place + 1 : -1);
-    const __m256i lanesBehind = _mm256_setr_epi32(1, 2, 3, 4, 5, 6, 7, 0);
-    __m256i places = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
-    __m256i entries = *entriesAt(0);
-    for (int g = 0; g < kEntryGroups; g++) {
-      const __m256i next = g + 1 < kEntryGroups ? *entriesAt(g + 1) : entries;
-      const __m256i up = _mm256_permutevar8x32_epi32(
-          _mm256_blend_epi32(entries, next, 0x01), lanesBehind);
-      __m256i moved =
-          _mm256_blendv_epi8(entries, up, _mm256_cmpgt_epi32(target, places));
-      moved =
-          _mm256_blendv_epi8(moved, entry, _mm256_cmpeq_epi32(target, places));
-      *entriesAt(g) = _mm256_blendv_epi8(moved, nextEntry,
-                                         _mm256_cmpeq_epi32(changed, places));
-      places = _mm256_add_epi32(places, _mm256_set1_epi32(8));
-      entries = next;
+  // Moves the head to the place of its new key, which is above the last one and
+  // equals no other, so that it tells the entries.
+  static void moveByKey(int64_t key) {
+    const uint32_t below_ = below(key);
+    const int place = std::popcount(below_) - 1;
+    const uint32_t changed = sharing(key) & (below_ + 1);
+    const LcpEntry own = entryOfKeys(listedKeys[0], key);
+    const LcpEntry entry = entryOfKeys(listedKeys[place], key);
+    const int64_t unchanged = entry == own ? kUnchanged : 0;
+    const int64_t state =
+        makeState(entry, streamOf(listedStates[0])) | unchanged;
+    const int64_t behind = makeState(entryOfKeys(listedKeys[place + 1], key),
+                                     streamOf(listedStates[place + 1]));
+    moveRow(listedStates, place, state, changed != 0 ? place + 1 : kRoom,
+            behind);
+    moveRow(listedKeys, place, key, kRoom, 0);
+  }
+
+  // Moves the head behind the `passed`, with its new key and state. The suffix
+  // at the place `changed`, if any, has another state, too.
+  static void move(uint32_t passed, int64_t key, int64_t state,
+                   uint32_t changed, int64_t changedState) {
+    const int place = std::popcount(passed);
+    moveRow(listedKeys, place, key, kRoom, 0);
+    moveRow(listedStates, place, state, changed != 0 ? place + 1 : kRoom,
+            changedState);
+  }
+
+ private:
+  static constexpr long kLanes = 4;
+  static constexpr int kGroups = kRoom / 4;
+
+  static __m256i all(int64_t number) { return _mm256_set1_epi64x(number); }
+  static __m256i least(__m256i a, __m256i b) {
+    return _mm256_blendv_epi8(a, b, _mm256_cmpgt_epi64(a, b));
+  }
+  static __m256i* groupOf(int64_t* row, int group) {
+    return reinterpret_cast<__m256i*>(row + kLanes * group);
+  }
+  static __m256i at(int64_t* row, int group) {
+    return _mm256_load_si256(groupOf(row, group));
+  }
+
+  // The places of a group of lanes that are negative.
+  static uint32_t placesOf(int group, __m256i lanes) {
+    const int found = _mm256_movemask_pd(_mm256_castsi256_pd(lanes));
+    return static_cast<uint32_t>(found) << (4 * group);
+  }
+
+  // Moves the numbers before a place up by one, and puts one there, and another
+  // one at the place `changed`, if that is below kRoom.
+  [[gnu::always_inline]] static void moveRow(int64_t* row, int place,
+                                             int64_t number, int changed,
+                                             int64_t changedNumber) {
+    __m256i places = _mm256_setr_epi64x(0, 1, 2, 3);
+    __m256i numbers = at(row, 0);
+    for (int g = 0; g < kGroups; g++) {
+      const __m256i next = g + 1 < kGroups ? at(row, g + 1) : numbers;
+      // Each from the lane behind it, the last one from the next group.
+      const __m256i up = _mm256_permute4x64_epi64(
+          _mm256_blend_epi32(numbers, next, 0x03), 0x39);
+      __m256i moved = _mm256_blendv_epi8(
+          numbers, up, _mm256_cmpgt_epi64(all(place), places));
+      moved = _mm256_blendv_epi8(moved, all(number),
+                                 _mm256_cmpeq_epi64(all(place), places));
+      moved = _mm256_blendv_epi8(moved, all(changedNumber),
+                                 _mm256_cmpeq_epi64(all(changed), places));
+      _mm256_store_si256(groupOf(row, g), moved);
+      places = _mm256_add_epi64(places, all(4));
+      numbers = next;
     }
   }
 };

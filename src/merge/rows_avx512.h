@@ -1,108 +1,215 @@
 // The rows of merge/few_streams.cpp, which alone includes this, for processors
-// with AVX-512: eight keys and sixteen entries at a time. Results are a bit for
-// each place; what is said of places without a suffix means nothing.
+// with AVX-512, held in registers. Results are a bit for each place; what is
+// said of places without a suffix means nothing.
 
-template <int kRoom>  // 8 or 16 streams
-struct Rows {
-  static constexpr bool kTwo = kRoom > 8;
-  static constexpr long kKeys = 8;  // in a group
-
-  static __m512i keysOf(int group) {
-    return _mm512_load_si512(listedKeys + kKeys * group);
+// Four numbers, or eight. Half a register is sooner done with.
+struct Four {
+  using Lanes = __m256i;
+  static constexpr int kLanes = 4;
+  static Lanes load(const int64_t* p) {
+    return _mm256_load_si256(reinterpret_cast<const Lanes*>(p));
   }
-
-  // The stored lengths.
-  static __m512i lengths() {
-    return _mm512_srli_epi32(_mm512_load_si512(listedEntries), 1);
+  static void store(int64_t* p, Lanes a) {
+    _mm256_store_si256(reinterpret_cast<Lanes*>(p), a);
   }
-
-  // Whose keys are below, or equal to, this one.
-  static uint32_t below(int64_t key) {
-    const __m512i wanted = _mm512_set1_epi64(key);
-    const uint32_t first = _mm512_cmplt_epi64_mask(keysOf(0), wanted);
-    if constexpr (!kTwo) return first;
-    const uint32_t second = _mm512_cmplt_epi64_mask(keysOf(1), wanted);
-    return first | second << 8;
+  static Lanes all(int64_t a) { return _mm256_set1_epi64x(a); }
+  static int64_t first(Lanes a) {
+    return _mm_cvtsi128_si64(_mm256_castsi256_si128(a));
   }
-
-  static uint32_t equal(int64_t key) {
-    const __m512i wanted = _mm512_set1_epi64(key);
-    const uint32_t first = _mm512_cmpeq_epi64_mask(keysOf(0), wanted);
-    if constexpr (!kTwo) return first;
-    const uint32_t second = _mm512_cmpeq_epi64_mask(keysOf(1), wanted);
-    return first | second << 8;
+  static Lanes allFirst(Lanes a) {
+    return _mm256_broadcastq_epi64(_mm256_castsi256_si128(a));
   }
-
-  // Whose keys share more bits with this one than their stored lengths say.
-  static uint32_t sharing(int64_t key) {
-    const __m512i wanted = _mm512_set1_epi64(key);
-    const auto sharedBits = [wanted](int group) {
-      return _mm512_cvtepi64_epi32(
-          _mm512_lzcnt_epi64(_mm512_xor_si512(keysOf(group), wanted)));
-    };
-    __m512i shared = _mm512_castsi256_si512(sharedBits(0));
-    if constexpr (kTwo) shared = _mm512_inserti64x4(shared, sharedBits(1), 1);
-    return _mm512_cmpgt_epi32_mask(shared, lengths());
+  static uint32_t less(Lanes a, Lanes b) {
+    return _mm256_cmplt_epi64_mask(a, b);
   }
-
-  static void move(const Move& move) {
-    const uint32_t place = move.passed + 1;
-    const __m512i key = _mm512_set1_epi64(move.key);
-    for (int g = 0; g < (kTwo ? 2 : 1); g++) {
-      const __m512i keys = keysOf(g);
-      const __m512i next = kTwo && g == 0 ? keysOf(1) : keys;
-      const __m512i up = _mm512_mask_alignr_epi64(
-          keys, static_cast<__mmask8>(move.passed >> 8 * g), next, keys, 1);
-      _mm512_store_si512(listedKeys + kKeys * g,
-                         _mm512_mask_mov_epi64(
-                             up, static_cast<__mmask8>(place >> 8 * g), key));
-    }
-
-    __m512i entries = _mm512_load_si512(listedEntries);
-    entries = _mm512_mask_alignr_epi32(
-        entries, static_cast<__mmask16>(move.passed), entries, entries, 1);
-    entries = _mm512_mask_set1_epi32(entries, static_cast<__mmask16>(place),
-                                     static_cast<int>(move.entry));
-    entries =
-        _mm512_mask_set1_epi32(entries, static_cast<__mmask16>(move.changed),
-                               static_cast<int>(move.nextEntry));
-    _mm512_store_si512(listedEntries, entries);
+  static uint32_t equal(Lanes a, Lanes b) {
+    return _mm256_cmpeq_epi64_mask(a, b);
+  }
+  static uint32_t test(Lanes a, Lanes b) {
+    return _mm256_test_epi64_mask(a, b);
+  }
+  static Lanes least(Lanes a, Lanes b) { return _mm256_min_epi64(a, b); }
+  static Lanes most(Lanes a, Lanes b) { return _mm256_max_epi64(a, b); }
+  static Lanes either(Lanes a, Lanes b) { return _mm256_or_si256(a, b); }
+  // Where a and b start alike, in bits, `to` bits from the right.
+  template <int to>
+  static Lanes shared(Lanes a, Lanes b) {
+    return _mm256_slli_epi64(_mm256_lzcnt_epi64(_mm256_xor_si256(a, b)), to);
+  }
+  // Each number from the one behind it, the last one from `next`.
+  static Lanes up(Lanes a, Lanes next) {
+    return _mm256_alignr_epi64(next, a, 1);
+  }
+  static Lanes choose(Lanes a, uint32_t places, Lanes b) {
+    return _mm256_mask_mov_epi64(a, static_cast<__mmask8>(places), b);
+  }
+  // (a & b) | c.
+  static Lanes andOr(Lanes a, Lanes b, Lanes c) {
+    return _mm256_ternarylogic_epi64(a, b, c, 0xEA);
   }
 };
 
-// Half a register is enough for four streams, and sooner done with.
-template <>
-struct Rows<4> {
-  static __m256i keys() {
-    return _mm256_load_si256(reinterpret_cast<const __m256i*>(listedKeys));
+struct Eight {
+  using Lanes = __m512i;
+  static constexpr int kLanes = 8;
+  static Lanes load(const int64_t* p) { return _mm512_load_si512(p); }
+  static void store(int64_t* p, Lanes a) { _mm512_store_si512(p, a); }
+  static Lanes all(int64_t a) { return _mm512_set1_epi64(a); }
+  static int64_t first(Lanes a) {
+    return _mm_cvtsi128_si64(_mm512_castsi512_si128(a));
   }
-  static __m128i entries() {
-    return _mm_load_si128(reinterpret_cast<const __m128i*>(listedEntries));
+  static Lanes allFirst(Lanes a) {
+    return _mm512_broadcastq_epi64(_mm512_castsi512_si128(a));
   }
-  static uint32_t below(int64_t key) {
-    return _mm256_cmplt_epi64_mask(keys(), _mm256_set1_epi64x(key));
+  static uint32_t less(Lanes a, Lanes b) {
+    return _mm512_cmplt_epi64_mask(a, b);
   }
-  static uint32_t equal(int64_t key) {
-    return _mm256_cmpeq_epi64_mask(keys(), _mm256_set1_epi64x(key));
+  static uint32_t equal(Lanes a, Lanes b) {
+    return _mm512_cmpeq_epi64_mask(a, b);
   }
-  static uint32_t sharing(int64_t key) {
-    return _mm_cmpgt_epi32_mask(
-        _mm256_cvtepi64_epi32(_mm256_lzcnt_epi64(
-            _mm256_xor_si256(keys(), _mm256_set1_epi64x(key)))),
-        _mm_srli_epi32(entries(), 1));
+  static uint32_t test(Lanes a, Lanes b) {
+    return _mm512_test_epi64_mask(a, b);
   }
-  static void move(const Move& move) {
-    const auto passed = static_cast<__mmask8>(move.passed);
-    const auto place = static_cast<__mmask8>(move.passed + 1);
-    const __m256i old = keys();
-    __m256i moved = _mm256_mask_alignr_epi64(old, passed, old, old, 1);
-    moved = _mm256_mask_set1_epi64(moved, place, move.key);
-    _mm256_store_si256(reinterpret_cast<__m256i*>(listedKeys), moved);
-    __m128i e = entries();
-    e = _mm_mask_alignr_epi32(e, passed, e, e, 1);
-    e = _mm_mask_set1_epi32(e, place, static_cast<int>(move.entry));
-    e = _mm_mask_set1_epi32(e, static_cast<__mmask8>(move.changed),
-                            static_cast<int>(move.nextEntry));
-    _mm_store_si128(reinterpret_cast<__m128i*>(listedEntries), e);
+  static Lanes least(Lanes a, Lanes b) { return _mm512_min_epi64(a, b); }
+  static Lanes most(Lanes a, Lanes b) { return _mm512_max_epi64(a, b); }
+  static Lanes either(Lanes a, Lanes b) { return _mm512_or_si512(a, b); }
+  template <int to>
+  static Lanes shared(Lanes a, Lanes b) {
+    return _mm512_slli_epi64(_mm512_lzcnt_epi64(_mm512_xor_si512(a, b)), to);
   }
+  static Lanes up(Lanes a, Lanes next) {
+    return _mm512_alignr_epi64(next, a, 1);
+  }
+  static Lanes choose(Lanes a, uint32_t places, Lanes b) {
+    return _mm512_mask_mov_epi64(a, static_cast<__mmask8>(places), b);
+  }
+  static Lanes andOr(Lanes a, Lanes b, Lanes c) {
+    return _mm512_ternarylogic_epi64(a, b, c, 0xEA);
+  }
+};
+
+template <int kRoom>  // 4, 8 or 16 streams
+class Rows {
+ public:
+  // From the tables, and back.
+  void load() {
+    for (int g = 0; g < kGroups; g++) {
+      keys_[g] = Group::load(listedKeys + kLanes * g);
+      states_[g] = Group::load(listedStates + kLanes * g);
+    }
+  }
+  void store() const {
+    for (int g = 0; g < kGroups; g++) {
+      Group::store(listedKeys + kLanes * g, keys_[g]);
+      Group::store(listedStates + kLanes * g, states_[g]);
+    }
+  }
+
+  int64_t firstKey() const { return Group::first(keys_[0]); }
+  int64_t firstState() const { return Group::first(states_[0]); }
+  int64_t secondKey() const { return Group::first(keysUp(0)); }
+  int64_t secondState() const {
+    return Group::first(Group::up(states_[0], states_[0]));
+  }
+
+  // Whose keys are below, or equal to, this one.
+  uint32_t below(int64_t key) const {
+    uint32_t places = 0;
+    for (int g = 0; g < kGroups; g++) {
+      places |= Group::less(keys_[g], Group::all(key)) << kLanes * g;
+    }
+    return places;
+  }
+  uint32_t equal(int64_t key) const {
+    uint32_t places = 0;
+    for (int g = 0; g < kGroups; g++) {
+      places |= Group::equal(keys_[g], Group::all(key)) << kLanes * g;
+    }
+    return places;
+  }
+
+  // Whose keys share more bits with this one than their stored lengths say.
+  uint32_t sharing(int64_t key) const {
+    uint32_t places = 0;
+    for (int g = 0; g < kGroups; g++) {
+      const Lanes bits =
+          Group::template shared<kLengthShift>(keys_[g], Group::all(key));
+      places |= Group::less(states_[g], bits) << kLanes * g;
+    }
+    return places;
+  }
+
+  // Whose entries are what LOCP holds.
+  uint32_t unchanged() const {
+    uint32_t places = 0;
+    for (int g = 0; g < kGroups; g++) {
+      places |= Group::test(states_[g], Group::all(kUnchanged)) << kLanes * g;
+    }
+    return places;
+  }
+
+  // Moves the head to the place of its new key, which is above the last one and
+  // equals no other, so that it tells the entries.
+  void moveByKey(int64_t key) {
+    const Lanes wanted = Group::all(key);
+    const Lanes stream = Group::all(kStream);
+    const Lanes head = Group::allFirst(states_[0]);
+    Lanes own{};
+    for (int g = 0; g < kGroups; g++) {
+      const bool last = g + 1 == kGroups;
+      const Lanes bits = Group::template shared<kLengthShift>(keys_[g], wanted);
+      const Lanes entries = Group::either(bits, Group::all(makeState(1, 0)));
+      if (g == 0) own = Group::allFirst(entries);
+      // What it would be at each place, and what each would be behind it.
+      Lanes moved = Group::andOr(head, stream, entries);
+      moved = Group::choose(moved, Group::equal(entries, own),
+                            Group::either(moved, Group::all(kUnchanged)));
+      const Lanes behind = Group::andOr(states_[g], stream, entries);
+
+      const Lanes up = keysUp(g);
+      const uint32_t below = Group::less(keys_[g], wanted);
+      const uint32_t passed = Group::less(up, wanted);
+      const uint32_t changed = Group::less(states_[g], bits) & ~below;
+      Lanes states = Group::choose(states_[g], changed, behind);
+      states = Group::choose(states, below, moved);
+      states_[g] = Group::choose(
+          states, passed,
+          Group::up(states_[g], last ? states_[g] : states_[g + 1]));
+      // All of them are in order.
+      keys_[g] = Group::least(up, Group::most(keys_[g], wanted));
+    }
+  }
+
+  // Moves the head behind the `passed`, with its new key and state. The suffix
+  // at the place `changed`, if any, has another state, too.
+  void move(uint32_t passed, int64_t key, int64_t state, uint32_t changed,
+            int64_t changedState) {
+    const uint32_t place = passed + 1;
+    for (int g = 0; g < kGroups; g++) {
+      const int next = g + 1 == kGroups ? g : g + 1;
+      const int from = kLanes * g;
+      keys_[g] = Group::choose(keys_[g], passed >> from,
+                               Group::up(keys_[g], keys_[next]));
+      keys_[g] = Group::choose(keys_[g], place >> from, Group::all(key));
+      states_[g] = Group::choose(states_[g], passed >> from,
+                                 Group::up(states_[g], states_[next]));
+      states_[g] = Group::choose(states_[g], place >> from, Group::all(state));
+      states_[g] =
+          Group::choose(states_[g], changed >> from, Group::all(changedState));
+    }
+  }
+
+ private:
+  using Group = std::conditional_t<kRoom <= 4, Four, Eight>;
+  using Lanes = typename Group::Lanes;
+  static constexpr int kLanes = Group::kLanes;
+  static constexpr int kGroups = kRoom / kLanes;
+
+  Lanes keysUp(int g) const {
+    return Group::up(keys_[g],
+                     g + 1 == kGroups ? Group::all(kLargestKey) : keys_[g + 1]);
+  }
+
+  Lanes keys_[kGroups];
+  Lanes states_[kGroups];
 };

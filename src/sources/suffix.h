@@ -8,7 +8,9 @@
 #define PALVOR_SOURCES_SUFFIX_H_
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 static_assert(std::endian::native == std::endian::little,
               "files are read and written as they stand in memory");
@@ -27,9 +29,13 @@ inline uint32_t inputNumber(const Suffix& suffix) { return suffix.input >> 2; }
 // The prefix words as one number. Signed numbers compare faster, so its top bit
 // is inverted: it orders as the words do.
 inline int64_t prefixKey(const Suffix& suffix) {
-  const uint64_t words =
-      static_cast<uint64_t>(suffix.prefix0) << 32 | suffix.prefix1;
-  return static_cast<int64_t>(words ^ uint64_t{1} << 63);
+  // Both at once: one load, instead of two that are put together.
+  uint64_t words;
+  std::memcpy(
+      &words,
+      reinterpret_cast<const char*>(&suffix) + offsetof(Suffix, prefix0),
+      sizeof words);
+  return static_cast<int64_t>(std::rotl(words, 32) ^ uint64_t{1} << 63);
 }
 
 // The producer's two flag bits; nothing here interprets them.
