@@ -20,37 +20,40 @@ PathArguments scan(const std::vector<std::string>& arguments) {
 }
 
 TEST(Numbers, AreReadAsPowersOrDecimals) {
-  const std::vector<std::pair<const char*, int>> rows = {
-      {"2^20", 1048576},
-      {"2^0", 1},
-      {"2^32", 1},
-      {"2^33", 2},
-      {"2^-1", INT_MIN},
-      {"2^31", INT_MIN},
-      {"2^", 1},
-      {"2^99999999999999999999", INT_MIN},
-      {"2", 2},
-      {"22^3", 22},
-      {"1e8", 100000000},
-      {"2.5e6", 2500000},
-      {"1.99", 1},
-      {"-1.99", -1},
-      {"+7", 7},
-      {" 7", 7},
-      {"64K", 64},
-      {"abc", 0},
-      {"", 0},
-      {"nan", 0},
-      {"2147483647", INT_MAX},
-      {"2147483647.5", INT_MAX},
-      {"2147483648", INT_MAX},
-      {"1e300", INT_MAX},
-      {"inf", INT_MAX},
-      {"-2147483648", INT_MIN},
-      {"-1e300", INT_MIN},
-  };
-  for (const auto& [text, number] : rows) {
-    EXPECT_EQ(getNum(text), number) << text;
+  // "text=number", where MAX and MIN are those of an int.
+  for (const std::string row : {"2^20=1048576",
+                                "2^0=1",
+                                "2^32=1",
+                                "2^33=2",
+                                "2^-1=MIN",
+                                "2^31=MIN",
+                                "2^=1",
+                                "2^99999999999999999999=MIN",
+                                "2=2",
+                                "22^3=22",
+                                "1e8=100000000",
+                                "2.5e6=2500000",
+                                "1.99=1",
+                                "-1.99=-1",
+                                "+7=7",
+                                " 7=7",
+                                "64K=64",
+                                "abc=0",
+                                "=0",
+                                "nan=0",
+                                "2147483647=MAX",
+                                "2147483647.5=MAX",
+                                "2147483648=MAX",
+                                "1e300=MAX",
+                                "inf=MAX",
+                                "-2147483648=MIN",
+                                "-1e300=MIN"}) {
+    const size_t equals = row.find('=');
+    const std::string number = row.substr(equals + 1);
+    const int want = number == "MAX"   ? INT_MAX
+                     : number == "MIN" ? INT_MIN
+                                       : std::stoi(number);
+    EXPECT_EQ(getNum(row.substr(0, equals).c_str()), want) << row;
   }
 }
 

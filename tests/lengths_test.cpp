@@ -36,25 +36,11 @@ TEST_F(Lengths, TakePartitionsUpToTheNumberOfInputsOrTheTable) {
   EXPECT_THAT(partitions(2, 5), ElementsAre(7, 8)) << "a file that grew";
 }
 
-TEST_F(Lengths, MissNoFileThatIsNotAskedFor) {
-  std::vector<unsigned> table(2, 5);
-  folder_.writeWords("x.stblengths", {8, 6, 4});
-  readPartitionInfo("", folder_.path("x.stblengths").c_str(), "", nullptr,
-                    table.data(), nullptr, 2);
-  EXPECT_THAT(table, ElementsAre(8, 6));
-}
-
-TEST_F(Lengths, EndTheRunIfAFileCannotBeOpened) {
+TEST_F(Lengths, EndTheRunIfPartitionsCannotBeOpened) {
   unsigned table[1];
-  EXPECT_EXIT(readPartitionInfo("no/file", "", "", table, nullptr, nullptr, 0),
-              testing::ExitedWithCode(1),
-              "^# no/file: No such file or directory\n"
-              "## ERROR: could not open lengths file \"no/file\"\n$");
-  EXPECT_EXIT(readPartitionInfo("", "no/file", "", nullptr, table, nullptr, 0),
-              testing::ExitedWithCode(1),
-              "## ERROR: Could not open binary lengths file \"no/file\"\n$");
   EXPECT_EXIT(readPartitionInfo("", "", "no/file", nullptr, nullptr, table, 0),
               testing::ExitedWithCode(1),
+              "^# no/file: No such file or directory\n"
               "## ERROR: Could not open partitions file \"no/file\"\n$");
 }
 

@@ -70,46 +70,22 @@ TEST_F(SuffixStreams, HandOutEveryWholeRecordOnceAndThenNull) {
   }
 }
 
-TEST_F(SuffixStreams, WithoutRoomForARecordEndAtOnce) {
-  useInputs({"ACGT"});
-  folder_.write("x_0.stpsa", recordBytes(0, 0));
-  setUp(1, 0, false);
-  EXPECT_EQ(getNextSuf(0), nullptr);
-  EXPECT_EQ(getNextSuf(0), nullptr);
-}
-
-TEST_F(SuffixStreams, AddTheInputsBeforeTheirPartition) {
-  useInputs(std::vector<std::string>(9, "AC"));
-  folder_.write("x_0.stpsa", recordBytes(2, 1));
-  folder_.write("x_1.stpsa", recordBytes(1, 0));
-  folder_.write("x_2.stpsa", recordBytes(1, 0) + recordBytes(3, 1));
-  iorigin = 1;
-  nparts = 3;
-  const unsigned inputs[] = {3, 2, 4};
-  setUp(3, 1, false, inputs);
-  EXPECT_EQ(alens[0], 0U);
-  EXPECT_EQ(alens[1], 12U);
-  EXPECT_EQ(alens[2], 20U);
-  for (const auto& [stream, input] :
-       std::vector<std::pair<int, uint32_t>>{{0, 2}, {2, 6}, {1, 4}, {2, 8}}) {
-    const Suffix* suffix = getNextSuf(stream);
-    ASSERT_NE(suffix, nullptr);
-    EXPECT_EQ(inputNumber(*suffix), input);
-    EXPECT_EQ(suffixFlags(*suffix), 2U);
-  }
-}
-
-// Without partitions, the lengths of inputs say nothing about their numbers.
-TEST_F(SuffixStreams, AddTheirOwnNumberWithoutPartitions) {
-  useInputs({"AC", "AC", "AC"});
-  for (const char* name : {"x_0.stpsa", "x_1.stpsa", "x_2.stpsa"}) {
-    folder_.write(name, recordBytes(0, 1));
-  }
-  iorigin = 1;
-  nparts = 0;
-  setUp(3, 4, false, blengths);
-  for (int j = 0; j < 3; j++) {
-    EXPECT_EQ(inputNumber(*getNextSuf(j)), static_cast<uint32_t>(j));
+// Records are tested some hundreds at a time, but the first bad one is named.
+TEST_F(SuffixStreams, RefuseAPositionThatIsNotThereWhereverItStands) {
+  useInputs({std::string(2000, 'A')});
+  for (const uint32_t bad : {0U, 511U, 512U, 513U, 1024U, 1099U}) {
+    std::string bytes;
+    for (uint32_t r = 0; r < 1100; r++) {
+      bytes += recordBytes(0, r < bad ? r : 2000);
+    }
+    folder_.write("x_0.stpsa", bytes);
+    setUp(1, 1050, false);
+    const auto handOutAll = [] {
+      while (getNextSuf(0) != nullptr) continue;
+    };
+    EXPECT_EXIT(handOutAll(), testing::ExitedWithCode(1),
+                "record " + std::to_string(bad) +
+                    " of Suffix file .*: position 2000 is not inside input 0");
   }
 }
 

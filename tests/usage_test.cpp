@@ -22,7 +22,7 @@ std::vector<std::string> usageIn(const std::string& err) {
 
 TEST(Usage, IsShownWhenAskedForAndToTooShortCommands) {
   const DataFolder folder{Collection{{"GATTACA"}}};
-  const Outcome help = runPalvor({folder.root(), "-h", "x", "-a", "-q"});
+  const Outcome help = folder.merge("-h -a -q");
   EXPECT_EQ(help.status, 0);
   const std::vector<std::string> usage = usageIn(help.err);
   ASSERT_EQ(usage.size(), 30u);

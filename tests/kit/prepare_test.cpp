@@ -1,47 +1,27 @@
 // palvor-kit prepare through the real program: what is in the folder.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstddef>
-#include <cstring>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "support/data_folder.h"
-#include "support/plain_merge.h"
 #include "support/program.h"
 #include "support/temporary_folder.h"
 
 namespace {
 
+using testing::HasSubstr;
+using testing::StartsWith;
+
 using Files = std::map<std::string, std::string>;
 using Arguments = std::vector<std::string>;
-
-template <typename T>
-std::vector<T> arrayOf(const std::string& bytes) {
-  EXPECT_EQ(bytes.size() % sizeof(T), 0u);
-  std::vector<T> elements(bytes.size() / sizeof(T));
-  std::memcpy(elements.data(), bytes.data(), elements.size() * sizeof(T));
-  return elements;
-}
-
-// A merge may give equal suffixes of different arrays in any order; brings each
-// run of them into the order of the inputs.
-void orderEqualSuffixes(const std::vector<std::string_view>& texts,
-                        std::vector<Record>* records) {
-  const auto begin = records->begin();
-  for (size_t from = 0, to = 0; from < texts.size(); from = to) {
-    while (to < texts.size() && texts[to] == texts[from]) to++;
-    std::sort(begin + static_cast<ptrdiff_t>(from),
-              begin + static_cast<ptrdiff_t>(to));
-  }
-}
 
 class Prepare : public testing::Test {
  protected:
@@ -127,27 +107,27 @@ TEST_F(Prepare, SaysWhatWasLeftOut) {
   for (const char* said :
        {"2 files, 3 records, 2 inputs, 4 characters", "5 ambiguous characters",
         "1 inputs begun anew", "2 records without any", "1 files gave no"}) {
-    EXPECT_NE(outcome.err.find(said), std::string::npos) << said << " in\n"
-                                                         << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr(said));
   }
 }
 
 TEST_F(Prepare, WritesTheSameForAnyNumberOfJobs) {
-  ASSERT_EQ(runKit({"simulate", "--genomes", "7", "--length", "3000",
-                    "--divergence", "0.02", "-o", folder_.path("g")})
+  const std::string genomes = folder_.path("g");
+  ASSERT_EQ(runKit(wordsOf("simulate --genomes 7 --length 3000 --divergence "
+                           "0.02 -o " +
+                           genomes))
                 .status,
             0);
-  Arguments genomes;
-  for (int i = 0; i < 7; i++) {
-    genomes.push_back(folder_.path("g/genome_" + std::to_string(i) + ".fa"));
+  Arguments inputs = {
+      folder_.write("n", ">a\nACGTNNNACCA\n>b\nN\n>c\nTTNTT\n>d\nG\n")};
+  for (const auto& [name, bytes] : folder_.files("g")) {
+    inputs.push_back(genomes + "/" + name);
   }
-  genomes.push_back(
-      folder_.write("n", ">a\nACGTNNNACCA\n>b\nN\n>c\nTTNTT\n>d\nG\n"));
-  for (const char* per : {"file", "record"}) {
+  for (const std::string per : {"file", "record"}) {
     Files first;
-    for (const char* jobs : {"1", "2", "5"}) {
+    for (const std::string jobs : {"1", "2", "5"}) {
       Arguments arguments = {"--lcp", "--force", "-j", jobs, "--psa-per", per};
-      arguments.insert(arguments.end(), genomes.begin(), genomes.end());
+      arguments.insert(arguments.end(), inputs.begin(), inputs.end());
       const Outcome outcome = prepare(arguments);
       ASSERT_EQ(outcome.status, 0) << outcome.err;
       if (first.empty()) first = files();
@@ -156,42 +136,31 @@ TEST_F(Prepare, WritesTheSameForAnyNumberOfJobs) {
   }
 }
 
-// The command that is printed, run as printed, must give the plain order.
+// The command that is printed, run as printed, must give what is right.
 TEST_F(Prepare, PrintsTheCommandThatMerges) {
-  const std::vector<std::string> inputs = {
-      "GATTACAGATTACAGATTACAGATTACAGATTACATTT",
-      "ACA",
-      "GATTACAGATTACAGATTACAGATTACAGATTACATTC",
-      "GATTACAGATTACAGATTACAGATTACAGATTACATTT",
-      "CCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCC",
-      "TTACATTT"};
+  const std::string gattaca = "GATTACAGATTACAGATTACAGATTACAGATTACATT";
   const std::string a =
-      folder_.write("a", ">0\n" + inputs[0] + "\n>1\n" + inputs[1] + "N" +
-                             inputs[2] + "\n>3\n" + inputs[3] + "\n");
+      folder_.write("a", ">0\n" + gattaca + "T\n>1\nACAN" + gattaca +
+                             "C\n>3\n" + gattaca + "T\n");
   const std::string b =
-      folder_.write("b", ">4\n" + inputs[4] + "\n>5\n" + inputs[5] + "\n");
-  const Collection collection{inputs, {static_cast<int>(inputs.size())}};
-  PlainArray want = plainArrays(collection).at(0);
-  for (Record& record : want.records) record[0] &= ~3u;  // no flags
-  const std::string spaced = folder_.path("it's spaced");
-  for (const Arguments& options : std::vector<Arguments>{
-           {}, {"--lcp"}, {"--zero-origin"}, {"--lcp", "--zero-origin"}}) {
-    for (const char* per : {"file", "record"}) {
-      Arguments arguments = {"prepare",   "-o", spaced,    "-p", "x y",
-                             "--psa-per", per,  "--force", a,    b};
-      arguments.insert(arguments.end(), options.begin(), options.end());
+      folder_.write("b", ">4\n" + std::string(50, 'C') + "\n>5\nTTACATTT\n");
+  const std::string spaced = folder_.path("it's spaced/");
+  for (const std::string per : {"file", "record"}) {
+    for (const std::string options :
+         {"", " --lcp", " --zero-origin", " --lcp --zero-origin"}) {
+      Arguments arguments = {"prepare", "-o", spaced, "-p", "x y", a, b};
+      for (const std::string& word :
+           wordsOf("--force --psa-per " + per + options)) {
+        arguments.push_back(word);
+      }
       const Outcome made = runKit(arguments);
       ASSERT_EQ(made.status, 0) << made.err;
       const Outcome merged = runShell(linesOf(made.out).back());
       ASSERT_EQ(merged.status, 0) << made.out << merged.err;
-
-      Files found = folder_.files("it's spaced/x y.ST");
-      auto records = arrayOf<Record>(found["x y.stpsa"]);
-      ASSERT_EQ(records.size(), want.records.size()) << made.out;
-      orderEqualSuffixes(want.texts, &records);
-      EXPECT_EQ(records, want.records) << made.out;
-      const auto entries = arrayOf<uint32_t>(found["x y.stlcp"]);
-      EXPECT_EQ(entries, want.entries) << made.out;
+      Arguments proof = {"check", spaced, "x y"};
+      if (options.ends_with("--zero-origin")) proof.push_back("-z");
+      EXPECT_THAT(runKit(proof).out, StartsWith("all right: 6 inputs, "))
+          << made.out;
     }
   }
 }
@@ -213,8 +182,7 @@ TEST_F(Prepare, KilledLeavesNothingThatLooksWhole) {
 
   const Outcome refused = prepare({a});
   EXPECT_EQ(refused.status, 1);
-  EXPECT_NE(refused.err.find("did not finish"), std::string::npos)
-      << refused.err;
+  EXPECT_THAT(refused.err, HasSubstr("did not finish"));
   EXPECT_EQ(prepare({a, "--force"}).status, 0);
   EXPECT_EQ(files().size(), 5u);
 }
@@ -224,25 +192,25 @@ TEST_F(Prepare, RefusesAFolderWithDataUnlessForced) {
   const std::string b = folder_.write("b", ">y\nGGTT\n>z\nC\n");
   ASSERT_EQ(prepare({b, b}).status, 0);
   // Files of others, though they begin alike, are nobody's to remove.
-  const char* const others[] = {"x_notes.stuff", "x.st", "xx.stlengths",
+  const std::string others[] = {"x_notes.stuff", "x.st", "xx.stlengths",
                                 "x_1.stbin.old", "y_0.stbin"};
-  for (const char* other : others) {
-    folder_.write(std::string("out/x.ST/") + other, "mine");
+  for (const std::string& other : others) {
+    folder_.write("out/x.ST/" + other, "mine");
   }
-  const char* const owned[] = {"x.stpsa", "x.stdiv", "x_12.stree",
-                               "x_9.stpsa.part"};
-  for (const char* own : owned) {
-    folder_.write(std::string("out/x.ST/") + own, "old");
+  for (const std::string own :
+       {"x.stpsa", "x.stdiv", "x_12.stree", "x_9.stpsa.part"}) {
+    folder_.write("out/x.ST/" + own, "old");
   }
   const Files before = files();
   const Outcome refused = prepare({a});
   EXPECT_EQ(refused.status, 1);
-  EXPECT_NE(refused.err.find("--force"), std::string::npos) << refused.err;
+  EXPECT_THAT(refused.err, HasSubstr("--force"));
   EXPECT_EQ(files(), before);
 
   ASSERT_EQ(prepare({a, "--force"}).status, 0);
   Files after = files();
-  for (const char* other : others) EXPECT_EQ(after.erase(other), 1u) << other;
+  for (const std::string& other : others)
+    EXPECT_EQ(after.erase(other), 1u) << other;
   EXPECT_EQ(after.size(), 5u);
   EXPECT_EQ(after["x.stlengths"], bytesOf({4}));
 }

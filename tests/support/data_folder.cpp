@@ -1,6 +1,7 @@
 #include "support/data_folder.h"
 
-#include <algorithm>
+#include <gtest/gtest.h>
+
 #include <filesystem>
 
 #include "support/inputs.h"
@@ -41,21 +42,32 @@ DataFolder::DataFolder(const Collection& collection) {
   }
 
   const std::vector<PlainArray> arrays = plainArrays(collection);
-  uint32_t origin = 0;
   for (size_t j = 0; j < arrays.size(); j++) {
     std::vector<uint32_t> file;
-    for (Record record : arrays[j].records) {
-      if (collection.zeroOrigin) record[0] -= origin << 2;
+    for (const Record& record : arrays[j].records) {
       file.insert(file.end(), record.begin(), record.end());
     }
     writeWords(numbered(j, ".stpsa"), file);
     std::vector<uint32_t> entries = arrays[j].entries;
     if (!entries.empty()) entries[0] = 0xDEADBEEF;  // means nothing
     writeWords(numbered(j, ".stlcp"), entries);
-    origin += collection.parts.empty()
-                  ? 1
-                  : static_cast<uint32_t>(collection.parts[j]);
   }
+}
+
+Outcome DataFolder::merge(const std::string& options,
+                          const Setting& setting) const {
+  std::vector<std::string> arguments = wordsOf(options);
+  arguments.insert(arguments.begin(), {root_, "x"});
+  return runPalvor(arguments, setting);
+}
+
+void DataFolder::expectMerge(const std::string& options) const {
+  SCOPED_TRACE("options " + options);
+  const Outcome merged = merge(options);
+  ASSERT_EQ(merged.status, 0) << merged.err;
+  ASSERT_EQ(merged.out, "");
+  const Outcome proof = runKit({"check", root_, "x"});
+  ASSERT_EQ(proof.status, 0) << proof.out;
 }
 
 std::string DataFolder::path(const std::string& name) const {
@@ -96,21 +108,4 @@ bool DataFolder::holds(const std::string& name) const {
 
 std::string DataFolder::bytes(const std::string& name) const {
   return folder_.read("x.ST/" + name);
-}
-
-std::vector<uint32_t> DataFolder::words(const std::string& name) const {
-  const std::string raw = bytes(name);
-  std::vector<uint32_t> words(raw.size() / 4);
-  std::copy_n(raw.data(), 4 * words.size(),
-              reinterpret_cast<char*>(words.data()));
-  return words;
-}
-
-std::vector<Record> DataFolder::records(const std::string& name) const {
-  const std::vector<uint32_t> all = words(name);
-  std::vector<Record> records(all.size() / 4);
-  for (size_t i = 0; i < 4 * records.size(); i++) {
-    records[i / 4][i % 4] = all[i];
-  }
-  return records;
 }

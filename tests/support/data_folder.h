@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "support/plain_merge.h"
+#include "support/plain_arrays.h"
+#include "support/program.h"
 #include "support/temporary_folder.h"
 
 // 32-bit words as a file holds them.
@@ -25,6 +26,13 @@ class DataFolder {
   // second being "x".
   const std::string& root() const { return root_; }
 
+  // Runs palvor on it, with these options, parted by blanks.
+  Outcome merge(const std::string& options, const Setting& setting = {}) const;
+
+  // The same, which must succeed without a word on standard output; and
+  // palvor-kit check must prove everything that the folder then holds.
+  void expectMerge(const std::string& options) const;
+
   // A file of x.ST/ by its name, like "x_0.stpsa".
   std::string path(const std::string& name) const;
 
@@ -40,8 +48,6 @@ class DataFolder {
 
   bool holds(const std::string& name) const;
   std::string bytes(const std::string& name) const;
-  std::vector<uint32_t> words(const std::string& name) const;
-  std::vector<Record> records(const std::string& name) const;
 
  private:
   TemporaryFolder folder_;

@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -122,4 +123,9 @@ std::vector<std::string> linesOf(const std::string& text) {
   std::istringstream stream(text);
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
   return lines;
+}
+
+std::vector<std::string> wordsOf(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
 }

@@ -47,7 +47,8 @@ std::string programPath();
 // the address space, so that it cannot be limited.
 bool addressSpaceIsNeeded();
 
-// The lines of a text, without their ends.
+// The lines of a text, without their ends; its words, parted by blanks.
 std::vector<std::string> linesOf(const std::string& text);
+std::vector<std::string> wordsOf(const std::string& text);
 
 #endif  // PALVOR_TESTS_SUPPORT_PROGRAM_H_
