@@ -66,7 +66,6 @@ TEST(ArgumentScan, MixesOptionsAndPositionalValues) {
   EXPECT_STREQ(paths.odir, "out/");
   EXPECT_STREQ(paths.sdir, "") << "an empty text is a given one";
   EXPECT_EQ(paths.opfx, nullptr);
-  EXPECT_EQ(paths.spfx, nullptr);
   EXPECT_STREQ(Joption, "1-4,6");
   EXPECT_EQ(quiet, 1);
   EXPECT_EQ(sarray, 1) << "only the first letter counts";

@@ -1,5 +1,6 @@
 #include "support/bits.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -10,9 +11,7 @@ TEST(Bits, SingleBitsCountFromTheTopOfWordZero) {
   unsigned v[2] = {};
   SetBit(v, 0);
   SetBit(v, 33);
-  EXPECT_EQ(v[0], 0x80000000);
-  EXPECT_EQ(v[1], 0x40000000);
-  EXPECT_EQ(GetBit(v, 0), 1);
+  EXPECT_THAT(v, testing::ElementsAre(0x80000000, 0x40000000));
   EXPECT_EQ(GetBit(v, 33), 1);
   EXPECT_EQ(GetBit(v, 32), 0);
   EXPECT_EQ(getBit(v, 32), 1);  // of the single word
@@ -21,24 +20,17 @@ TEST(Bits, SingleBitsCountFromTheTopOfWordZero) {
 }
 
 TEST(Bits, WordRoutinesTakeWholeWords) {
-  using Routine = int (*)(unsigned*, const unsigned*, int);
   const unsigned source[3] = {0xF0F0F0F0, 1, 2};
-  for (const Routine routine :
+  for (const auto routine :
        {&OrBits, &OrBits1, &OrBits2, &OrBits3, &CopyBits}) {
-    unsigned v[3] = {};
+    unsigned v[4] = {};
     routine(v, source, 0);
-    EXPECT_EQ(v[0], 0u);
-    routine(v, source, 1);
-    EXPECT_EQ(v[0], 0xF0F0F0F0);
-    EXPECT_EQ(v[1], 0u);
-    routine(v, source, 33);
-    EXPECT_EQ(v[1], 1u);
-    EXPECT_EQ(v[2], 0u);
+    routine(v + 1, source, 33);
+    EXPECT_THAT(v, testing::ElementsAre(0, 0xF0F0F0F0, 1, 0));
   }
   unsigned v[2] = {0xFF00FF00, 3};
   AndBits(v, source, 64);
-  EXPECT_EQ(v[0], 0xF000F000);
-  EXPECT_EQ(v[1], 1u);
+  EXPECT_THAT(v, testing::ElementsAre(0xF000F000, 1));
   const unsigned ones = 0xFFFFFFFF;
   EXPECT_EQ(CountBits(&ones, 1), 32);
   EXPECT_EQ(CountBits(&ones, 0), 0);

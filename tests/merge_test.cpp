@@ -20,22 +20,6 @@ std::string randomText(unsigned seed, size_t length,
   return text;
 }
 
-TEST(Merge, OfEveryLengthIsRight) {
-  const std::string text = randomText(1, 65, "ACGT");
-  Collection heads, tails;
-  for (size_t length = 1; length <= 65; length++) {
-    heads.texts.push_back(text.substr(0, length));
-    tails.texts.push_back(text.substr(65 - length));
-  }
-  for (const Collection& collection : {heads, tails}) {
-    const DataFolder folder(collection);
-    for (const char* options :
-         {"-a -H -M 48", "-a -l -M 48", "-a -l -X -U -Z"}) {
-      ASSERT_NO_FATAL_FAILURE(folder.expectMerge(options));
-    }
-  }
-}
-
 // LCP entries are computed for a window of records ahead, which a block may
 // cut anywhere.
 TEST(Merge, BringsTrueEntriesForAnySizeOfBlock) {

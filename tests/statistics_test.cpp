@@ -29,12 +29,6 @@ class Statistics : public testing::Test {
     return lines;
   }
 
-  void emptyArrays() {
-    for (const char* name : {"x_0.stpsa", "x_1.stpsa", "x_2.stpsa"}) {
-      folder_.write(name, "");
-    }
-  }
-
   DataFolder folder_{Collection{{"G", "A", "T"}}};
   const std::string root_ = folder_.root();
 };
@@ -65,26 +59,10 @@ TEST_F(Statistics, AreExactForAMergeDoneByHand) {
                        "tnrc=0/0 tnac=0"));
 }
 
-TEST_F(Statistics, AreThoseOfAnEmptyRunWithoutInputsOrSuffixes) {
-  const auto lines =
-      ElementsAre(StartsWith("# merge options: "), StartsWith("# total length"),
-                  StartsWith("# in buff: "),
-                  MatchesRegex("# Flush array   0: nbuff=0 t=[0-9]+ ms"),
-                  "# Merge done: 0, 0 STs, tnp2=0 tlcmp=0 tncmp=0 tnrc=0/0 "
-                  "tnac=0",
-                  "#   maxp=0 tnlcp=0 alcp=0 maxlcp=0 nmlcp=0/0  tngb=0",
-                  MatchesRegex(kFinalLine));
-  emptyArrays();
-  EXPECT_THAT(linesWith("-l"), lines);
-  EXPECT_THAT(linesWith("-H -Z"), lines);
-  folder_.write("x.stlengths", "odd");  // not one whole entry
-  EXPECT_THAT(linesWith("-l -Z -f"), lines);
-  EXPECT_THAT(linesWith("-H -z -U"), lines);
-  EXPECT_EQ(folder_.bytes("x.stpsa") + folder_.bytes("x.stlcp"), "");
-}
-
 TEST_F(Statistics, ListTheOptionsInTheirOrder) {
-  emptyArrays();  // so that -z, too, may be given
+  for (const char* name : {"x_0.stpsa", "x_1.stpsa", "x_2.stpsa"}) {
+    folder_.write(name, "");  // so that -z, too, may be given
+  }
   EXPECT_EQ(
       linesWith("-N 7 -x 99 -i 4 -M 64 -m 1e8 -n 5 -J 2 -s x -S " + root_ +
                 " -p x -o " + root_ +

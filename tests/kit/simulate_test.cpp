@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -12,11 +11,20 @@
 
 namespace {
 
-// The genomes, given their number, length, divergence and the seed.
+using Arguments = std::vector<std::string>;
+
+// Given the number of genomes, their length, their divergence and the seed.
+Outcome simulate(const std::string& values, const Arguments& more = {},
+                 const Setting& setting = {}) {
+  const Arguments v = wordsOf(values);
+  Arguments all = {"simulate",     "--genomes", v[0],     "--length", v[1],
+                   "--divergence", v[2],        "--seed", v[3]};
+  all.insert(all.end(), more.begin(), more.end());
+  return runKit(all, setting);
+}
+
 std::string simulated(const std::string& values) {
-  const std::vector<std::string> v = wordsOf(values);
-  const Outcome outcome = runKit({"simulate", "--genomes", v[0], "--length",
-                                  v[1], "--divergence", v[2], "--seed", v[3]});
+  const Outcome outcome = simulate(values);
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   return outcome.out;
 }
@@ -24,11 +32,8 @@ std::string simulated(const std::string& values) {
 // The sequences of FASTA text, which must have lines of 80 characters.
 std::vector<std::string> sequencesOf(const std::string& fasta) {
   std::vector<std::string> sequences;
-  std::istringstream lines(fasta);
-  for (std::string line; std::getline(lines, line);) {
-    if (line[0] == '>') {
-      EXPECT_EQ(line.rfind(">genome_" + std::to_string(sequences.size()), 0),
-                0u);
+  for (const std::string& line : linesOf(fasta)) {
+    if (line == ">genome_" + std::to_string(sequences.size())) {
       sequences.emplace_back();
       continue;
     }
@@ -72,10 +77,7 @@ TEST(Simulate, MutatesOneAncestor) {
 
 TEST(Simulate, WritesAFileForEachGenome) {
   const TemporaryFolder folder;
-  const Outcome outcome =
-      runKit(wordsOf("simulate --genomes 2 --length 100 --divergence 0.1 "
-                     "--seed 5 -o " +
-                     folder.path("a/b")));
+  const Outcome outcome = simulate("2 100 0.1 5", {"-o", folder.path("a/b")});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(folder.files("a/b").size(), 2u);
@@ -84,19 +86,15 @@ TEST(Simulate, WritesAFileForEachGenome) {
 }
 
 TEST(Simulate, RefusesWrongValues) {
-  for (const std::string values :
-       {"0 --length 10 --divergence 0.1", "-1 --length 10 --divergence 0.1",
-        "2 --length 0 --divergence 0.1", "2 --length -5 --divergence 0.1",
-        "2 --length 10 --divergence -0.1", "2 --length 10 --divergence 1.5",
-        "2 --length 10 --divergence often",
-        "2 --length 1e3000 --divergence 0.1", "2"}) {
-    const Outcome outcome = runKit(wordsOf("simulate --genomes " + values));
+  for (const char* values :
+       {"0 10 0.1 1", "-1 10 0.1 1", "2 0 0.1 1", "2 -5 0.1 1", "2 10 -0.1 1",
+        "2 10 1.5 1", "2 10 often 1", "2 1e3000 0.1 1"}) {
+    const Outcome outcome = simulate(values);
     EXPECT_EQ(outcome.status, 1) << values;
     EXPECT_NE(outcome.err, "") << values;
   }
-  const Outcome full =
-      runKit(wordsOf("simulate --genomes 2 --length 100000 --divergence 1"),
-             {.output = "/dev/full"});
+  EXPECT_EQ(runKit({"simulate"}).status, 1);
+  const Outcome full = simulate("2 100000 1 1", {}, {.output = "/dev/full"});
   EXPECT_EQ(full.status, 1);
   EXPECT_THAT(full.err, testing::HasSubstr("standard output"));
 }

@@ -3,8 +3,6 @@
 #ifndef PALVOR_TESTS_SUPPORT_PROGRAM_H_
 #define PALVOR_TESTS_SUPPORT_PROGRAM_H_
 
-#include <sys/types.h>
-
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,9 +31,6 @@ Outcome runPalvor(const std::vector<std::string>& arguments,
                   const Setting& setting = {});
 Outcome runKit(const std::vector<std::string>& arguments,
                const Setting& setting = {});
-
-// Starts palvor-kit with its output thrown away, and returns its process.
-pid_t startKit(const std::vector<std::string>& arguments);
 
 // Runs a line as a shell does that finds the built palvor.
 Outcome runShell(const std::string& line);
