@@ -19,18 +19,18 @@ class Files : public testing::Test {
   const std::string path_ = folder_.path("file");
 };
 
-TEST_F(Files, AreCreatedAndEmptiedForWriting) {
+TEST_F(Files, AreCreatedOrEmptiedForWriting) {
   umask(0);
-  for (int round = 0; round < 2; round++) {
-    const int fd = FileOpen(path_.c_str(), 1);
-    EXPECT_EQ(FileSize(path_.c_str()), 0);
+  folder_.write("file", "longer than what comes");
+  for (const char* name : {"new", "file"}) {
+    const int fd = FileOpen(folder_.path(name).c_str(), 1);
     EXPECT_EQ(FileWrite(fd, "text", 4), 4);
     EXPECT_EQ(BigFileWrite(fd, "more", 4), 4);
     EXPECT_EQ(FileClose(fd), 0);
-    EXPECT_EQ(folder_.bytes("file"), "textmore");
+    EXPECT_EQ(folder_.bytes(name), "textmore");
   }
   struct stat status = {};
-  ASSERT_EQ(stat(path_.c_str(), &status), 0);
+  ASSERT_EQ(stat(folder_.path("new").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777, 0644U);
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,33 +16,13 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 using testing::AnyOf;
 using testing::SizeIs;
 using testing::StartsWith;
 
 using Damage = std::function<void(const DataFolder&)>;
-
-void nothing(const DataFolder&) {}
-
-Damage removed(const char* name) {
-  return [=](const DataFolder& folder) { folder.remove(name); };
-}
-
-Damage folderAt(const char* name) {
-  return [=](const DataFolder& folder) { folder.replaceByFolder(name); };
-}
-
-Damage fullDeviceAt(const char* name) {
-  return [=](const DataFolder& folder) { folder.replaceByFullDevice(name); };
-}
-
-Damage sized(const char* name, uint64_t bytes) {
-  return [=](const DataFolder& folder) { folder.resize(name, bytes); };
-}
-
-Damage words(const char* name, const std::vector<uint32_t>& words) {
-  return [=](const DataFolder& folder) { folder.writeWords(name, words); };
-}
 
 Damage operator+(const Damage& first, const Damage& second) {
   return [=](const DataFolder& folder) {
@@ -50,10 +31,36 @@ Damage operator+(const Damage& first, const Damage& second) {
   };
 }
 
-// Reading it would wait for somebody to write.
-Damage pipeAt(const char* name) {
+void nothing(const DataFolder&) {}
+
+Damage removed(const char* name) {
+  return [=](const DataFolder& folder) { fs::remove(folder.path(name)); };
+}
+
+Damage words(const char* name, const std::vector<uint32_t>& words) {
+  return [=](const DataFolder& folder) { folder.writeWords(name, words); };
+}
+
+Damage sized(const char* name, uint64_t bytes) {
   return [=](const DataFolder& folder) {
-    folder.remove(name);
+    fs::resize_file(folder.path(name), bytes);
+  };
+}
+
+// Puts something else where the file should be. Reading a pipe would wait for
+// somebody to write.
+Damage folderAt(const char* name) {
+  return removed(name) + [=](const DataFolder& folder) {
+    fs::create_directory(folder.path(name));
+  };
+}
+Damage fullDeviceAt(const char* name) {
+  return removed(name) + [=](const DataFolder& folder) {
+    fs::create_symlink("/dev/full", folder.path(name));
+  };
+}
+Damage pipeAt(const char* name) {
+  return removed(name) + [=](const DataFolder& folder) {
     ASSERT_EQ(mkfifo(folder.path(name).c_str(), 0644), 0);
   };
 }

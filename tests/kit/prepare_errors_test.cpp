@@ -83,9 +83,8 @@ TEST_F(PrepareErrors, IncludeOutputThatCannotBeWritten) {
 }
 
 TEST_F(PrepareErrors, IncludeNamesThatPalvorCannotTake) {
-  for (const char* prefix : {"", "a/b"}) {
-    expectError({"-o", out_, "-p", prefix, good_}, "prefix");
-  }
+  expectError({"-o", out_, "-p", "", good_}, "prefix");
+  expectError({"-o", out_, "-p", "a/b", good_}, "prefix");
   expectError({"-o", out_, "--prefix=-x", good_}, "prefix");
   expectError({"-o", out_, "-p", std::string(95, 'p'), good_}, "199");
   expectError({"-o", out_ + "/" + std::string(190, 'd'), "-p", "x", good_},
@@ -97,12 +96,11 @@ TEST_F(PrepareErrors, IncludeWrongOptions) {
   expectError({"-o", out_, "-p", "x"}, "files");
   expectError({"-p", "x", "f"}, "--output");
   expectError({"-o", out_, "f"}, "--prefix");
-  for (const char* jobs : {"0", "-1", "x", "99999999999"}) {
-    expectError(withFile(">x\nA\n", {"-j", jobs}), "--jobs");
+  for (const char* option : {"--jobs 0", "--jobs -1", "--jobs 99999999999",
+                             "--ambiguous keep", "--psa-per base", "--such"}) {
+    const Arguments words = wordsOf(option);
+    expectError(withFile(">x\nA\n", words), words[0]);
   }
-  expectError(withFile(">x\nA\n", {"--ambiguous", "keep"}), "--ambiguous");
-  expectError(withFile(">x\nA\n", {"--psa-per", "base"}), "--psa-per");
-  expectError(withFile(">x\nA\n", {"--no-such"}), "--no-such");
   EXPECT_EQ(runKit({}).status, 1);
   EXPECT_EQ(runKit({"no-such"}).status, 1);
 }

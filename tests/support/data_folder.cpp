@@ -2,13 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "support/inputs.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 std::string numbered(size_t number, const char* kind) {
   return "x_" + std::to_string(number) + kind;
@@ -82,24 +78,6 @@ void DataFolder::write(const std::string& name,
 void DataFolder::writeWords(const std::string& name,
                             const std::vector<uint32_t>& words) const {
   write(name, bytesOf(words));
-}
-
-void DataFolder::resize(const std::string& name, uint64_t bytes) const {
-  fs::resize_file(path(name), bytes);
-}
-
-void DataFolder::remove(const std::string& name) const {
-  fs::remove_all(path(name));
-}
-
-void DataFolder::replaceByFolder(const std::string& name) const {
-  remove(name);
-  fs::create_directory(path(name));
-}
-
-void DataFolder::replaceByFullDevice(const std::string& name) const {
-  remove(name);
-  fs::create_symlink("/dev/full", path(name));
 }
 
 bool DataFolder::holds(const std::string& name) const {

@@ -39,13 +39,6 @@ class DataFolder {
   void write(const std::string& name, const std::string& bytes) const;
   void writeWords(const std::string& name,
                   const std::vector<uint32_t>& words) const;
-  void resize(const std::string& name, uint64_t bytes) const;
-  void remove(const std::string& name) const;
-
-  // Puts a folder, or a link to /dev/full, where the file should be.
-  void replaceByFolder(const std::string& name) const;
-  void replaceByFullDevice(const std::string& name) const;
-
   bool holds(const std::string& name) const;
   std::string bytes(const std::string& name) const;
 
