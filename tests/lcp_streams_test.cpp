@@ -13,7 +13,7 @@ namespace {
 // of both files end.
 TEST(LcpStreams, EndTheRunWhereTheyAreShorterThanTheirSuffixes) {
   std::string text;
-  for (unsigned i = 1; text.size() < 20000; i = i * 1664525 + 1013904223) {
+  for (unsigned i = 1; text.size() < 40000; i = i * 1664525 + 1013904223) {
     text += "ACGT"[i >> 30];
   }
   const DataFolder folder{Collection{{text, "ACGT"}}};
