@@ -88,6 +88,10 @@ TEST(Trees, ContradictoryLcpsEndTheRun) {
            {"ACA", {0, 4, 13}, "LCP of 6 bits is beyond the suffix "},
            {"ACA", {0, 12, 0}, "suffix of 6 bits is said to equal"},
            {"CA", {0, 8}, "suffix of 4 bits is said to equal one of 2 bits"},
+           // AAC, AAGAAC, AC: at AAC, which has a left child.
+           {"AAGAAC",
+            {0, 12, 13, 0, 0, 0},
+            "LCP of 6 bits is beyond the suffix of 4 bits, "},
            // A, AACA, ACA, CA: the last, 4 bits long, between depths 3 and 6.
            {"AACA",
             {0, 4, 7, 10},
