@@ -1,5 +1,6 @@
 #include "support/bits.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -10,9 +11,7 @@ TEST(Bits, SingleBitsCountFromTheTopOfWordZero) {
   unsigned v[2] = {};
   SetBit(v, 0);
   SetBit(v, 33);
-  EXPECT_EQ(v[0], 0x80000000);
-  EXPECT_EQ(v[1], 0x40000000);
-  EXPECT_EQ(GetBit(v, 0), 1);
+  EXPECT_THAT(v, testing::ElementsAre(0x80000000, 0x40000000));
   EXPECT_EQ(GetBit(v, 33), 1);
   EXPECT_EQ(GetBit(v, 32), 0);
   EXPECT_EQ(getBit(v, 32), 1);  // of the single word
@@ -21,53 +20,35 @@ TEST(Bits, SingleBitsCountFromTheTopOfWordZero) {
 }
 
 TEST(Bits, WordRoutinesTakeWholeWords) {
-  using Routine = int (*)(unsigned*, const unsigned*, int);
   const unsigned source[3] = {0xF0F0F0F0, 1, 2};
-  for (const Routine routine :
+  for (const auto routine :
        {&OrBits, &OrBits1, &OrBits2, &OrBits3, &CopyBits}) {
-    unsigned v[3] = {};
+    unsigned v[4] = {};
     routine(v, source, 0);
-    EXPECT_EQ(v[0], 0u);
-    routine(v, source, 1);
-    EXPECT_EQ(v[0], 0xF0F0F0F0);
-    EXPECT_EQ(v[1], 0u);
-    routine(v, source, 33);
-    EXPECT_EQ(v[1], 1u);
-    EXPECT_EQ(v[2], 0u);
+    routine(v + 1, source, 33);
+    EXPECT_THAT(v, testing::ElementsAre(0, 0xF0F0F0F0, 1, 0));
   }
   unsigned v[2] = {0xFF00FF00, 3};
   AndBits(v, source, 64);
-  EXPECT_EQ(v[0], 0xF000F000);
-  EXPECT_EQ(v[1], 1u);
+  EXPECT_THAT(v, testing::ElementsAre(0xF000F000, 1));
   const unsigned ones = 0xFFFFFFFF;
   EXPECT_EQ(CountBits(&ones, 1), 32);
   EXPECT_EQ(CountBits(&ones, 0), 0);
   EXPECT_EQ(AllBits(v, 64), 1);
+  EXPECT_EQ(CountBits(NewBits(64), 64), 0);
 }
 
-TEST(Bits, VectorsComeZeroed) {
-  unsigned* v = NewBits(64);
-  EXPECT_EQ(CountBits(v, 64), 0);
-  EXPECT_EQ(FreeBits(v), 0);
-}
-
-TEST(Bits, TextStaysForTenCalls) {
+TEST(Bits, ArePrintedAndShownAsTextThatStaysForTenCalls) {
   const unsigned word = 0xA0000001;
+  const std::string bits = "101" + std::string(28, '0') + "1";
   const char* first = BitStr(&word, 40);
-  EXPECT_EQ(first, "101" + std::string(28, '0') + "1");
-  for (int i = 0; i < 9; i++)
-    EXPECT_STREQ(BitStr(&word, i - 3 > 0 ? 3 : 0), i - 3 > 0 ? "101" : "");
-  EXPECT_EQ(std::string(first).size(), 32u);
+  for (int i = 0; i < 9; i++) EXPECT_STREQ(BitStr(&word, 0), "");
+  EXPECT_EQ(first, bits);
   EXPECT_EQ(BitStr(&word, 3), first);
   EXPECT_STREQ(first, "101");
-}
-
-TEST(Bits, PrintsAWord) {
-  const unsigned word = 0x80000001;
   testing::internal::CaptureStdout();
   EXPECT_EQ(printBitSequence(&word), 14);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "1" + std::string(30, '0') + "1  2  80000001\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), bits + "  3  A0000001\n");
 }
 
 }  // namespace

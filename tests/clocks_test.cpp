@@ -29,11 +29,7 @@ TEST(Clocks, ProcessorTimeGrowsWithWorkAndCapturesTheUsage) {
   volatile unsigned sum = 0;
   while (elapsed(start, mclock()) < 10) sum = sum + 1;
   EXPECT_GE(getPFs(), 0);
-}
-
-TEST(Clocks, DifferencesSurviveTheWrap) {
-  EXPECT_EQ(elapsed(INT_MAX, INT_MIN), 1);
-  EXPECT_EQ(elapsed(-5, 5), 10);
+  EXPECT_EQ(elapsed(INT_MAX, INT_MIN), 1) << "across the wrap";
 }
 
 }  // namespace

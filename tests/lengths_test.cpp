@@ -1,9 +1,7 @@
 #include "run/lengths.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <string>
 #include <vector>
 
 #include "run/values.h"
@@ -11,50 +9,25 @@
 
 namespace {
 
-using testing::ElementsAre;
-
-class Lengths : public testing::Test {
- protected:
-  // Reads the folder's partitions file alone.
-  std::vector<unsigned> partitions(int entries, int n) {
-    std::vector<unsigned> table(static_cast<size_t>(entries), 0);
-    nparts = entries;
-    readPartitionInfo("", "", folder_.path("x.stplengths").c_str(), nullptr,
-                      nullptr, table.data(), n);
-    return table;
-  }
-
-  DataFolder folder_{Collection{{"ACGT"}}};
-};
-
-TEST_F(Lengths, TakePartitionsUpToTheNumberOfInputsOrTheTable) {
-  folder_.writeWords("x.stplengths", {7, 8, 9});
-  EXPECT_THAT(partitions(3, 5), ElementsAre(7, 8, 9));
-  EXPECT_THAT(partitions(3, 2), ElementsAre(7, 8, 0));
-  folder_.write("x.stplengths", bytesOf({7, 8, 9}) + "odd");
-  EXPECT_THAT(partitions(3, 5), ElementsAre(7, 8, 9));
-  EXPECT_THAT(partitions(2, 5), ElementsAre(7, 8)) << "a file that grew";
+// Reads the first n entries of a partitions file into a table of `entries`, and
+// returns the table with what follows it.
+std::vector<unsigned> partitions(const std::string& path, int entries, int n) {
+  std::vector<unsigned> table(static_cast<size_t>(entries) + 1, 0);
+  nparts = entries;
+  readPartitionInfo("", "", path.c_str(), nullptr, nullptr, table.data(), n);
+  return table;
 }
 
-TEST_F(Lengths, MissNoFileThatIsNotAskedFor) {
-  std::vector<unsigned> table(2, 5);
-  folder_.writeWords("x.stblengths", {8, 6, 4});
-  readPartitionInfo("", folder_.path("x.stblengths").c_str(), "", nullptr,
-                    table.data(), nullptr, 2);
-  EXPECT_THAT(table, ElementsAre(8, 6));
-}
-
-TEST_F(Lengths, EndTheRunIfAFileCannotBeOpened) {
-  unsigned table[1];
-  EXPECT_EXIT(readPartitionInfo("no/file", "", "", table, nullptr, nullptr, 0),
-              testing::ExitedWithCode(1),
+TEST(Lengths, TakePartitionsUpToTheNumberOfInputsOrTheTable) {
+  using Table = std::vector<unsigned>;
+  const DataFolder folder{Collection{}};
+  const std::string path = folder.path("x.stplengths");
+  folder.write("x.stplengths", bytesOf({7, 8, 9}) + "odd");
+  EXPECT_EQ(partitions(path, 3, 5), (Table{7, 8, 9, 0}));
+  EXPECT_EQ(partitions(path, 3, 2), (Table{7, 8, 0, 0}));
+  EXPECT_EQ(partitions(path, 2, 5), (Table{7, 8, 0})) << "a file that grew";
+  EXPECT_EXIT(partitions("no/file", 1, 1), testing::ExitedWithCode(1),
               "^# no/file: No such file or directory\n"
-              "## ERROR: could not open lengths file \"no/file\"\n$");
-  EXPECT_EXIT(readPartitionInfo("", "no/file", "", nullptr, table, nullptr, 0),
-              testing::ExitedWithCode(1),
-              "## ERROR: Could not open binary lengths file \"no/file\"\n$");
-  EXPECT_EXIT(readPartitionInfo("", "", "no/file", nullptr, nullptr, table, 0),
-              testing::ExitedWithCode(1),
               "## ERROR: Could not open partitions file \"no/file\"\n$");
 }
 

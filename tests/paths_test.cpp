@@ -21,8 +21,7 @@ TEST(Paths, AreShownIfTheyAreTooLong) {
         folder.root() + ((length - fixed) % 2 != 0 ? "/" : "");
     const std::string out(prefix, 'p');
     SCOPED_TRACE(testing::Message() << length << " characters");
-    const Outcome outcome =
-        runPalvor({folder.root(), "x", "-a", "-q", "-o", root, "-p", out});
+    const Outcome outcome = folder.merge("-a -q -o " + root + " -p " + out);
     if (length < 200) {
       EXPECT_EQ(outcome.status, 0) << outcome.err;
       continue;
@@ -41,8 +40,7 @@ TEST(Paths, WithNumbersAreTestedBeforeAnyFileIsMade) {
   std::string sdir = folder.root();
   if (sdir.size() % 2 != 0) sdir += "/";
   const std::string spfx((200 - sdir.size() - 12) / 2, 's');
-  const Outcome outcome =
-      runPalvor({folder.root(), "x", "-a", "-q", "-S", sdir, "-s", spfx});
+  const Outcome outcome = folder.merge("-a -q -S " + sdir + " -s " + spfx);
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(linesOf(outcome.err).back(),
             "## ERROR: path of 200 characters is too long (at most 199): " +

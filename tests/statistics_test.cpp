@@ -19,26 +19,18 @@ using testing::StartsWith;
 
 class Statistics : public testing::Test {
  protected:
-  // The lines after the command and the version.
-  std::vector<std::string> linesWith(const std::vector<std::string>& options) {
-    std::vector<std::string> arguments = {folder_.root(), "x", "-a"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    const Outcome outcome = runPalvor(arguments);
+  // What a run with -a says, but for the two lines before its options.
+  std::vector<std::string> linesWith(const std::string& options) {
+    const Outcome outcome = folder_.merge("-a " + options);
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(outcome.out, "");
     std::vector<std::string> lines = linesOf(outcome.err);
-    std::string command = "# Command(" + std::to_string(arguments.size() + 1) +
-                          "): " + programPath() + " ";
-    for (const std::string& argument : arguments) command += argument + " ";
-    EXPECT_EQ(lines.at(0), command);
-    EXPECT_THAT(
-        lines.at(1),
-        MatchesRegex("# Version: [A-Z][a-z]+ [ 0-9][0-9] [0-9]+ [0-9:]+"));
     lines.erase(lines.begin(), lines.begin() + 2);
     return lines;
   }
 
   DataFolder folder_{Collection{{"G", "A", "T"}}};
+  const std::string root_ = folder_.root();
 };
 
 const char* const kFinalLine =
@@ -47,8 +39,11 @@ const char* const kFinalLine =
 
 TEST_F(Statistics, AreExactForAMergeDoneByHand) {
   EXPECT_THAT(
-      linesWith({"-n", "2", "-M", "1600"}),
+      linesOf(folder_.merge("-a -n 2 -M 1600").err),
       ElementsAre(
+          "# Command(8): " + programPath() + " " + root_ +
+              " x -a -n 2 -M 1600 ",
+          MatchesRegex("# Version: [A-Z][a-z]+ [ 0-9][0-9] [0-9]+ [0-9:]+"),
           "# merge options: sarray maxNodes=2 sBuffSize=1600 ",
           "# total length = 3, max input size = 1, number of inputs = 3, "
           "number of parts = 3",
@@ -59,71 +54,48 @@ TEST_F(Statistics, AreExactForAMergeDoneByHand) {
           "# Merge done: 3, 0 STs, tnp2=3 tlcmp=3 tncmp=3 tnrc=0/2 tnac=0",
           "#   maxp=0 tnlcp=0 alcp=0 maxlcp=0 nmlcp=0/0  tngb=0",
           MatchesRegex(kFinalLine)));
-  EXPECT_THAT(linesWith({"-H"}),
+  EXPECT_THAT(linesWith("-H"),
               Contains("# Merge done: 3, 0 STs, tnp2=3 tlcmp=0 tncmp=3 "
                        "tnrc=0/0 tnac=0"));
-}
-
-TEST_F(Statistics, AreThoseOfAnEmptyRunWithoutInputsOrSuffixes) {
-  for (const char* name : {"x_0.stpsa", "x_1.stpsa", "x_2.stpsa"}) {
-    folder_.write(name, "");
-  }
-  const auto lines =
-      ElementsAre(StartsWith("# merge options: "), StartsWith("# total length"),
-                  StartsWith("# in buff: "),
-                  MatchesRegex("# Flush array   0: nbuff=0 t=[0-9]+ ms"),
-                  "# Merge done: 0, 0 STs, tnp2=0 tlcmp=0 tncmp=0 tnrc=0/0 "
-                  "tnac=0",
-                  "#   maxp=0 tnlcp=0 alcp=0 maxlcp=0 nmlcp=0/0  tngb=0",
-                  MatchesRegex(kFinalLine));
-  EXPECT_THAT(linesWith({"-l"}), lines);
-  EXPECT_THAT(linesWith({"-H", "-Z"}), lines);
-  folder_.write("x.stlengths", "odd");  // not one whole entry
-  EXPECT_THAT(linesWith({"-l", "-Z", "-f"}), lines);
-  EXPECT_THAT(linesWith({"-H", "-z", "-U"}), lines);
-  EXPECT_EQ(folder_.bytes("x.stpsa"), "");
-  EXPECT_EQ(folder_.bytes("x.stlcp"), "");
 }
 
 TEST_F(Statistics, ListTheOptionsInTheirOrder) {
   for (const char* name : {"x_0.stpsa", "x_1.stpsa", "x_2.stpsa"}) {
     folder_.write(name, "");  // so that -z, too, may be given
   }
-  const std::string root = folder_.root();
   EXPECT_EQ(
-      linesWith({"-N", "7",  "-x", "99", "-i", "4",  "-M", "64", "-m", "1e8",
-                 "-n", "5",  "-J", "2",  "-s", "x",  "-S", root, "-p", "x",
-                 "-o", root, "-Z", "-z", "-U", "-R", "-C", "-f", "-b", "-H",
-                 "-L", "-X", "-w", "-l", "-v", "-c", "-h"})
+      linesWith("-N 7 -x 99 -i 4 -M 64 -m 1e8 -n 5 -J 2 -s x -S " + root_ +
+                " -p x -o " + root_ +
+                " -Z -z -U -R -C -f -b -H -L -X -w -l -v -c -h")
           .at(31),
       "# merge options: check verbose sarray larray czep (deprecated) noprefix "
       "noheap (deprecated) hpflag bsuffix useFPs compact reorder usemmap "
       "iorigin Manzini odir=" +
-          root + " opfx=x sdir=" + root +
+          root_ + " opfx=x sdir=" + root_ +
           " spfx=x Joption=2 maxNodes=5 maxSAMem=100000000 sBuffSize=64 "
           "maxIter=4 pfxlen=99 nmerge=7 ");
-  EXPECT_EQ(linesWith({"-n", "0"}).at(0), "# merge options: sarray ");
-  const Outcome none = runPalvor({folder_.root(), "missing"});
-  EXPECT_EQ(linesOf(none.err).at(2), "# merge options: none");
+  EXPECT_EQ(linesWith("-n 0").at(0), "# merge options: sarray ");
+  EXPECT_EQ(linesOf(runPalvor({root_, "missing"}).err).at(2),
+            "# merge options: none");
 }
 
 TEST_F(Statistics, SizeTheBuffers) {
   struct Row {
-    std::vector<std::string> options;
+    std::string options;
     std::vector<uint32_t> lengths;
     int in, out;
   };
   for (const Row& row : {
-           Row{{}, {7, 500000, 3}, 6250000, 500000},
-           Row{{}, {7, 3000000, 3}, 6250000, 1048576},
-           Row{{}, {0, 0, 0}, 6250000, 1},
-           Row{{}, {0xFFFFFFFF, 3, 0}, 6250000, 3},
-           Row{{"-N", "2"}, {7, 8, 9}, 9375000, 8},
-           Row{{"-N", "9"}, {7, 8, 9}, 6250000, 9},
-           Row{{"-m", "4800"}, {7, 8, 9}, 100, 9},
-           Row{{"-m", "4847", "-n", "5"}, {7, 8, 9}, 100, 5},
-           Row{{"-m", "2^31", "-M", "1615"}, {7, 8, 9}, 100, 9},
-           Row{{"-n", "0", "-M", "0"}, {7, 8, 9}, 6250000, 9},
+           Row{"", {7, 500000, 3}, 6250000, 500000},
+           Row{"", {7, 3000000, 3}, 6250000, 1048576},
+           Row{"", {0, 0, 0}, 6250000, 1},
+           Row{"", {0xFFFFFFFF, 3, 0}, 6250000, 3},
+           Row{"-N 2", {7, 8, 9}, 9375000, 8},
+           Row{"-N 9", {7, 8, 9}, 6250000, 9},
+           Row{"-m 4800", {7, 8, 9}, 100, 9},
+           Row{"-m 4847 -n 5", {7, 8, 9}, 100, 5},
+           Row{"-m 2^31 -M 1615", {7, 8, 9}, 100, 9},
+           Row{"-n 0 -M 0", {7, 8, 9}, 6250000, 9},
        }) {
     folder_.writeWords("x.stlengths", row.lengths);
     EXPECT_THAT(
@@ -131,25 +103,21 @@ TEST_F(Statistics, SizeTheBuffers) {
         Contains(StartsWith("# in buff: " + std::to_string(row.in) +
                             " suffixes, out buff: " + std::to_string(row.out) +
                             " nodes, SS=16 NS=12,  real ")))
-        << testing::PrintToString(row.options);
+        << row.options;
   }
 }
 
-TEST_F(Statistics, WarnOnceEach) {
+TEST_F(Statistics, WarnOnceEachUnlessQuiet) {
   EXPECT_THAT(
-      linesWith({"-M", "15"}),
+      linesWith("-M 15"),
       IsSupersetOf({"# WARNING: an input buffer holds no record of 16 bytes: "
                     "nothing will be merged (see -m and -M)",
                     "# Merge done: 0, 0 STs, tnp2=0 tlcmp=0 tncmp=0 tnrc=0/0 "
                     "tnac=0"}));
-  const std::vector<std::string> lines = linesWith({"-J", "1-4,6"});
+  const std::vector<std::string> lines = linesWith("-J 1-4,6");
   EXPECT_EQ(lines.at(0), "# merge options: sarray Joption=1-4,6 ");
   EXPECT_EQ(lines.at(1), "# WARNING: J option unimplemented!");
-  EXPECT_THAT(linesWith({"-M", "15", "-J", "1", "-q"}), ElementsAre());
-}
-
-TEST_F(Statistics, AreSilencedByQuiet) {
-  EXPECT_THAT(linesWith({"-quiet", "-l"}), ElementsAre());
+  EXPECT_THAT(linesWith("-M 15 -J 1 -quiet -l"), ElementsAre());
 }
 
 }  // namespace

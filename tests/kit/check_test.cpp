@@ -85,10 +85,10 @@ TEST(Check, FindsEveryChangedByte) {
 
 using Change = std::function<void(Files&)>;
 
-// Words are counted from 0, in the file or in its records.
+// Changes of the file "d" and `file`. Words are counted from 0.
 Change set(const std::string& file, size_t word, uint32_t value) {
   return [=](Files& files) {
-    std::string& bytes = files[file];
+    std::string& bytes = files["d" + file];
     if (bytes.size() < 4 * word + 4) bytes.resize(4 * word + 4);
     std::memcpy(&bytes[4 * word], &value, 4);
   };
@@ -96,27 +96,13 @@ Change set(const std::string& file, size_t word, uint32_t value) {
 
 Change cut(const std::string& file, size_t less) {
   return [=](Files& files) {
-    std::string& bytes = files.at(file);
+    std::string& bytes = files.at("d" + file);
     bytes.resize(bytes.size() - less);
   };
 }
 
 Change lose(const std::string& file) {
-  return [=](Files& files) { files.erase(file); };
-}
-
-// Exchange a record of so many bytes with the next one; put it over that one.
-Change exchange(const std::string& file, size_t size, size_t record) {
-  return [=](Files& files) {
-    char* first = &files.at(file).at(size * record);
-    std::swap_ranges(first, first + size, first + size);
-  };
-}
-Change repeat(const std::string& file, size_t size, size_t record) {
-  return [=](Files& files) {
-    char* first = &files.at(file).at(size * record);
-    std::memcpy(first + size, first, size);
-  };
+  return [=](Files& files) { files.erase("d" + file); };
 }
 
 constexpr size_t kSuffix = 16;
@@ -126,16 +112,30 @@ Change suffix(const std::string& file, size_t record, size_t word,
   return set(file, 4 * record + word, value);
 }
 
-Change node(const std::string& file, size_t record, size_t word,
-            uint32_t value) {
-  return set(file, 3 * record + word, value);
+// Exchange a suffix with the next one; put it over that one.
+Change exchange(const std::string& file, size_t record) {
+  return [=](Files& files) {
+    char* first = &files.at("d" + file).at(kSuffix * record);
+    std::swap_ranges(first, first + kSuffix, first + kSuffix);
+  };
+}
+Change repeat(const std::string& file, size_t record) {
+  return [=](Files& files) {
+    char* first = &files.at("d" + file).at(kSuffix * record);
+    std::memcpy(first + kSuffix, first, kSuffix);
+  };
 }
 
-struct Damage {
-  std::string name;
-  std::vector<Change> changes;
-  std::string fault;  // all that is said, after the folder
-};
+// Words of a node of tree "_0" or "_1".
+Change edge(const std::string& tree, size_t record, uint32_t bits) {
+  return set(tree + ".stree", 3 * record, bits);
+}
+Change left(const std::string& tree, size_t record, uint32_t link) {
+  return set(tree + ".stree", 3 * record + 1, link);
+}
+Change right(const std::string& tree, size_t record, uint32_t link) {
+  return set(tree + ".stree", 3 * record + 2, link);
+}
 
 // The arrays are those of GATTC: ATTC C GATTC TC TTC, of GA: A GA, and of both:
 // A ATTC C GA GATTC TC TTC. The trees' records, edges in bits:
@@ -145,211 +145,166 @@ struct Damage {
 //                  └─ 6 (4) and 7: GA ─── 8 (6): GATTC
 //   d_1.stree   0 ─── 2 (2) ─┬─ 1 (2): TC
 //                            └─ 3 (4): TTC
-const std::vector<Damage> kDamages = {
-    // Lengths
-    {"another length",
-     {set("d.stlengths", 1, 3)},
-     "d.stblengths: record 1: 4 bits, expected 6, two for each character"},
-    {"another length in bits",
-     {set("d.stblengths", 0, 8)},
-     "d.stblengths: record 0: 8 bits, expected 10, two for each character"},
-    {"a length in bits missing",
-     {cut("d.stblengths", 4)},
-     "d.stblengths: 1 entries, expected 2, as many as in the lengths file"},
-    {"a length past the limit",
-     {set("d.stlengths", 1, 0x40000000), set("d.stblengths", 1, 0x80000000)},
-     "d.stlengths: record 1: 1073741824 characters, expected at most "
-     "1073741823"},
-    {"partitions of more inputs",
-     {set("d.stplengths", 0, 1), set("d.stplengths", 1, 2)},
-     "d.stplengths: the partitions do not cover the 2 inputs just once"},
-    {"a partition that its array does not fill",
-     {set("d.stplengths", 0, 2)},
-     "d_0.stpsa: suffix 0 of input 1 is missing"},
-    // Strings
-    {"no string", {lose("d_1.stbin")}, "d_1.stbin: No such file or directory"},
-    {"a string cut short",
-     {cut("d_1.stbin", 8)},
-     "d_1.stbin: 0 bytes are too few for a string of 2 characters"},
-    {"no trailer", {cut("d_1.stbin", 4)}, "d_1.stbin: 1 words, expected 2"},
-    {"another trailer",
-     {set("d_0.stbin", 1, 1)},
-     "d_0.stbin: record 1: the trailer word is not zero"},
-    {"padding that is not zero",
-     {set("d_0.stbin", 0, 0x8F400001)},
-     "d_0.stbin: record 0: bits after the last character are not zero"},
-    {"another character",
-     {set("d_1.stbin", 0, 0x90000000)},  // GC
-     "d_1.stpsa: record 0: prefix words 00000000 00000000, expected 40000000 "
-     "00000000"},
-    // Suffix arrays and their LCPs
-    {"no array", {lose("d_1.stpsa")}, "d_1.stpsa: No such file or directory"},
-    {"half a suffix",
-     {cut("d_1.stpsa", 1)},
-     "d_1.stpsa: 31 bytes are not a whole number of records of 16 bytes"},
-    {"suffixes in another order",
-     {exchange("d_0.stpsa", kSuffix, 3)},
-     "d_0.stpsa: record 4: suffix 3 of input 0 sorts before suffix 2 of input "
-     "0, which stands before it"},
-    {"a suffix twice",
-     {repeat("d_0.stpsa", kSuffix, 3)},
-     "d_0.stpsa: record 4: suffix 3 of input 0 is there a second time"},
-    {"a suffix missing",
-     {cut("d_0.stpsa", kSuffix), cut("d_0.stlcp", 4)},
-     "d_0.stpsa: suffix 2 of input 0 is missing"},
-    {"a suffix of another array",
-     {suffix("d_0.stpsa", 1, 0, 1 << 2)},
-     "d_0.stpsa: record 1: input 1 is not one of this array's"},
-    {"a position past the end",
-     {suffix("d_0.stpsa", 1, 1, 5)},
-     "d_0.stpsa: record 1: there is no suffix 5 of input 0"},
-    {"another first prefix word",
-     {suffix("d_0.stpsa", 2, 2, 0x8F500000)},
-     "d_0.stpsa: record 2: prefix words 8F500000 00000000, expected 8F400000 "
-     "00000000"},
-    {"another second prefix word",
-     {suffix("d_0.stpsa", 2, 3, 1)},
-     "d_0.stpsa: record 2: prefix words 8F400000 00000001, expected 8F400000 "
-     "00000000"},
-    {"a longer common prefix",
-     {set("d_0.stlcp", 4, 3 << 1 | 1)},
-     "d_0.stlcp: record 4: entry 7, expected 5"},
-    {"another firstbit",
-     {set("d_0.stlcp", 3, 1 << 1)},
-     "d_0.stlcp: record 3: entry 2, expected 3"},
-    {"an entry missing",
-     {cut("d_0.stlcp", 4)},
-     "d_0.stlcp: 4 entries, expected 5, as many as records"},
-    // The merged array
-    {"merged: a suffix of no input",
-     {suffix("d.stpsa", 6, 0, 2 << 2)},
-     "d.stpsa: record 6: input 2 is not one of this array's"},
-    {"merged: a position past the end",
-     {suffix("d.stpsa", 3, 1, 2)},
-     "d.stpsa: record 3: there is no suffix 2 of input 1"},
-    {"merged: in another order",
-     {exchange("d.stpsa", kSuffix, 3)},
-     "d.stpsa: record 4: suffix 0 of input 1 sorts before suffix 0 of input 0, "
-     "which stands before it"},
-    {"merged: a suffix in another's place",
-     {repeat("d.stpsa", kSuffix, 5)},
-     "d.stpsa: record 6: suffix 3 of input 0 is there a second time"},
-    {"merged: another prefix word",
-     {suffix("d.stpsa", 4, 2, 0x8F400001)},
-     "d.stpsa: record 4: prefix words 8F400001 00000000, expected 8F400000 "
-     "00000000"},
-    {"merged: the last suffix missing",
-     {cut("d.stpsa", kSuffix), cut("d.stlcp", 4)},
-     "d.stpsa: suffix 2 of input 0 is missing"},
-    {"merged: no common prefix",
-     {set("d.stlcp", 4, 0)},
-     "d.stlcp: record 4: entry 0, expected 8"},
-    {"merged: the last entry missing",
-     {cut("d.stlcp", 4)},
-     "d.stlcp: 6 entries, expected 7, as many as records"},
-    // Trees
-    {"a child that is not there",
-     {node("d_0.stree", 0, 2, 9 << 2)},
-     "d_0.stree: record 0: there is no record 9"},
-    {"a cycle",
-     {node("d_0.stree", 1, 1, 4 << 2 | 2)},
-     "d_0.stree: record 4: reached a second time"},
-    {"a subtree of two parents",
-     {node("d_0.stree", 4, 2, 3 << 2)},
-     "d_0.stree: record 3: reached a second time"},
-    {"a record of no parent",
-     {set("d_1.stree", 14, 0), set("d.stdiv", 9, 5)},
-     "d_1.stree: record 4: not reached from the root"},
-    {"one child alone",
-     {node("d_1.stree", 2, 2, 0)},
-     "d_1.stree: record 2: neither two children, nor a group and a left child"},
-    {"a group without an end",
-     {node("d_1.stree", 3, 1, 3)},
-     "d_1.stree: record 3: a group runs past the last record"},
-    {"a group of two edges",
-     {node("d_0.stree", 2, 0, 2)},
-     "d_0.stree: record 2: not a leaf with its group's edge of 1 bits"},
-    {"an edge to no suffix",
-     {node("d_0.stree", 3, 0, 5)},
-     "d_0.stree: record 3: input 0 has no suffix of 7 bits"},
-    {"an edge to another suffix",
-     {node("d_0.stree", 3, 0, 8)},
-     "d_0.stree: record 3: branches off after 2 bits, expected 0"},
-    {"an edge of no bits",
-     {node("d_0.stree", 5, 0, 0)},
-     "d_0.stree: record 5: an edge of no bits"},
-    {"a branch too low",
-     {node("d_1.stree", 2, 0, 3), node("d_1.stree", 1, 0, 1),
-      node("d_1.stree", 3, 0, 3)},
-     "d_1.stree: record 3: branches off after 3 bits, expected 2"},
-    {"children exchanged",
-     {node("d_1.stree", 2, 1, 3 << 2), node("d_1.stree", 2, 2, 1 << 2)},
-     "d_1.stree: record 1: suffix 3 of input 0 sorts before suffix 2 of input "
-     "0, which stands before it"},
-    {"a root's child on the other side",
-     {node("d_1.stree", 0, 1, 2 << 2), node("d_1.stree", 0, 2, 0)},
-     "d_1.stree: record 0: its only child is on the wrong side"},
-    {"a leaf of no input",
-     {node("d_0.stree", 5, 1, 2 << 2 | 1)},
-     "d_0.stree: record 5: input 2 has no suffix of 2 bits"},
-    {"a leaf with a child",
-     {node("d_0.stree", 5, 2, 1 << 2)},
-     "d_0.stree: record 5: a leaf with a child"},
-    {"a root with an edge",
-     {node("d_1.stree", 0, 0, 2)},
-     "d_1.stree: record 0: a root has no edge and no group, and is no leaf"},
-    {"no tree", {lose("d_1.stree")}, "d_1.stree: No such file or directory"},
-    {"a tree cut short",
-     {cut("d_0.stree", 12)},
-     "d_0.stree: 8 records, expected 9 by its divider"},
-    {"a tree of a record more",
-     {set("d_1.stree", 14, 0)},
-     "d_1.stree: 5 records, expected 4 by its divider"},
-    // Dividers: six words each
-    {"another tree's number",
-     {set("d.stdiv", 8, 2)},
-     "d.stdiv: record 1: tree 2, expected 1"},
-    {"another number of nodes",
-     {set("d.stdiv", 9, 5)},
-     "d_1.stree: 4 records, expected 5 by its divider"},
-    {"another greatest depth",
-     {set("d.stdiv", 10, 3)},
-     "d_1.stree: node depth 2, its divider says 3"},
-    {"another last prefix",
-     {set("d.stdiv", 0, 0x8F500000)},
-     "d_0.stree: last prefix 8F400000, its divider says 8F500000"},
-    {"another first prefix",
-     {set("d.stdiv", 1, 1)},
-     "d_0.stree: first prefix 00000000, its divider says 00000001"},
-    {"reserved bytes in use",
-     {set("d.stdiv", 11, 1)},
-     "d.stdiv: record 1: reserved bytes that are not zero"},
-    {"the last divider missing",
-     {cut("d.stdiv", 24)},
-     "d.stdiv: suffix 2 of input 0 is in no tree"},
-    {"neither array nor trees",
-     {lose("d.stpsa"), lose("d.stdiv")},
-     "d: neither a merged array (.stpsa) nor trees (.stdiv)"},
+class CheckNames : public testing::Test {
+ protected:
+  // Expects that this is said, after "d", of the files so changed.
+  void expect(const std::vector<Change>& changes, const std::string& fault) {
+    Files files = right_;
+    for (const Change& change : changes) change(files);
+    const Outcome run = check(files);
+    EXPECT_EQ(run.status, 1) << fault;
+    EXPECT_THAT(run.out + run.err, HasSubstr("/d.ST/d" + fault + "\n"));
+  }
+
+  const Files right_ = allMadeOf(">x\nGATTC\n", ">y\nGA\n", 9);
 };
 
-TEST(Check, NamesEveryDamage) {
-  const Files right = allMadeOf(">x\nGATTC\n", ">y\nGA\n", 9);
-  ASSERT_EQ(check(right).status, 0);
-  for (const Damage& damage : kDamages) {
-    SCOPED_TRACE(damage.name);
-    Files files = right;
-    for (const Change& change : damage.changes) change(files);
-    const Outcome run = check(files);
-    EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.out + run.err, HasSubstr("/d.ST/" + damage.fault + "\n"));
-  }
+TEST_F(CheckNames, NothingThatIsRight) { EXPECT_EQ(check(right_).status, 0); }
+
+TEST_F(CheckNames, WrongLengths) {
+  expect({set(".stlengths", 1, 3)},
+         ".stblengths: record 1: 4 bits, expected 6, two for each character");
+  expect({set(".stblengths", 0, 8)},
+         ".stblengths: record 0: 8 bits, expected 10, two for each character");
+  expect({cut(".stblengths", 4)},
+         ".stblengths: 1 entries, expected 2, as many as in the lengths file");
+  expect({set(".stlengths", 1, 1U << 30), set(".stblengths", 1, 1U << 31)},
+         ".stlengths: record 1: 1073741824 characters, expected at most "
+         "1073741823");
+  expect({set(".stplengths", 0, 1), set(".stplengths", 1, 2)},
+         ".stplengths: the partitions do not cover the 2 inputs just once");
+  expect({set(".stplengths", 0, 2)},
+         "_0.stpsa: suffix 0 of input 1 is missing");
+}
+
+TEST_F(CheckNames, WrongStrings) {
+  expect({lose("_1.stbin")}, "_1.stbin: No such file or directory");
+  expect({cut("_1.stbin", 8)},
+         "_1.stbin: 0 bytes are too few for a string of 2 characters");
+  expect({cut("_1.stbin", 4)}, "_1.stbin: 1 words, expected 2");
+  expect({set("_0.stbin", 1, 1)},
+         "_0.stbin: record 1: the trailer word is not zero");
+  expect({set("_0.stbin", 0, 0x8F400001)},
+         "_0.stbin: record 0: bits after the last character are not zero");
+  expect({set("_1.stbin", 0, 0x90000000)},  // GC
+         "_1.stpsa: record 0: prefix words 00000000 00000000, expected "
+         "40000000 00000000");
+}
+
+TEST_F(CheckNames, WrongSuffixArrays) {
+  expect({lose("_1.stpsa")}, "_1.stpsa: No such file or directory");
+  expect({cut("_1.stpsa", 1)},
+         "_1.stpsa: 31 bytes are not a whole number of records of 16 bytes");
+  expect({exchange("_0.stpsa", 3)},
+         "_0.stpsa: record 4: suffix 3 of input 0 sorts before suffix 2 of "
+         "input 0, which stands before it");
+  expect({repeat("_0.stpsa", 3)},
+         "_0.stpsa: record 4: suffix 3 of input 0 is there a second time");
+  expect({cut("_0.stpsa", kSuffix), cut("_0.stlcp", 4)},
+         "_0.stpsa: suffix 2 of input 0 is missing");
+  expect({suffix("_0.stpsa", 1, 0, 1 << 2)},
+         "_0.stpsa: record 1: input 1 is not one of this array's");
+  expect({suffix("_0.stpsa", 1, 1, 5)},
+         "_0.stpsa: record 1: there is no suffix 5 of input 0");
+  expect({suffix("_0.stpsa", 2, 2, 0x8F500000)},
+         "_0.stpsa: record 2: prefix words 8F500000 00000000, expected "
+         "8F400000 00000000");
+  expect({suffix("_0.stpsa", 2, 3, 1)},
+         "_0.stpsa: record 2: prefix words 8F400000 00000001, expected "
+         "8F400000 00000000");
+  expect({set("_0.stlcp", 4, 3 << 1 | 1)},
+         "_0.stlcp: record 4: entry 7, expected 5");
+  expect({set("_0.stlcp", 3, 1 << 1)},
+         "_0.stlcp: record 3: entry 2, expected 3");
+  expect({cut("_0.stlcp", 4)},
+         "_0.stlcp: 4 entries, expected 5, as many as records");
+}
+
+TEST_F(CheckNames, AWrongMergedArray) {
+  expect({suffix(".stpsa", 6, 0, 2 << 2)},
+         ".stpsa: record 6: input 2 is not one of this array's");
+  expect({suffix(".stpsa", 3, 1, 2)},
+         ".stpsa: record 3: there is no suffix 2 of input 1");
+  expect({exchange(".stpsa", 3)},
+         ".stpsa: record 4: suffix 0 of input 1 sorts before suffix 0 of "
+         "input 0, which stands before it");
+  expect({repeat(".stpsa", 5)},
+         ".stpsa: record 6: suffix 3 of input 0 is there a second time");
+  expect({suffix(".stpsa", 4, 2, 0x8F400001)},
+         ".stpsa: record 4: prefix words 8F400001 00000000, expected 8F400000 "
+         "00000000");
+  expect({cut(".stpsa", kSuffix), cut(".stlcp", 4)},
+         ".stpsa: suffix 2 of input 0 is missing");
+  expect({set(".stlcp", 4, 0)}, ".stlcp: record 4: entry 0, expected 8");
+  expect({cut(".stlcp", 4)},
+         ".stlcp: 6 entries, expected 7, as many as records");
+  expect({lose(".stpsa"), lose(".stdiv")},
+         ": neither a merged array (.stpsa) nor trees (.stdiv)");
+}
+
+TEST_F(CheckNames, LinksThatMakeNoTree) {
+  expect({right("_0", 0, 9 << 2)}, "_0.stree: record 0: there is no record 9");
+  // A cycle, and a subtree of two parents.
+  expect({left("_0", 1, 4 << 2 | 2)},
+         "_0.stree: record 4: reached a second time");
+  expect({right("_0", 4, 3 << 2)}, "_0.stree: record 3: reached a second time");
+  // A record of no parent.
+  expect({right("_1", 4, 0), set(".stdiv", 9, 5)},
+         "_1.stree: record 4: not reached from the root");
+  expect({right("_1", 2, 0)},
+         "_1.stree: record 2: neither two children, nor a group and a left "
+         "child");
+  expect({left("_1", 3, 3)},
+         "_1.stree: record 3: a group runs past the last record");
+  expect({left("_1", 0, 2 << 2), right("_1", 0, 0)},
+         "_1.stree: record 0: its only child is on the wrong side");
+  expect({right("_0", 5, 1 << 2)}, "_0.stree: record 5: a leaf with a child");
+}
+
+TEST_F(CheckNames, EdgesAndLeavesOfOtherSuffixes) {
+  expect({edge("_0", 2, 2)},
+         "_0.stree: record 2: not a leaf with its group's edge of 1 bits");
+  expect({edge("_0", 3, 5)},
+         "_0.stree: record 3: input 0 has no suffix of 7 bits");
+  expect({edge("_0", 3, 8)},
+         "_0.stree: record 3: branches off after 2 bits, expected 0");
+  expect({edge("_0", 5, 0)}, "_0.stree: record 5: an edge of no bits");
+  // A branch too low, and children exchanged.
+  expect({edge("_1", 2, 3), edge("_1", 1, 1), edge("_1", 3, 3)},
+         "_1.stree: record 3: branches off after 3 bits, expected 2");
+  expect({left("_1", 2, 3 << 2), right("_1", 2, 1 << 2)},
+         "_1.stree: record 1: suffix 3 of input 0 sorts before suffix 2 of "
+         "input 0, which stands before it");
+  expect({left("_0", 5, 2 << 2 | 1)},
+         "_0.stree: record 5: input 2 has no suffix of 2 bits");
+  expect({edge("_1", 0, 2)},
+         "_1.stree: record 0: a root has no edge and no group, and is no leaf");
+}
+
+TEST_F(CheckNames, TreesAndDividersThatDisagree) {
+  expect({lose("_1.stree")}, "_1.stree: No such file or directory");
+  expect({cut("_0.stree", 12)},
+         "_0.stree: 8 records, expected 9 by its divider");
+  expect({right("_1", 4, 0)}, "_1.stree: 5 records, expected 4 by its divider");
+  // Dividers have six words each.
+  expect({set(".stdiv", 8, 2)}, ".stdiv: record 1: tree 2, expected 1");
+  expect({set(".stdiv", 9, 5)},
+         "_1.stree: 4 records, expected 5 by its divider");
+  expect({set(".stdiv", 10, 3)}, "_1.stree: node depth 2, its divider says 3");
+  expect({set(".stdiv", 0, 0x8F500000)},
+         "_0.stree: last prefix 8F400000, its divider says 8F500000");
+  expect({set(".stdiv", 1, 1)},
+         "_0.stree: first prefix 00000000, its divider says 00000001");
+  expect({set(".stdiv", 11, 1)},
+         ".stdiv: record 1: reserved bytes that are not zero");
+  expect({cut(".stdiv", 24)}, ".stdiv: suffix 2 of input 0 is in no tree");
 }
 
 TEST(Check, GoesOnAndCounts) {
   Files files = longOnes();
   const size_t last = files["d.stpsa"].size() / kSuffix - 1;
-  exchange("d.stpsa", kSuffix, last - 1)(files);
-  set("d_1.stbin", 1, 1)(files);
+  exchange(".stpsa", last - 1)(files);
+  set("_1.stbin", 1, 1)(files);
   const Outcome all = check(files, {"--all", "--json"});
   EXPECT_EQ(all.status, 1);
   EXPECT_THAT(all.out, HasSubstr("d_1.stbin\",\"record\":1,\"fault\":"));

@@ -1,6 +1,7 @@
 // What palvor-kit prepare refuses, through the real program: each ends with a
 // message and status 1, and leaves nothing that looks whole.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -12,6 +13,8 @@
 
 namespace {
 
+using testing::HasSubstr;
+
 using Arguments = std::vector<std::string>;
 
 class PrepareErrors : public testing::Test {
@@ -21,32 +24,30 @@ class PrepareErrors : public testing::Test {
                    const Setting& setting = {}) {
     Arguments all = {"prepare"};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    std::string line;
-    for (const std::string& word : all) line += " " + word;
+    SCOPED_TRACE(testing::PrintToString(all));
     const Outcome outcome = runKit(all, setting);
-    EXPECT_EQ(outcome.status, 1) << line << "\n" << outcome.err;
-    EXPECT_NE(outcome.err.find(said), std::string::npos)
-        << said << " in " << line << "\n"
-        << outcome.err;
-    EXPECT_EQ(outcome.out, "") << line;
-    EXPECT_FALSE(folder_.holds("out/x.ST/x.stlengths")) << line;
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr(said));
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_FALSE(folder_.holds("out/x.ST/x.stlengths"));
     for (const auto& [name, bytes] : folder_.files("out/x.ST")) {
-      EXPECT_FALSE(name.ends_with(".part")) << line << ": " << name;
+      EXPECT_FALSE(name.ends_with(".part")) << name;
     }
   }
 
   Arguments withFile(const std::string& bytes, const Arguments& more = {}) {
-    Arguments arguments = {"--force", "-o", folder_.path("out"),
+    Arguments arguments = {"--force", "-o", out_,
                            "-p",      "x",  folder_.write("in.fa", bytes)};
     arguments.insert(arguments.end(), more.begin(), more.end());
     return arguments;
   }
 
   TemporaryFolder folder_;
+  const std::string out_ = folder_.path("out");
+  const std::string good_ = folder_.write("good.fa", ">x\nACGT\n");
 };
 
 TEST_F(PrepareErrors, NameTheFileAndTheReason) {
-  const std::string good = folder_.write("good.fa", ">x\nACGT\n");
   const std::string in = folder_.path("in.fa");
   expectError(withFile("ACGT\n"), in + ":1: ");
   expectError(withFile(">x\nAC\nA!\n"), in + ":3: '!'");
@@ -54,10 +55,10 @@ TEST_F(PrepareErrors, NameTheFileAndTheReason) {
   expectError(withFile(">x\nACNT\n", {"--ambiguous", "error"}), in + ":2: ");
   expectError(withFile("\x1f\x8b garbage"), in + ": ");
   // After an array that was complete, and with several at work.
-  expectError(withFile(">x\nACGT\n", {good, folder_.write("b.fa", "?")}),
+  expectError(withFile(">x\nACGT\n", {good_, folder_.write("b.fa", "?")}),
               "b.fa:1: ");
   expectError(
-      withFile(">x\nACGT\n", {"-j", "4", good, good, folder_.path("none")}),
+      withFile(">x\nACGT\n", {"-j", "4", good_, good_, folder_.path("none")}),
       "none: No such file");
   std::filesystem::create_directory(folder_.path("folder"));
   expectError(withFile(">x\nA\n", {folder_.path("folder")}),
@@ -70,52 +71,44 @@ TEST_F(PrepareErrors, IncludeOutputThatCannotBeWritten) {
   expectError(withFile(genome, {"--lcp", "-j", "2"}), "File too large",
               {.fileSize = 2'000});
   const std::string file = folder_.write("file", "");
-  const std::string good = folder_.write("good.fa", ">x\nACGT\n");
-  expectError({"-o", file, "-p", "x", good}, file);
+  expectError({"-o", file, "-p", "x", good_}, file);
   std::filesystem::create_directories(folder_.path("a/x.ST/x_0.stpsa.part/f"));
-  expectError({"-o", folder_.path("a"), "-p", "x", good}, "x.ST");
+  expectError({"-o", folder_.path("a"), "-p", "x", good_}, "x.ST");
 
   const Outcome unsaid =
-      runKit({"prepare", "-o", folder_.path("full"), "-p", "x", good},
+      runKit({"prepare", "-o", folder_.path("full"), "-p", "x", good_},
              {.output = "/dev/full"});
   EXPECT_EQ(unsaid.status, 1);
-  EXPECT_NE(unsaid.err.find("standard output"), std::string::npos)
-      << unsaid.err;
+  EXPECT_THAT(unsaid.err, HasSubstr("standard output"));
 }
 
 TEST_F(PrepareErrors, IncludeNamesThatPalvorCannotTake) {
-  const std::string good = folder_.write("good.fa", ">x\nACGT\n");
-  const std::string out = folder_.path("out");
-  for (const char* prefix : {"", "a/b"}) {
-    expectError({"-o", out, "-p", prefix, good}, "prefix");
-  }
-  expectError({"-o", out, "--prefix=-x", good}, "prefix");
-  expectError({"-o", out, "-p", std::string(95, 'p'), good}, "199");
-  expectError({"-o", out + "/" + std::string(190, 'd'), "-p", "x", good},
+  expectError({"-o", out_, "-p", "", good_}, "prefix");
+  expectError({"-o", out_, "-p", "a/b", good_}, "prefix");
+  expectError({"-o", out_, "--prefix=-x", good_}, "prefix");
+  expectError({"-o", out_, "-p", std::string(95, 'p'), good_}, "199");
+  expectError({"-o", out_ + "/" + std::string(190, 'd'), "-p", "x", good_},
               "199");
   EXPECT_FALSE(folder_.holds("out"));
 }
 
 TEST_F(PrepareErrors, IncludeWrongOptions) {
-  const std::string out = folder_.path("out");
-  expectError({"-o", out, "-p", "x"}, "files");
+  expectError({"-o", out_, "-p", "x"}, "files");
   expectError({"-p", "x", "f"}, "--output");
-  expectError({"-o", out, "f"}, "--prefix");
-  for (const char* jobs : {"0", "-1", "x", "99999999999"}) {
-    expectError(withFile(">x\nA\n", {"-j", jobs}), "--jobs");
+  expectError({"-o", out_, "f"}, "--prefix");
+  for (const char* option : {"--jobs 0", "--jobs -1", "--jobs 99999999999",
+                             "--ambiguous keep", "--psa-per base", "--such"}) {
+    const Arguments words = wordsOf(option);
+    expectError(withFile(">x\nA\n", words), words[0]);
   }
-  expectError(withFile(">x\nA\n", {"--ambiguous", "keep"}), "--ambiguous");
-  expectError(withFile(">x\nA\n", {"--psa-per", "base"}), "--psa-per");
-  expectError(withFile(">x\nA\n", {"--no-such"}), "--no-such");
   EXPECT_EQ(runKit({}).status, 1);
   EXPECT_EQ(runKit({"no-such"}).status, 1);
 }
 
 TEST_F(PrepareErrors, AreNoneForHelpAndVersion) {
-  for (const Arguments& arguments :
-       {Arguments{"--help"}, Arguments{"--version"},
-        Arguments{"prepare", "--help"}, Arguments{"simulate", "--help"}}) {
-    const Outcome outcome = runKit(arguments);
+  for (const char* line :
+       {"--help", "--version", "prepare --help", "simulate --help"}) {
+    const Outcome outcome = runKit(wordsOf(line));
     EXPECT_EQ(outcome.status, 0);
     EXPECT_NE(outcome.out, "");
     EXPECT_EQ(outcome.err, "");

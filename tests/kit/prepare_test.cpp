@@ -1,54 +1,35 @@
 // palvor-kit prepare through the real program: what is in the folder.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <cstddef>
-#include <cstring>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "support/data_folder.h"
-#include "support/plain_merge.h"
 #include "support/program.h"
 #include "support/temporary_folder.h"
 
 namespace {
 
+using testing::HasSubstr;
+using testing::StartsWith;
+
 using Files = std::map<std::string, std::string>;
 using Arguments = std::vector<std::string>;
 
-template <typename T>
-std::vector<T> arrayOf(const std::string& bytes) {
-  EXPECT_EQ(bytes.size() % sizeof(T), 0u);
-  std::vector<T> elements(bytes.size() / sizeof(T));
-  std::memcpy(elements.data(), bytes.data(), elements.size() * sizeof(T));
-  return elements;
-}
-
-// A merge may give equal suffixes of different arrays in any order; brings each
-// run of them into the order of the inputs.
-void orderEqualSuffixes(const std::vector<std::string_view>& texts,
-                        std::vector<Record>* records) {
-  const auto begin = records->begin();
-  for (size_t from = 0, to = 0; from < texts.size(); from = to) {
-    while (to < texts.size() && texts[to] == texts[from]) to++;
-    std::sort(begin + static_cast<ptrdiff_t>(from),
-              begin + static_cast<ptrdiff_t>(to));
-  }
-}
-
 class Prepare : public testing::Test {
  protected:
-  Outcome prepare(Arguments arguments, const Setting& setting = {}) {
-    arguments.insert(arguments.begin(),
-                     {"prepare", "-o", folder_.path("out"), "-p", "x"});
-    return runKit(arguments, setting);
+  // With these files, and with options parted by blanks.
+  Outcome prepare(const Arguments& files, const std::string& options = "",
+                  const Setting& setting = {}) {
+    Arguments all = {"prepare", "-o", folder_.path("out"), "-p", "x"};
+    for (const Arguments& more : {wordsOf(options), files}) {
+      all.insert(all.end(), more.begin(), more.end());
+    }
+    return runKit(all, setting);
   }
 
   Files files() const { return folder_.files("out/x.ST"); }
@@ -59,7 +40,7 @@ class Prepare : public testing::Test {
 TEST_F(Prepare, WritesTheseBytes) {
   const std::string a = folder_.write("a.fa", ">x\nGATTC\n");
   const std::string b = folder_.write("b\t\\.fa", ">y z\nAC\nNA\n");
-  const Outcome outcome = prepare({"--lcp", a, b});
+  const Outcome outcome = prepare({a, b}, "--lcp");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(outcome.out, "palvor " + folder_.path("out/") + " x -a -l -Z\n");
 
@@ -90,65 +71,80 @@ TEST_F(Prepare, WritesTheseBytes) {
 TEST_F(Prepare, CountsInputsFromZeroInEachArrayWhenTold) {
   const std::string a = folder_.write("a", ">x\nC\n");
   const std::string b = folder_.write("b", ">y\nG\n>z\nA\n");
-  const Outcome outcome = prepare({a, "--zero-origin", b, b});
-  ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(linesOf(outcome.out).back(),
-            "palvor " + folder_.path("out/") + " x -a -l -z");
+  EXPECT_EQ(prepare({a, b, b}, "--zero-origin").out,
+            "palvor " + folder_.path("out/") + " x -a -l -z\n");
   Files found = files();
   EXPECT_EQ(found["x.stplengths"], bytesOf({1, 2, 2}));
   EXPECT_EQ(found["x_1.stpsa"],
             bytesOf({1 << 2, 0, 0, 0, 0, 0, 0x80000000, 0}));
   EXPECT_EQ(found["x_2.stpsa"], found["x_1.stpsa"]);
-  EXPECT_EQ(found.count("x_4.stbin"), 1u);
-  EXPECT_EQ(found.count("x_5.stbin"), 0u);
 }
 
-TEST_F(Prepare, LeavesThePartitionsFileOutWhereItSaysNothing) {
-  const std::string a = folder_.write("a", ">x\nC\n>n\nN\n");
-  const std::string b = folder_.write("b", ">y\nG\n>z\nA\n");
-  ASSERT_EQ(prepare({a, a}).status, 0);
-  EXPECT_FALSE(folder_.holds("out/x.ST/x.stplengths"));
-  ASSERT_EQ(prepare({a, b, "--psa-per", "record", "--force"}).status, 0);
-  EXPECT_FALSE(folder_.holds("out/x.ST/x.stplengths"));
-  EXPECT_EQ(files()["x.stlengths"], bytesOf({1, 1, 1}));
+// Which inputs come of which records, and what is said of the rest.
+TEST_F(Prepare, MakesInputsOfRecords) {
+  const std::string a = folder_.write("a", ">one\nnnACG-TT\nTNNN\n>two\nGG\n");
+  const std::string b = folder_.write("b", ">n\nNNN\n>e\n");
+  const std::string c = folder_.write("c", "");
+  const std::string d = folder_.write("d", ">x\nCC\nCC\n>y\nRTR\n");
+  struct Row {
+    std::string options;
+    std::string inputs;  // array:record@offset+length
+    bool partitions;     // whether there is a partitions file
+    std::vector<std::string> said;
+  };
+  for (const Row& row : {
+           Row{"--ambiguous split",
+               " 0:one@2+3 0:one@6+3 0:two@0+2 1:x@0+4 1:y@1+1",
+               true,
+               {"4 files, 6 records, 5 inputs, 13 characters", "11 ambiguous",
+                "1 inputs begun anew", "2 records wi", "2 files gave no"}},
+           Row{"--ambiguous skip-record",
+               " 0:two@0+2 1:x@0+4",
+               false,
+               {"3 records with ambiguous", "1 records without any"}},
+           Row{"--psa-per record",
+               " 0:one@2+3 0:one@6+3 1:two@0+2 2:x@0+4 3:y@1+1",
+               true,
+               {}},
+       }) {
+    SCOPED_TRACE(row.options);
+    const Outcome outcome = prepare({a, b, c, d}, "--force " + row.options);
+    EXPECT_EQ(outcome.status, 0);
+    for (const std::string& said : row.said) {
+      EXPECT_THAT(outcome.err, HasSubstr("palvor-kit: " + said));
+    }
+    std::string inputs;
+    for (const std::string& line : linesOf(files()["x.inputs.tsv"])) {
+      const auto field = wordsOf(line);
+      inputs +=
+          " " + field[1] + ":" + field[3] + "@" + field[4] + "+" + field[5];
+    }
+    EXPECT_EQ(inputs, row.inputs);
+    EXPECT_EQ(files().count("x.stplengths"), row.partitions);
+  }
+  EXPECT_EQ(files()["x_1.stbin"], bytesOf({0xFC000000, 0}));  // TTT
 }
 
 TEST_F(Prepare, ReadsStandardInput) {
-  const Outcome outcome = prepare({"-"}, {.input = ">x\nACGT\n"});
-  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(prepare({"-"}, "", {.input = ">x\nACGT\n"}).status, 0);
   EXPECT_EQ(files()["x.inputs.tsv"], "0\t0\t-\tx\t0\t4\n");
 }
 
-TEST_F(Prepare, SaysWhatWasLeftOut) {
-  const std::string a = folder_.write("a", ">x\nACNNNGT\n>y\nNN\n>z\n");
-  const std::string b = folder_.write("b", "");
-  const Outcome outcome = prepare({a, b});
-  ASSERT_EQ(outcome.status, 0);
-  for (const char* said :
-       {"2 files, 3 records, 2 inputs, 4 characters", "5 ambiguous characters",
-        "1 inputs begun anew", "2 records without any", "1 files gave no"}) {
-    EXPECT_NE(outcome.err.find(said), std::string::npos) << said << " in\n"
-                                                         << outcome.err;
-  }
-}
-
 TEST_F(Prepare, WritesTheSameForAnyNumberOfJobs) {
-  ASSERT_EQ(runKit({"simulate", "--genomes", "7", "--length", "3000",
-                    "--divergence", "0.02", "-o", folder_.path("g")})
-                .status,
-            0);
-  Arguments genomes;
-  for (int i = 0; i < 7; i++) {
-    genomes.push_back(folder_.path("g/genome_" + std::to_string(i) + ".fa"));
+  const std::string genomes = folder_.path("g");
+  runKit(wordsOf("simulate --genomes 7 --length 3000 --divergence 0.02 -o " +
+                 genomes));
+  Arguments inputs = {
+      folder_.write("n", ">a\nACGTNNNACCA\n>b\nN\n>c\nTTNTT\n>d\nG\n")};
+  for (const auto& [name, bytes] : folder_.files("g")) {
+    inputs.push_back(genomes + "/" + name);
   }
-  genomes.push_back(
-      folder_.write("n", ">a\nACGTNNNACCA\n>b\nN\n>c\nTTNTT\n>d\nG\n"));
-  for (const char* per : {"file", "record"}) {
+  ASSERT_EQ(inputs.size(), 8u);
+  for (const std::string per : {"file", "record"}) {
     Files first;
-    for (const char* jobs : {"1", "2", "5"}) {
-      Arguments arguments = {"--lcp", "--force", "-j", jobs, "--psa-per", per};
-      arguments.insert(arguments.end(), genomes.begin(), genomes.end());
-      const Outcome outcome = prepare(arguments);
+    for (const std::string jobs : {"1", "2", "5"}) {
+      const Outcome outcome =
+          prepare(inputs, "--lcp --force -j " + jobs + " --psa-per " + per);
       ASSERT_EQ(outcome.status, 0) << outcome.err;
       if (first.empty()) first = files();
       EXPECT_EQ(files(), first) << jobs << " jobs, one array per " << per;
@@ -156,93 +152,61 @@ TEST_F(Prepare, WritesTheSameForAnyNumberOfJobs) {
   }
 }
 
-// The command that is printed, run as printed, must give the plain order.
+// The command that is printed, run as printed, must give what is right.
 TEST_F(Prepare, PrintsTheCommandThatMerges) {
-  const std::vector<std::string> inputs = {
-      "GATTACAGATTACAGATTACAGATTACAGATTACATTT",
-      "ACA",
-      "GATTACAGATTACAGATTACAGATTACAGATTACATTC",
-      "GATTACAGATTACAGATTACAGATTACAGATTACATTT",
-      "CCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCCC",
-      "TTACATTT"};
+  const std::string gattaca = "GATTACAGATTACAGATTACAGATTACAGATTACATT";
   const std::string a =
-      folder_.write("a", ">0\n" + inputs[0] + "\n>1\n" + inputs[1] + "N" +
-                             inputs[2] + "\n>3\n" + inputs[3] + "\n");
+      folder_.write("a", ">0\n" + gattaca + "T\n>1\nACAN" + gattaca +
+                             "C\n>3\n" + gattaca + "T\n");
   const std::string b =
-      folder_.write("b", ">4\n" + inputs[4] + "\n>5\n" + inputs[5] + "\n");
-  const Collection collection{inputs, {static_cast<int>(inputs.size())}};
-  PlainArray want = plainArrays(collection).at(0);
-  for (Record& record : want.records) record[0] &= ~3u;  // no flags
-  const std::string spaced = folder_.path("it's spaced");
-  for (const Arguments& options : std::vector<Arguments>{
-           {}, {"--lcp"}, {"--zero-origin"}, {"--lcp", "--zero-origin"}}) {
-    for (const char* per : {"file", "record"}) {
-      Arguments arguments = {"prepare",   "-o", spaced,    "-p", "x y",
-                             "--psa-per", per,  "--force", a,    b};
-      arguments.insert(arguments.end(), options.begin(), options.end());
+      folder_.write("b", ">4\n" + std::string(50, 'C') + "\n>5\nTTACATTT\n");
+  const std::string spaced = folder_.path("it's spaced/");
+  for (const std::string per : {"file", "record"}) {
+    for (const std::string options :
+         {"", " --lcp", " --zero-origin", " --lcp --zero-origin"}) {
+      Arguments arguments =
+          wordsOf("prepare --force --psa-per " + per + options);
+      arguments.insert(arguments.end(), {"-o", spaced, "-p", "x y", a, b});
       const Outcome made = runKit(arguments);
       ASSERT_EQ(made.status, 0) << made.err;
       const Outcome merged = runShell(linesOf(made.out).back());
       ASSERT_EQ(merged.status, 0) << made.out << merged.err;
-
-      Files found = folder_.files("it's spaced/x y.ST");
-      auto records = arrayOf<Record>(found["x y.stpsa"]);
-      ASSERT_EQ(records.size(), want.records.size()) << made.out;
-      orderEqualSuffixes(want.texts, &records);
-      EXPECT_EQ(records, want.records) << made.out;
-      const auto entries = arrayOf<uint32_t>(found["x y.stlcp"]);
-      EXPECT_EQ(entries, want.entries) << made.out;
+      Arguments proof = {"check", spaced, "x y"};
+      if (options.ends_with("--zero-origin")) proof.push_back("-z");
+      EXPECT_THAT(runKit(proof).out, StartsWith("all right: 6 inputs, "))
+          << made.out;
     }
   }
 }
 
-TEST_F(Prepare, KilledLeavesNothingThatLooksWhole) {
-  const std::string a = folder_.write("a", ">x\nACGT\n");
-  const std::string pipe = folder_.path("pipe");
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  const pid_t child =
-      startKit({"prepare", "-o", folder_.path("out"), "-p", "x", a, pipe});
-  // It waits for somebody to write into the pipe, with the first array done.
-  for (int i = 0; i < 1000 && !folder_.holds("out/x.ST/x_0.stpsa"); i++) {
-    usleep(10'000);
-  }
-  EXPECT_TRUE(folder_.holds("out/x.ST/x_0.stpsa"));
-  kill(child, SIGKILL);
-  waitpid(child, nullptr, 0);
-  EXPECT_FALSE(folder_.holds("out/x.ST/x.stlengths"));
-
-  const Outcome refused = prepare({a});
-  EXPECT_EQ(refused.status, 1);
-  EXPECT_NE(refused.err.find("did not finish"), std::string::npos)
-      << refused.err;
-  EXPECT_EQ(prepare({a, "--force"}).status, 0);
-  EXPECT_EQ(files().size(), 5u);
-}
-
 TEST_F(Prepare, RefusesAFolderWithDataUnlessForced) {
   const std::string a = folder_.write("a", ">x\nACGT\n");
-  const std::string b = folder_.write("b", ">y\nGGTT\n>z\nC\n");
-  ASSERT_EQ(prepare({b, b}).status, 0);
+  const auto expectRefusal = [&](const std::string& reason) {
+    const Files before = files();
+    const Outcome refused = prepare({a});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, HasSubstr(reason));
+    EXPECT_EQ(files(), before);
+  };
+  ASSERT_EQ(prepare({folder_.write("b", ">y\nGGTT\n>z\nC\n")}).status, 0);
   // Files of others, though they begin alike, are nobody's to remove.
-  const char* const others[] = {"x_notes.stuff", "x.st", "xx.stlengths",
+  const std::string others[] = {"x_notes.stuff", "x.st", "xx.stlengths",
                                 "x_1.stbin.old", "y_0.stbin"};
-  for (const char* other : others) {
-    folder_.write(std::string("out/x.ST/") + other, "mine");
+  for (const std::string& other : others) {
+    folder_.write("out/x.ST/" + other, "mine");
   }
-  const char* const owned[] = {"x.stpsa", "x.stdiv", "x_12.stree",
-                               "x_9.stpsa.part"};
-  for (const char* own : owned) {
-    folder_.write(std::string("out/x.ST/") + own, "old");
+  for (const std::string own :
+       {"x.stpsa", "x.stdiv", "x_12.stree", "x_9.stpsa.part"}) {
+    folder_.write("out/x.ST/" + own, "old");
   }
-  const Files before = files();
-  const Outcome refused = prepare({a});
-  EXPECT_EQ(refused.status, 1);
-  EXPECT_NE(refused.err.find("--force"), std::string::npos) << refused.err;
-  EXPECT_EQ(files(), before);
+  expectRefusal("--force");
+  // So it is left by a run that was killed.
+  std::filesystem::remove(folder_.path("out/x.ST/x.stlengths"));
+  expectRefusal("did not finish");
 
-  ASSERT_EQ(prepare({a, "--force"}).status, 0);
+  ASSERT_EQ(prepare({a}, "--force").status, 0);
   Files after = files();
-  for (const char* other : others) EXPECT_EQ(after.erase(other), 1u) << other;
+  for (const std::string& other : others) EXPECT_EQ(after.erase(other), 1u);
   EXPECT_EQ(after.size(), 5u);
   EXPECT_EQ(after["x.stlengths"], bytesOf({4}));
 }

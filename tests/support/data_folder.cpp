@@ -1,13 +1,10 @@
 #include "support/data_folder.h"
 
-#include <algorithm>
-#include <filesystem>
+#include <gtest/gtest.h>
 
 #include "support/inputs.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 std::string numbered(size_t number, const char* kind) {
   return "x_" + std::to_string(number) + kind;
@@ -41,21 +38,32 @@ DataFolder::DataFolder(const Collection& collection) {
   }
 
   const std::vector<PlainArray> arrays = plainArrays(collection);
-  uint32_t origin = 0;
   for (size_t j = 0; j < arrays.size(); j++) {
     std::vector<uint32_t> file;
-    for (Record record : arrays[j].records) {
-      if (collection.zeroOrigin) record[0] -= origin << 2;
+    for (const Record& record : arrays[j].records) {
       file.insert(file.end(), record.begin(), record.end());
     }
     writeWords(numbered(j, ".stpsa"), file);
     std::vector<uint32_t> entries = arrays[j].entries;
     if (!entries.empty()) entries[0] = 0xDEADBEEF;  // means nothing
     writeWords(numbered(j, ".stlcp"), entries);
-    origin += collection.parts.empty()
-                  ? 1
-                  : static_cast<uint32_t>(collection.parts[j]);
   }
+}
+
+Outcome DataFolder::merge(const std::string& options,
+                          const Setting& setting) const {
+  std::vector<std::string> arguments = wordsOf(options);
+  arguments.insert(arguments.begin(), {root_, "x"});
+  return runPalvor(arguments, setting);
+}
+
+void DataFolder::expectMerge(const std::string& options) const {
+  SCOPED_TRACE("options " + options);
+  const Outcome merged = merge(options);
+  ASSERT_EQ(merged.status, 0) << merged.err;
+  ASSERT_EQ(merged.out, "");
+  const Outcome proof = runKit({"check", root_, "x"});
+  ASSERT_EQ(proof.status, 0) << proof.out;
 }
 
 std::string DataFolder::path(const std::string& name) const {
@@ -72,45 +80,10 @@ void DataFolder::writeWords(const std::string& name,
   write(name, bytesOf(words));
 }
 
-void DataFolder::resize(const std::string& name, uint64_t bytes) const {
-  fs::resize_file(path(name), bytes);
-}
-
-void DataFolder::remove(const std::string& name) const {
-  fs::remove_all(path(name));
-}
-
-void DataFolder::replaceByFolder(const std::string& name) const {
-  remove(name);
-  fs::create_directory(path(name));
-}
-
-void DataFolder::replaceByFullDevice(const std::string& name) const {
-  remove(name);
-  fs::create_symlink("/dev/full", path(name));
-}
-
 bool DataFolder::holds(const std::string& name) const {
   return folder_.holds("x.ST/" + name);
 }
 
 std::string DataFolder::bytes(const std::string& name) const {
   return folder_.read("x.ST/" + name);
-}
-
-std::vector<uint32_t> DataFolder::words(const std::string& name) const {
-  const std::string raw = bytes(name);
-  std::vector<uint32_t> words(raw.size() / 4);
-  std::copy_n(raw.data(), 4 * words.size(),
-              reinterpret_cast<char*>(words.data()));
-  return words;
-}
-
-std::vector<Record> DataFolder::records(const std::string& name) const {
-  const std::vector<uint32_t> all = words(name);
-  std::vector<Record> records(all.size() / 4);
-  for (size_t i = 0; i < 4 * records.size(); i++) {
-    records[i / 4][i % 4] = all[i];
-  }
-  return records;
 }

@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "support/plain_merge.h"
+#include "support/plain_arrays.h"
+#include "support/program.h"
 #include "support/temporary_folder.h"
 
 // 32-bit words as a file holds them.
@@ -25,23 +26,21 @@ class DataFolder {
   // second being "x".
   const std::string& root() const { return root_; }
 
+  // Runs palvor on it, with these options, parted by blanks.
+  Outcome merge(const std::string& options, const Setting& setting = {}) const;
+
+  // The same, which must succeed without a word on standard output; and
+  // palvor-kit check must prove everything that the folder then holds.
+  void expectMerge(const std::string& options) const;
+
   // A file of x.ST/ by its name, like "x_0.stpsa".
   std::string path(const std::string& name) const;
 
   void write(const std::string& name, const std::string& bytes) const;
   void writeWords(const std::string& name,
                   const std::vector<uint32_t>& words) const;
-  void resize(const std::string& name, uint64_t bytes) const;
-  void remove(const std::string& name) const;
-
-  // Puts a folder, or a link to /dev/full, where the file should be.
-  void replaceByFolder(const std::string& name) const;
-  void replaceByFullDevice(const std::string& name) const;
-
   bool holds(const std::string& name) const;
   std::string bytes(const std::string& name) const;
-  std::vector<uint32_t> words(const std::string& name) const;
-  std::vector<Record> records(const std::string& name) const;
 
  private:
   TemporaryFolder folder_;

@@ -73,7 +73,6 @@ uint32_t slowEntry(std::string_view a, std::string_view b) {
   size_t same = 0;
   while (same < shorter && a[same] == b[same]) same++;
   if (same == shorter) return static_cast<uint32_t>(2 * same) << 1;
-  const bool firstBits =
-      bitsOf(a.substr(same, 1))[0] == bitsOf(b.substr(same, 1))[0];
-  return static_cast<uint32_t>(2 * same + (firstBits ? 1 : 0)) << 1 | 1;
+  const bool firstBit = (codeOf(a[same]) ^ codeOf(b[same])) < 2;
+  return static_cast<uint32_t>(2 * same + (firstBit ? 1 : 0)) << 1 | 1;
 }

@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -42,15 +43,12 @@ void setLimit(__rlimit_resource_t resource, std::optional<unsigned long> soft,
   if (setrlimit(resource, &limit) != 0) _exit(126);
 }
 
-// Starts a command with its standard streams on three descriptors.
-pid_t start(std::vector<std::string> command, int in, int out, int err,
-            const Setting& setting) {
+// Becomes the command, with its standard streams on three descriptors.
+[[noreturn]] void execute(std::vector<std::string> command, int in, int out,
+                          int err, const Setting& setting) {
   std::vector<char*> arguments;
   for (std::string& word : command) arguments.push_back(word.data());
   arguments.push_back(nullptr);
-  const pid_t child = fork();
-  if (child < 0) throw std::runtime_error("cannot fork");
-  if (child > 0) return child;
   dup2(in, STDIN_FILENO);
   dup2(out, STDOUT_FILENO);
   dup2(err, STDERR_FILENO);
@@ -63,14 +61,19 @@ pid_t start(std::vector<std::string> command, int in, int out, int err,
   _exit(127);
 }
 
-Outcome run(std::vector<std::string> command, const Setting& setting) {
+// Runs the program that its path or name begins the command with.
+Outcome run(const std::string& program, std::vector<std::string> command,
+            const Setting& setting) {
+  command.insert(command.begin(), program);
   command.insert(command.begin(), setting.under.begin(), setting.under.end());
   const int in = memoryFile(setting.input);
   const int out = setting.output.empty()
                       ? memoryFile("")
                       : open(setting.output.c_str(), O_WRONLY | O_CLOEXEC);
   const int err = memoryFile("");
-  const pid_t child = start(command, in, out, err, setting);
+  const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("cannot fork");
+  if (child == 0) execute(command, in, out, err, setting);
   int status = 0;
   waitpid(child, &status, 0);
   close(in);
@@ -78,33 +81,22 @@ Outcome run(std::vector<std::string> command, const Setting& setting) {
           drained(out), drained(err)};
 }
 
-std::vector<std::string> with(const std::string& program,
-                              std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), program);
-  return arguments;
-}
-
 }  // namespace
 
 Outcome runPalvor(const std::vector<std::string>& arguments,
                   const Setting& setting) {
-  return run(with(PALVOR_PROGRAM, arguments), setting);
+  return run(PALVOR_PROGRAM, arguments, setting);
 }
 
 Outcome runKit(const std::vector<std::string>& arguments,
                const Setting& setting) {
-  return run(with(PALVOR_KIT_PROGRAM, arguments), setting);
-}
-
-pid_t startKit(const std::vector<std::string>& arguments) {
-  const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
-  return start(with(PALVOR_KIT_PROGRAM, arguments), null, null, null, {});
+  return run(PALVOR_KIT_PROGRAM, arguments, setting);
 }
 
 Outcome runShell(const std::string& line) {
   const std::string folder =
       std::filesystem::path(PALVOR_PROGRAM).parent_path().string();
-  return run({"/bin/sh", "-c", "PATH='" + folder + "':$PATH; " + line}, {});
+  return run("/bin/sh", {"-c", "PATH='" + folder + "':$PATH; " + line}, {});
 }
 
 std::string programPath() { return PALVOR_PROGRAM; }
@@ -122,4 +114,9 @@ std::vector<std::string> linesOf(const std::string& text) {
   std::istringstream stream(text);
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
   return lines;
+}
+
+std::vector<std::string> wordsOf(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
 }

@@ -3,8 +3,6 @@
 #ifndef PALVOR_TESTS_SUPPORT_PROGRAM_H_
 #define PALVOR_TESTS_SUPPORT_PROGRAM_H_
 
-#include <sys/types.h>
-
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,9 +32,6 @@ Outcome runPalvor(const std::vector<std::string>& arguments,
 Outcome runKit(const std::vector<std::string>& arguments,
                const Setting& setting = {});
 
-// Starts palvor-kit with its output thrown away, and returns its process.
-pid_t startKit(const std::vector<std::string>& arguments);
-
 // Runs a line as a shell does that finds the built palvor.
 Outcome runShell(const std::string& line);
 
@@ -47,7 +42,8 @@ std::string programPath();
 // the address space, so that it cannot be limited.
 bool addressSpaceIsNeeded();
 
-// The lines of a text, without their ends.
+// The lines of a text, without their ends; its words, parted by blanks.
 std::vector<std::string> linesOf(const std::string& text);
+std::vector<std::string> wordsOf(const std::string& text);
 
 #endif  // PALVOR_TESTS_SUPPORT_PROGRAM_H_
