@@ -55,5 +55,7 @@ def unpack(target, case, folder):
 
 
 if __name__ == "__main__":
+    if len(sys.argv) != 5:
+        sys.exit(__doc__)
     _, command, *arguments = sys.argv
     {"pack": pack, "unpack": unpack}[command](*arguments)

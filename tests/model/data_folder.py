@@ -33,12 +33,12 @@ def lcp_entry(a, b):
     return shared << 1 | (shared < min(len(a), len(b)))
 
 
-def make_files(texts, arrays, origins, flags=lambda pos: pos & 3):
+def make_files(texts, arrays, origins, flag):
     """{name without the prefix: bytes}, the partitions file left out.
 
     arrays   the suffixes of each suffix array, in any order
     origins  the input that each calls its first
-    flags    what the two low bits of a record's input are, which mean nothing
+    flag     gives the two low bits of a record's input, which mean nothing
     """
     bits = [text.translate(CODES) for text in texts]
     files = {".stlengths": packed([len(text) for text in texts]),
@@ -48,7 +48,7 @@ def make_files(texts, arrays, origins, flags=lambda pos: pos & 3):
     for j, suffixes in enumerate(arrays):
         ordered = sorted((bits[i][2 * pos:], i, pos) for i, pos in suffixes)
         files[f"_{j}.stpsa"] = b"".join(
-            packed([(i - origins[j]) << 2 | flags(pos), pos,
+            packed([(i - origins[j]) << 2 | flag(), pos,
                     *words_of(text[:64].ljust(64, "0"))])
             for text, i, pos in ordered)
         files[f"_{j}.stlcp"] = packed([0] * bool(ordered) + [

@@ -133,8 +133,8 @@ class Model:
                 origin = sum(self.plengths[:j]) if self.plengths else j
             words = iter(contents(f"{self.sarrayPrefix}_{j}.stpsa"))
             records = zip(words, words, words, words)
-            self.suffixes.append([Suffix(input + 4 * origin, *rest)
-                                  for input, *rest in records])
+            self.suffixes.append([Suffix(first + 4 * origin, *rest)
+                                  for first, *rest in records])
             if self.options.Manzini:
                 self.entries.append(contents(f"{self.sarrayPrefix}_{j}.stlcp"))
 

@@ -65,21 +65,21 @@ def texts(rng):
     """The input strings of one collection."""
     base = letters(rng, length(rng),
                    rng.choice(["ACGT", "A", "T", "AC", "GT"]))
+    size = len(base)
     alphabet = rng.sample("ACGT", rng.randint(1, 2))
     unit = letters(rng, rng.randint(1, 5))
     golden = fibonacci(rng)
-    makers = [
+    kinds = [
         lambda: letters(rng, length(rng)),
         lambda: letters(rng, length(rng), alphabet),
         lambda: (unit * LONGEST)[rng.randrange(len(unit)):][:length(rng)],
         lambda: golden[:length(rng)],
         lambda: base,
         lambda: mutated(rng, base),
-        lambda: base[:rng.randint(1, len(base))],
-        lambda: letters(rng, rng.randint(0, 3)) +
-        base[rng.randrange(len(base)):],
+        lambda: base[:rng.randint(1, size)],
+        lambda: letters(rng, rng.randint(0, 3)) + base[rng.randrange(size):],
     ]
-    chosen = rng.choice([[maker] for maker in makers] + [makers])
+    chosen = rng.choice([[kind] for kind in kinds] + [kinds])
     count = rng.choice([1, 2, 2, 3, 3, 4, 5, 6, 8, 12, 16, 17, 30, 90])
     made = [rng.choice(chosen)() for _ in range(count)]
     if rng.random() < 0.05:
@@ -125,7 +125,7 @@ def make(rng, folder):
             for array in arrays]
     files = data_folder.make_files(
         inputs, arrays, firsts if zeroOrigin else [0] * len(arrays),
-        lambda pos: rng.randrange(4))
+        lambda: rng.randrange(4))
     for name, data in files.items():
         if name.endswith(".stlcp") and data:  # the first entry means nothing
             files[name] = packed([rng.getrandbits(32)]) + data[4:]
