@@ -13,8 +13,8 @@ from dataclasses import dataclass
 import data_folder
 from data_folder import packed
 
-LONGEST = 65  # characters of an input string
-EDGES = [1, 2, 15, 16, 17, 31, 32, 33, 47, 48, 49, 63, 64, LONGEST]
+LONGEST = 130  # characters of an input string
+EDGES = [1, 2, 15, 16, 17, 31, 32, 33, 47, 48, 49, 63, 64, 65, 97, LONGEST]
 # The most bytes past what is used of a file, by its ending.
 TAILS = {"stlengths": 3, "stplengths": 3, "stlcp": 3, "stblengths": 9,
          "stbin": 9, "stpsa": 15}
@@ -37,7 +37,7 @@ class Collection:
 def length(rng):
     if rng.random() < 0.6:
         return rng.choice(EDGES)
-    return rng.randint(1, LONGEST)
+    return rng.randint(1, rng.choice([65, LONGEST]))
 
 
 def letters(rng, n, alphabet="ACGT"):
