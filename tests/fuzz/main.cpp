@@ -37,7 +37,11 @@ constexpr unsigned kSeconds = 30;  // for one case
 
 // The name of a folder that only this process uses.
 std::string newFolder() {
-  std::string folder = fs::temp_directory_path() / "palvor_fuzz.XXXXXX";
+  const char* set = std::getenv("TMPDIR");
+  std::string folder = set != nullptr           ? set
+                       : fs::exists("/dev/shm") ? "/dev/shm"
+                                                : "/tmp";
+  folder += "/palvor_fuzz.XXXXXX";
   if (mkdtemp(folder.data()) == nullptr) {
     std::perror(folder.c_str());
     std::exit(2);
