@@ -2,6 +2,7 @@
 // the first, a middle one and the last, and the process is killed there: it
 // must say which file failed, and what it leaves must not pass for whole.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <sys/statvfs.h>
@@ -16,6 +17,8 @@
 #include "faults/scenario.h"
 
 namespace {
+
+using testing::HasSubstr;
 
 const Command kPrepare = {"palvor-kit", "prepare",    "-o",    "ROOT",
                           "-p",         "x",          "--lcp", "--zero-origin",
@@ -62,6 +65,8 @@ const std::vector<Scenario> kScenarios = {
 const std::set<std::string> kHarmless = {"close", "mkdir", "fadvise64",
                                          "ioctl", "lseek", "newfstatat"};
 
+const std::vector<std::string> kKill = {"signal=SIGKILL"};
+
 // What can go wrong at a call of a program. A call that is made to stop short
 // is not made at all, so only the merge, which takes none further, can be
 // tested so.
@@ -74,8 +79,6 @@ std::vector<std::string> faultsOf(const std::string& call,
   if (call == "pread64") return {"error=EIO", merge ? "retval=4" : "error=EIO"};
   return {"error=EIO"};
 }
-
-std::set<int> firstMiddleLast(int count) { return {1, (count + 1) / 2, count}; }
 
 // The name under which a file is reported: a file being written gets it later.
 std::string reportedName(const std::string& file) {
@@ -130,6 +133,25 @@ class Faults : public testing::TestWithParam<Scenario> {
 
   const Scenario& scenario() const { return GetParam(); }
 
+  // Runs the command once for each fault at each kind of call, the first, a
+  // middle one and the last, and hands over what came of it.
+  template <typename Test>
+  void failEachCall(bool kill, Test test) const {
+    for (const FileCalls& calls : calls_) {
+      for (const std::string& fault :
+           kill ? kKill : faultsOf(calls.call, scenario().command[0])) {
+        for (const int n : std::set{1, (calls.count + 1) / 2, calls.count}) {
+          SCOPED_TRACE(calls.call + " " + std::to_string(n) + " of " +
+                       calls.file + ": " + fault);
+          const Ground ground(scenario());
+          test(calls, ground,
+               ground.run(scenario().command,
+                          withFault(ground, calls, fault, n)));
+        }
+      }
+    }
+  }
+
   // Whether a command left all that it leaves when nothing fails.
   bool isWhole(const Ground& ground) const { return ground.files() == files_; }
 
@@ -138,6 +160,18 @@ class Faults : public testing::TestWithParam<Scenario> {
     if (scenario().proof.empty() || isWhole(ground) || untouched) return;
     const Outcome proof = ground.run(scenario().proof);
     EXPECT_EQ(proof.status, 1) << proof.out << proof.err;
+  }
+
+  void expectWholeOrReported(const Ground& ground, const Outcome& outcome,
+                             const std::string& words) const {
+    if (outcome.status == 0) {
+      EXPECT_TRUE(isWhole(ground));
+      return;
+    }
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(std::regex_search(outcome.err, std::regex(words)))
+        << outcome.err;
+    expectNoProof(ground);
   }
 
   // When nothing fails:
@@ -150,48 +184,29 @@ class Faults : public testing::TestWithParam<Scenario> {
 
 TEST_P(Faults, AreReportedWithTheFile) {
   int faults = 0;
-  for (const FileCalls& calls : calls_) {
-    for (const std::string& fault :
-         faultsOf(calls.call, scenario().command[0])) {
-      for (const int n : firstMiddleLast(calls.count)) {
-        SCOPED_TRACE(calls.call + " " + std::to_string(n) + " of " +
-                     calls.file + ": " + fault);
-        const Ground ground(scenario());
-        const Outcome outcome =
-            ground.run(scenario().command, withFault(ground, calls, fault, n));
-        faults++;
-        if (outcome.status == 0 && kHarmless.contains(calls.call)) {
-          EXPECT_EQ(ground.withoutRoot(outcome.out), output_);
-          EXPECT_TRUE(isWhole(ground));
-          continue;
-        }
-        EXPECT_EQ(outcome.status, 1) << outcome.err;
-        const std::string said = outcome.out + outcome.err;
-        EXPECT_NE(said.find(ground.path(reportedName(calls.file))),
-                  std::string::npos)
-            << said;
-        expectNoProof(ground);
-      }
+  failEachCall(false, [&](const FileCalls& calls, const Ground& ground,
+                          const Outcome& outcome) {
+    faults++;
+    if (outcome.status == 0 && kHarmless.contains(calls.call)) {
+      EXPECT_EQ(ground.withoutRoot(outcome.out), output_);
+      EXPECT_TRUE(isWhole(ground));
+      return;
     }
-  }
+    EXPECT_EQ(outcome.status, 1) << outcome.err;
+    EXPECT_THAT(outcome.out + outcome.err,
+                HasSubstr(ground.path(reportedName(calls.file))));
+    expectNoProof(ground);
+  });
   RecordProperty("faults", faults);
 }
 
 TEST_P(Faults, KilledRunsLeaveNothingThatPasses) {
-  int kills = 0;
-  for (const FileCalls& calls : calls_) {
-    if (scenario().proof.empty()) continue;
-    for (const int n : firstMiddleLast(calls.count)) {
-      SCOPED_TRACE(calls.call + " " + std::to_string(n) + " of " + calls.file);
-      const Ground ground(scenario());
-      const Outcome outcome = ground.run(
-          scenario().command, withFault(ground, calls, "signal=SIGKILL", n));
-      kills++;
-      EXPECT_EQ(outcome.status, 128 + SIGKILL);
-      expectNoProof(ground);
-    }
-  }
-  RecordProperty("kills", kills);
+  if (scenario().proof.empty()) return;
+  failEachCall(true, [&](const FileCalls&, const Ground& ground,
+                         const Outcome& outcome) {
+    EXPECT_EQ(outcome.status, 128 + SIGKILL);
+    expectNoProof(ground);
+  });
 }
 
 TEST_P(Faults, TooLittleMemoryIsReported) {
@@ -201,16 +216,10 @@ TEST_P(Faults, TooLittleMemoryIsReported) {
     const Ground ground(scenario());
     const Outcome outcome = ground.run(scenario().command, {.memory = limit});
     if (outcome.status == 127) continue;  // it could not be loaded
+    SCOPED_TRACE(limit);
+    expectWholeOrReported(ground, outcome,
+                          "memory|allocate|start a thread|mmap");
     succeeded = outcome.status == 0;
-    if (succeeded) {
-      EXPECT_TRUE(isWhole(ground));
-    } else {
-      EXPECT_EQ(outcome.status, 1) << limit;
-      EXPECT_TRUE(std::regex_search(
-          outcome.err, std::regex("memory|allocate|start a thread|mmap")))
-          << outcome.err;
-      expectNoProof(ground);
-    }
   }
 }
 
@@ -220,17 +229,8 @@ TEST_P(Faults, FullDiskIsReported) {
     // A disk that has room for what is there, and some blocks more.
     const TinyDisk disk(ground, blocks);
     if (!disk.mounted()) GTEST_SKIP() << "disks cannot be mounted here";
-    const Outcome outcome = ground.run(scenario().command);
-    if (outcome.status == 0) {
-      EXPECT_TRUE(isWhole(ground));
-    } else {
-      EXPECT_EQ(outcome.status, 1);
-      EXPECT_NE(outcome.err.find(ground.path("")), std::string::npos)
-          << outcome.err;
-      EXPECT_NE(outcome.err.find("No space left"), std::string::npos)
-          << outcome.err;
-      expectNoProof(ground);
-    }
+    expectWholeOrReported(ground, ground.run(scenario().command),
+                          ground.path("") + ".*No space left");
   }
 }
 

@@ -14,13 +14,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -109,20 +109,17 @@ bool replay(Target target, const CaseFolder& folder, const std::string& path,
   return isFinding(status, path);
 }
 
-// The files that the paths name, those of a folder in the order of their names.
-std::vector<std::string> filesOf(const std::vector<std::string>& paths) {
-  std::vector<std::string> files;
+// The files that the paths name, alone or by their folder.
+std::set<std::string> filesOf(const std::vector<std::string>& paths) {
+  std::set<std::string> files;
   for (const std::string& path : paths) {
     if (!fs::is_directory(path)) {
-      files.push_back(path);
+      files.insert(path);
       continue;
     }
-    std::vector<std::string> found;
     for (const auto& entry : fs::directory_iterator(path)) {
-      found.push_back(entry.path().string());
+      files.insert(entry.path());
     }
-    std::sort(found.begin(), found.end());
-    files.insert(files.end(), found.begin(), found.end());
   }
   return files;
 }
@@ -131,7 +128,7 @@ int replayAll(Target target, const std::vector<std::string>& paths,
               bool verbose) {
   const CaseFolder folder(newFolder());
   int findings = 0;
-  const std::vector<std::string> files = filesOf(paths);
+  const std::set<std::string> files = filesOf(paths);
   for (const std::string& file : files) {
     if (replay(target, folder, file, verbose)) findings++;
   }
@@ -143,8 +140,7 @@ int usage() {
   std::fprintf(stderr,
                "palvor_fuzz TARGET < CASE\n"
                "palvor_fuzz [-v] TARGET FILE|FOLDER...\n"
-               "targets: %s\n",
-               targetNames().c_str());
+               "targets: array tree check view prepare\n");
   return 2;
 }
 

@@ -79,10 +79,10 @@ void addFlags(Words& words, uint8_t byte, const Words& flags) {
   }
 }
 
-int merge(FuzzInput& input, const CaseFolder& folder, const char* last) {
+int merge(FuzzInput& input, const CaseFolder& folder, bool toArray) {
   Words words = {folder.root(), "x"};
   addFlags(words, input.takeByte(),
-           {"-Z", "-U", "-H", "-f", "-z", "-q", "-X", last});
+           {"-Z", "-U", "-H", "-f", "-z", "-q", "-X", toArray ? "-l" : "-R"});
   const uint8_t sizes = input.takeByte();
   if (const char* nodes = kMostNodes[sizes & 15]) {
     words.insert(words.end(), {"-n", nodes});
@@ -95,21 +95,19 @@ int merge(FuzzInput& input, const CaseFolder& folder, const char* last) {
   if (const int cap = more >> 1 & 3; cap != 0) {
     words.insert(words.end(), {"-N", std::to_string(cap)});
   }
-  if (last == std::string("-l")) words.emplace_back("-a");
+  if (toArray) words.emplace_back("-a");
   folder.fill(input);
-  return runPalvor(words);
+  const int status = runPalvor(words);
+  if (status == 0) (toArray ? testMergedArray : testMergedTrees)(folder);
+  return status;
 }
 
 int mergeToArray(FuzzInput& input, const CaseFolder& folder) {
-  const int status = merge(input, folder, "-l");
-  if (status == 0) testMergedArray(folder);
-  return status;
+  return merge(input, folder, true);
 }
 
 int mergeToTrees(FuzzInput& input, const CaseFolder& folder) {
-  const int status = merge(input, folder, "-R");
-  if (status == 0) testMergedTrees(folder);
-  return status;
+  return merge(input, folder, false);
 }
 
 // Merges a folder that must be all right, to an array or to small trees, and
@@ -196,13 +194,4 @@ Target findTarget(const std::string& name) {
     if (name == known) return target;
   }
   return nullptr;
-}
-
-std::string targetNames() {
-  std::string names;
-  for (const auto& [name, target] : kTargets) {
-    if (!names.empty()) names += ' ';
-    names += name;
-  }
-  return names;
 }

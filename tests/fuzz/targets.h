@@ -37,7 +37,4 @@ using Target = int (*)(FuzzInput& input, const CaseFolder& folder);
 // Null if there is no such target.
 Target findTarget(const std::string& name);
 
-// The names, with blanks between them.
-std::string targetNames();
-
 #endif  // PALVOR_TESTS_FUZZ_TARGETS_H_
