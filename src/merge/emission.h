@@ -41,6 +41,9 @@ inline void emit(const Suffix& suffix, LcpEntry entry) {
 // A suffix can take two records, so a tree is written before it is quite full.
 inline bool treeIsFull() { return sarray == 0 && nnode > treeBuffSize - 2; }
 
+// How many suffixes the tree can take without being full.
+inline int treeRoom() { return (treeBuffSize - 2 - nnode) / 2; }
+
 // Writes the tree, and begins the next one. `lastSuffix` must be its last.
 inline void closeTree() {
   finalSplit();

@@ -44,6 +44,11 @@ int64_t upcomingKeys[kFewStreams];
 // Per stream, the last record of its buffer that is tested.
 const Suffix* lastTested[kFewStreams];
 
+// Suffixes on their way to the tree, with their entries.
+constexpr int kBatch = 256;
+Suffix batchSuffixes[kBatch];
+LcpEntry batchEntries[kBatch];
+
 // Whether a listed suffix may be shorter than 64 bits.
 bool mayHoldShort = false;
 

@@ -99,17 +99,20 @@ template <int kRoom>
   return settled;
 }
 
-// Merges into the array as long as the keys tell everything, and the buffers
-// have room and records. Calls nothing, so that the rows stay in registers.
+// Merges as long as the keys tell everything and the streams' buffers have
+// records, but `room` suffixes at most, which are written to `suffixes`, and
+// their entries, unless null, to `entries`. Returns how many there are. Calls
+// nothing, so that the rows stay in registers.
 template <int kRoom>
-[[gnu::noinline]] void mergeByKeys() {
+[[gnu::noinline]] int mergeByKeys(Suffix* suffixes, LcpEntry* entries,
+                                  int room) {
   Rows<kRoom> rows;
   rows.load();
   const int count = listedCount;
   const long long comparisons = nncmp;
   int k = streamOf(rows.firstState());
-  int n = nbuff;
-  for (; n < treeBuffSize; n++) {
+  int n = 0;
+  for (; n < room; n++) {
     Suffix* const current = Suffixes[k];
     Suffix* const next = current + 1;
     const int64_t key = upcomingKeys[k];
@@ -119,8 +122,8 @@ template <int kRoom>
       break;
     }
     const LcpEntry entry = entryOf(rows.firstState());
-    if (larray != 0) lcpfBuff[n] = entry;
-    suffBuff[n] = *current;
+    if (entries != nullptr) entries[n] = entry;
+    suffixes[n] = *current;
     if (lcpBits(entry) >= 64 && next + kRecordsAhead <= lastTested[k]) {
       prefetchStrings(next[kRecordsAhead]);
     }
@@ -133,19 +136,36 @@ template <int kRoom>
     k ^= (k ^ streamOf(rows.secondState())) & passed;
     moveByKey<kRoom>(rows, count, key);
   }
-  nsuff += n - nbuff;
-  np2 += n - nbuff + nncmp - comparisons;
-  nbuff = n;
   rows.store();
+  nsuff += n;
+  np2 += n + nncmp - comparisons;
+  return n;
+}
+
+// Merges and emits as long as the keys tell everything.
+template <int kRoom>
+void emitByKeys() {
+  if (sarray != 0) {
+    nbuff += mergeByKeys<kRoom>(
+        suffBuff + nbuff, larray != 0 ? lcpfBuff + nbuff : nullptr,
+        treeBuffSize - nbuff);
+    return;
+  }
+  int n;
+  do {
+    n = mergeByKeys<kRoom>(batchSuffixes, batchEntries,
+                           std::min(kBatch, treeRoom()));
+    for (int i = 0; i < n; i++) emitIntoTree(batchSuffixes[i], batchEntries[i]);
+    if (n > 0) lastSuffix = batchSuffixes[n - 1];
+  } while (n == kBatch);
 }
 
 template <int kRoom>
 void mergeListed() {
   takeUpList();
-  const bool array = sarray != 0;
   bool byKeys = true;  // it was so last time
   while (listedCount > 0 && streamsAscend) {
-    if (array && byKeys && !mayHoldShort && Manzini == 0) mergeByKeys<kRoom>();
+    if (byKeys && !mayHoldShort && Manzini == 0) emitByKeys<kRoom>();
     const int k = streamOf(listedStates[0]);
     const LcpEntry entry = entryOf(listedStates[0]);
     currSuffix = *Suffixes[k];
@@ -159,7 +179,7 @@ void mergeListed() {
       byKeys = moveHead<kRoom>(k, *Suffixes[k]);
     }
     lastSuffix = currSuffix;
-    if (!array && treeIsFull()) closeTree();
+    if (treeIsFull()) closeTree();
   }
   writeList();
 }
