@@ -5,9 +5,9 @@
 // little, since others have the same. A walk, but only of those. `own` is its
 // entry with the suffix emitted last.
 template <int kRoom>
-[[gnu::noinline]] void moveAmongEqualKeys(const Suffix& suffix, LcpEntry own) {
-  Rows<kRoom> rows;
-  rows.load();
+[[gnu::always_inline]] inline int placeAmongEqualKeys(Rows<kRoom>& rows,
+                                                      const Suffix& suffix,
+                                                      LcpEntry own) {
   const int64_t key = prefixKey(suffix);
   const uint32_t all = placesBelow(listedCount) & ~1U;
   const uint32_t below = rows.below(key) & all;
@@ -31,8 +31,9 @@ template <int kRoom>
         *Suffixes[streamOf(listedStates[place])], suffix, shared);
     if (found.common >= 64) nnac++;
     if (found.common >= shared + 64) nnrc++;
-    const LcpEntry between = fittingEntry(found.common, found.firstbit ? 1 : 0);
-    if (found.after) {
+    const LcpEntry between =
+        fittingEntry(found.common, found.firstbit() ? 1 : 0);
+    if (found.after()) {
       entry = stored;
       changes = true;
       nextEntry = between;
@@ -47,9 +48,11 @@ template <int kRoom>
   nlcmp += walked(place - 1, listedCount);
   const int k = streamOf(listedStates[0]);
   const int behind = streamOf(listedStates[place]);
+  const int head = passed != 0 ? streamOf(listedStates[1]) : k;
+  rows.load();
   rows.move(passed, key, stateOf(entry, k), changes ? 1U << place : 0,
             stateOf(nextEntry, behind));
-  rows.store();
+  return head;
 }
 
 // Moves the head to the place of its new suffix, which is long, and parts from
@@ -70,7 +73,7 @@ template <int kRoom>
 
 // Moves the head's stream k to the place of its new suffix.
 template <int kRoom>
-[[gnu::always_inline]] inline bool moveHead(int k, const Suffix& suffix) {
+[[gnu::always_inline]] inline void moveHead(int k, const Suffix& suffix) {
   const int64_t key = takeKey(k, suffix);
   const int64_t lastKey = listedKeys[0];
   Rows<kRoom> rows;
@@ -87,16 +90,38 @@ template <int kRoom>
   if (!settled &&
       (!streamsAscend || mayHoldShort || remainingBits(suffix) < 64)) {
     placeByWalk(k, own);
-    return false;
+    return;
   }
   LOCP[k] = own;
   if (!settled) {
-    moveAmongEqualKeys<kRoom>(suffix, own);
+    placeAmongEqualKeys<kRoom>(rows, suffix, own);
+    rows.store();
   } else {
     np2 += moveByKey<kRoom>(rows, listedCount, key) + (Manzini == 0 ? 1 : 0);
     rows.store();
   }
-  return settled;
+}
+
+// As moveHead, for a suffix that is long, where no listed one is short, if its
+// key is not above the last one or equals another.
+template <int kRoom>
+[[gnu::always_inline]] inline int moveAmongEqualKeys(Rows<kRoom>& rows, int k,
+                                                     const Suffix& suffix,
+                                                     int64_t key) {
+  LcpEntry own;
+  if (listedKeys[0] < key) {
+    own = entryOfKeys(listedKeys[0], key);
+    np2++;
+  } else {
+    own = refillEntry(k);
+    if (!streamsAscend) {
+      placeByWalk(k, own);
+      rows.load();
+      return k;
+    }
+  }
+  LOCP[k] = own;
+  return placeAmongEqualKeys<kRoom>(rows, suffix, own);
 }
 
 // Merges as long as the keys tell everything and the streams' buffers have
@@ -109,7 +134,7 @@ template <int kRoom>
   Rows<kRoom> rows;
   rows.load();
   const int count = listedCount;
-  const long long comparisons = nncmp;
+  long long settled = 0;
   int k = streamOf(rows.firstState());
   int n = 0;
   for (; n < room; n++) {
@@ -117,10 +142,7 @@ template <int kRoom>
     Suffix* const next = current + 1;
     const int64_t key = upcomingKeys[k];
     const int64_t lastKey = rows.firstKey();
-    if (next >= lastTested[k] || lastKey >= key || rows.equal(key) != 0 ||
-        remainingBits(*next) < 64) {
-      break;
-    }
+    if (next >= lastTested[k] || remainingBits(*next) < 64) break;
     const LcpEntry entry = entryOf(rows.firstState());
     if (entries != nullptr) entries[n] = entry;
     suffixes[n] = *current;
@@ -130,25 +152,35 @@ template <int kRoom>
     sufps[k]++;
     Suffixes[k] = next;
     upcomingKeys[k] = prefixKey(next[1]);
+    if (lastKey >= key || rows.equal(key) != 0) {
+      rows.store();
+      currSuffix = suffixes[n];
+      k = moveAmongEqualKeys<kRoom>(rows, k, *next, key);
+      if (!streamsAscend) {
+        n++;
+        break;
+      }
+      continue;
+    }
     LOCP[k] = entryOfKeys(lastKey, key);
     // The stream to come next is known before the rows are.
     const int passed = -static_cast<int>(rows.secondKey() < key);
     k ^= (k ^ streamOf(rows.secondState())) & passed;
-    moveByKey<kRoom>(rows, count, key);
+    settled += moveByKey<kRoom>(rows, count, key) + 1;
   }
   rows.store();
   nsuff += n;
-  np2 += n + nncmp - comparisons;
+  np2 += settled;
   return n;
 }
 
 // Merges and emits as long as the keys tell everything.
 template <int kRoom>
-void emitByKeys() {
+void emitBatches() {
   if (sarray != 0) {
-    nbuff += mergeByKeys<kRoom>(
-        suffBuff + nbuff, larray != 0 ? lcpfBuff + nbuff : nullptr,
-        treeBuffSize - nbuff);
+    nbuff += mergeByKeys<kRoom>(suffBuff + nbuff,
+                                larray != 0 ? lcpfBuff + nbuff : nullptr,
+                                treeBuffSize - nbuff);
     return;
   }
   int n;
@@ -160,26 +192,31 @@ void emitByKeys() {
   } while (n == kBatch);
 }
 
+// Emits the head, whatever comes behind it.
+template <int kRoom>
+void emitHead() {
+  const int k = streamOf(listedStates[0]);
+  const LcpEntry entry = entryOf(listedStates[0]);
+  currSuffix = *Suffixes[k];
+  emit(currSuffix, entry);
+  if (lcpBits(entry) >= 64) prefetchAhead(k);
+  Suffixes[k] = getNextSuf(k);
+  if (Suffixes[k] == nullptr) {
+    dropHead();
+  } else {
+    nsuff++;
+    moveHead<kRoom>(k, *Suffixes[k]);
+  }
+  lastSuffix = currSuffix;
+  if (treeIsFull()) closeTree();
+}
+
 template <int kRoom>
 void mergeListed() {
   takeUpList();
-  bool byKeys = true;  // it was so last time
   while (listedCount > 0 && streamsAscend) {
-    if (byKeys && !mayHoldShort && Manzini == 0) emitByKeys<kRoom>();
-    const int k = streamOf(listedStates[0]);
-    const LcpEntry entry = entryOf(listedStates[0]);
-    currSuffix = *Suffixes[k];
-    emit(currSuffix, entry);
-    if (lcpBits(entry) >= 64) prefetchAhead(k);
-    Suffixes[k] = getNextSuf(k);
-    if (Suffixes[k] == nullptr) {
-      dropHead();
-    } else {
-      nsuff++;
-      byKeys = moveHead<kRoom>(k, *Suffixes[k]);
-    }
-    lastSuffix = currSuffix;
-    if (treeIsFull()) closeTree();
+    if (!mayHoldShort && Manzini == 0) emitBatches<kRoom>();
+    if (streamsAscend) emitHead<kRoom>();
   }
   writeList();
 }

@@ -16,6 +16,7 @@
 #include <bit>
 
 #include "run/options.h"
+#include "sources/compare_strings.h"
 #include "sources/lcp_entry.h"
 #include "sources/strings.h"
 #include "sources/suffix.h"
@@ -27,8 +28,8 @@ extern int comLCP;
 // Work done, for the statistics lines only: no result depends on these.
 // Counted by ZEPCompare and compareSuffixes, and by the ordering of the streams
 // for comparisons that it could do without.
+// Beside them stands tngb (sources/compare_strings.h).
 extern long long np2;  // calls settled by the prefix words, since a flush
-extern double tngb;    // words of the strings examined, over the whole run
 
 // Leading zero bits of a nonzero word; of the exclusive or of two words, the
 // number of bits by which they start alike.
@@ -66,18 +67,6 @@ inline int compareSuffixes(const Suffix* a, const Suffix* b, int* fb,
   return keyA > keyB ? 1 : 0;
 }
 
-// What a comparison finds.
-struct Comparison {
-  int common;     // bits that the suffixes share
-  bool firstbit;  // they part before the shorter one ends
-  bool after;     // the first one sorts after the second
-  bool equal;     // neither sorts after the other
-};
-
-// Compares the strings of two suffixes, `known` bits of which are known to be
-// equal, without a look at their prefix words. Counts as ZEPCompare does.
-Comparison compareStrings(const Suffix& a, const Suffix& b, int known);
-
 // As ZEPCompare with an `fb`, for suffixes of equal prefix words that are 64
 // bits long or more, without `noprefix`. Leaves comLCP alone.
 inline Comparison compareEqualKeys(const Suffix& a, const Suffix& b,
@@ -87,7 +76,9 @@ inline Comparison compareEqualKeys(const Suffix& a, const Suffix& b,
     const int bitsB = remainingBits(b);
     if (std::min(bitsA, bitsB) == 64) {
       np2++;
-      return {64, false, bitsA > bitsB, bitsA == bitsB};
+      return {64, bitsA > bitsB    ? Comparison::kAfter
+                  : bitsA == bitsB ? Comparison::kEqual
+                                   : 0};
     }
     known = 64;
   }
