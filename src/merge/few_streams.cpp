@@ -29,10 +29,11 @@ namespace {
 //
 //   bits 63..32  entry, as LLCP would hold it
 //   bit 31       whether it is what LOCP holds
-//   bits 30..0   stream
+//   bits 14..8   the suffix's length in bits, 127 if that is 64 or more
+//   bits 7..0    stream
 //
 // While the head is moved, its place 0 holds the suffix emitted last. Behind
-// the last suffix stands the largest key.
+// the last suffix stand the largest key and entry, and a long suffix.
 alignas(64) int64_t listedKeys[kFewStreams + 1];
 alignas(64) int64_t listedStates[kFewStreams + 1];
 int listedCount = 0;
@@ -55,12 +56,17 @@ bool mayHoldShort = false;
 constexpr int64_t kLargestKey = std::numeric_limits<int64_t>::max();
 
 constexpr int kEntryShift = 32;
-constexpr int kLengthShift = 33;  // of the length in the entry
+constexpr int kCommonShift = 33;  // of the length in the entry
 constexpr int64_t kUnchanged = int64_t{1} << 31;
-constexpr int64_t kStream = kUnchanged - 1;
+constexpr int kLengthShift = 8;
+constexpr int64_t kLong = 127;  // 64 bits or more
+constexpr int64_t kStream = 255;
 
-constexpr int64_t makeState(LcpEntry entry, int stream) {
-  return static_cast<int64_t>(entry) << kEntryShift | stream;
+// What stands in a state beside the entry: stream and length.
+constexpr int64_t kSuffixBits = kUnchanged - 1;
+
+constexpr int64_t makeState(LcpEntry entry, int64_t suffixBits) {
+  return static_cast<int64_t>(entry) << kEntryShift | suffixBits;
 }
 constexpr int streamOf(int64_t state) {
   return static_cast<int>(state & kStream);
@@ -68,14 +74,25 @@ constexpr int streamOf(int64_t state) {
 constexpr LcpEntry entryOf(int64_t state) {
   return static_cast<LcpEntry>(state >> kEntryShift);
 }
-
-// The state of a stream's suffix with this entry.
-inline int64_t stateOf(LcpEntry entry, int stream) {
-  return makeState(entry, stream) | (entry == LOCP[stream] ? kUnchanged : 0);
+constexpr bool isShort(int64_t state) {
+  return (state >> kLengthShift & kLong) < 64;
 }
 
-// A bit for each place before one.
-constexpr uint32_t placesBelow(int place) { return (1U << place) - 1; }
+[[gnu::always_inline]] inline int64_t suffixBitsOf(int stream, int length) {
+  return (length < 64 ? length : kLong) << kLengthShift | stream;
+}
+
+// The state of a listed suffix with this entry.
+inline int64_t stateOf(LcpEntry entry, int64_t suffixBits) {
+  const bool unchanged = entry == LOCP[streamOf(suffixBits)];
+  return makeState(entry, suffixBits) | (unchanged ? kUnchanged : 0);
+}
+
+// A bit for each place; all those before one.
+using Places = uint64_t;
+constexpr Places placesBelow(int place) {
+  return place < 64 ? (Places{1} << place) - 1 : ~Places{0};
+}
 
 // How many suffixes a walk looks at that passes some of them.
 [[gnu::always_inline]] inline int walked(int passed, int count) {
@@ -101,26 +118,31 @@ constexpr uint32_t placesBelow(int place) { return (1U << place) - 1; }
   return key;
 }
 
+// Looks for short suffixes in the list.
+void lookForShort() {
+  mayHoldShort = std::any_of(listedStates, listedStates + listedCount, isShort);
+}
+
 // Fills the rows from the list. Records whose prefix words contradict their
 // length can stand there in an order that is not that of the keys: then it is
 // the list that goes on.
 void takeUpList() {
   std::ranges::fill(listedKeys, kLargestKey);
-  std::ranges::fill(listedStates,
-                    makeState(std::numeric_limits<int>::max(), 0));
-  mayHoldShort = false;
+  std::ranges::fill(listedStates, makeState(std::numeric_limits<int>::max(),
+                                            kLong << kLengthShift));
   listedCount = 0;
   for (int k = Lfst; k >= 0; k = LNXT[k]) {
     const Suffix& suffix = *Suffixes[k];
     const int place = listedCount++;
     listedKeys[place] = prefixKey(suffix);
-    listedStates[place] = stateOf(LLCP[k], k);
+    listedStates[place] =
+        stateOf(LLCP[k], suffixBitsOf(k, remainingBits(suffix)));
     lookAhead(k);
-    if (remainingBits(suffix) < 64) mayHoldShort = true;
     if (place > 0 && listedKeys[place - 1] > listedKeys[place]) {
       streamsAscend = false;
     }
   }
+  lookForShort();
 }
 
 // Writes the list anew. LOCP is kept up anyway.
@@ -140,26 +162,43 @@ void writeList() {
   listedCount--;
 }
 
-[[gnu::noinline]] void placeByWalk(int k, LcpEntry own) {
-  writeList();
-  moveHeadByWalk(k, own);
-  takeUpList();
-}
+// Where the head goes, and what changes.
+struct Move {
+  int place = 1;         // it goes before the suffix there
+  LcpEntry entry = 0;    // with the suffix before it
+  bool changes = false;  // the suffix at that place has another entry
+  LcpEntry nextEntry = 0;
+};
 
-// Whether a suffix begins with a listed one of less than 64 bits.
-[[gnu::noinline]] bool meetsShort(int64_t key) {
-  mayHoldShort = false;
-  bool meets = false;
-  for (int place = 0; place < listedCount; place++) {
-    const Suffix& suffix =
-        place == 0 ? currSuffix : *Suffixes[streamOf(listedStates[place])];
-    const int bits = remainingBits(suffix);
-    if (bits >= 64) continue;
-    mayHoldShort = true;
-    const auto difference = static_cast<uint64_t>(prefixKey(suffix) ^ key);
-    if (std::countl_zero(difference) >= bits) meets = true;
+// Finds the head's place by a walk of all others. `own` is its new suffix's
+// entry with the suffix emitted last.
+[[gnu::noinline]] Move findByWalk(const Suffix& suffix, LcpEntry own) {
+  Move move;
+  int shared = lcpBits(own);
+  int firstbit = lcpFirstbit(own);
+  for (; move.place < listedCount; move.place++) {
+    nlcmp++;
+    const LcpEntry stored = entryOf(listedStates[move.place]);
+    if (shared > lcpBits(stored)) break;
+    if (shared < lcpBits(stored)) continue;
+    const int stream = streamOf(listedStates[move.place]);
+    const int after =
+        compareSuffixes(Suffixes[stream], &suffix, &firstbit, shared);
+    nncmp++;
+    if (comLCP >= 64) nnac++;
+    if (comLCP >= shared + 64) nnrc++;
+    if (LOCP[stream] == stored) nnoc++;
+    if (after != 0) {
+      move.changes = true;
+      move.nextEntry = comparedEntry(firstbit);
+      move.entry = stored;
+      return move;
+    }
+    move.entry = comparedEntry(firstbit);
+    shared = comLCP;
   }
-  return meets;
+  move.entry = makeLcpEntry(shared, firstbit);
+  return move;
 }
 
 PALVOR_AVX512_BEGIN
@@ -184,13 +223,9 @@ bool canMergeFewStreams() { return processor() >= Processor::kAvx2; }
 
 void mergeFewStreams(int k) {
   if (processor() == Processor::kAvx512) {
-    k <= 4   ? avx512::mergeListed<4>()
-    : k <= 8 ? avx512::mergeListed<8>()
-             : avx512::mergeListed<16>();
+    avx512::mergeUpTo(k);
   } else {
-    k <= 4   ? avx2::mergeListed<4>()
-    : k <= 8 ? avx2::mergeListed<8>()
-             : avx2::mergeListed<16>();
+    avx2::mergeUpTo(k);
   }
 }
 

@@ -19,7 +19,7 @@
 #ifndef PALVOR_MERGE_FEW_STREAMS_H_
 #define PALVOR_MERGE_FEW_STREAMS_H_
 
-constexpr int kFewStreams = 16;
+constexpr int kFewStreams = 64;
 
 // Whether this processor (support/processor.h) has the instructions for it.
 bool canMergeFewStreams();

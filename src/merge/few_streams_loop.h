@@ -1,134 +1,142 @@
 // The merge loop for few streams. Included by merge/few_streams.cpp alone, once
 // for each kind of processor, behind the Rows that are written for it.
 
-// Moves the head to the place of its new suffix, whose prefix words tell too
-// little, since others have the same. A walk, but only of those. `own` is its
-// entry with the suffix emitted last.
+// Finds the place of a long suffix whose key others have. A walk, but only of
+// those. `own` is its entry with the suffix emitted last.
 template <int kRoom>
-[[gnu::always_inline]] inline int placeAmongEqualKeys(Rows<kRoom>& rows,
+[[gnu::always_inline]] inline Move findAmongEqualKeys(const Rows<kRoom>& rows,
                                                       const Suffix& suffix,
                                                       LcpEntry own) {
   const int64_t key = prefixKey(suffix);
-  const uint32_t all = placesBelow(listedCount) & ~1U;
-  const uint32_t below = rows.below(key) & all;
-  const uint32_t equal = rows.equal(key) & all;
-  uint32_t compared = rows.sharing(key) & below;
+  const Places all = placesBelow(listedCount) & ~Places{1};
+  const Places below = rows.below(key) & all;
+  const Places equal = rows.equal(key) & all;
+  Places compared = rows.sharing(key) & below;
+  const Places unchanged = rows.unchanged();
   np2 += std::popcount(compared);
 
-  int place = std::popcount(below) + 1;
+  Move move;
+  int& place = move.place;
+  place = std::popcount(below) + 1;
   const int end = place + std::popcount(equal);
-  LcpEntry entry = own;
-  if (place > 1) entry = entryOfKeys(listedKeys[place - 1], key);
-  int shared = lcpBits(entry);
-  bool changes = false;  // the suffix behind has another entry
-  LcpEntry nextEntry = 0;
+  move.entry = place > 1 ? entryOfKeys(listedKeys[place - 1], key) : own;
+  int shared = lcpBits(move.entry);
   for (; place < end; place++) {
     const LcpEntry stored = entryOf(listedStates[place]);
     if (shared > lcpBits(stored)) break;
     if (shared < lcpBits(stored)) continue;
-    compared |= 1U << place;
+    compared |= Places{1} << place;
     const Comparison found = compareEqualKeys(
         *Suffixes[streamOf(listedStates[place])], suffix, shared);
     if (found.common >= 64) nnac++;
     if (found.common >= shared + 64) nnrc++;
-    const LcpEntry between =
-        fittingEntry(found.common, found.firstbit() ? 1 : 0);
+    const LcpEntry entry = fittingEntry(found.common, found.firstbit() ? 1 : 0);
     if (found.after()) {
-      entry = stored;
-      changes = true;
-      nextEntry = between;
+      move.entry = stored;
+      move.changes = true;
+      move.nextEntry = entry;
       break;
     }
-    entry = between;
+    move.entry = entry;
     shared = found.common;
   }
   nncmp += std::popcount(compared);
-  nnoc += std::popcount(compared & rows.unchanged());
-  const uint32_t passed = placesBelow(place - 1);
+  nnoc += std::popcount(compared & unchanged);
   nlcmp += walked(place - 1, listedCount);
-  const int k = streamOf(listedStates[0]);
-  const int behind = streamOf(listedStates[place]);
-  const int head = passed != 0 ? streamOf(listedStates[1]) : k;
+  return move;
+}
+
+// Moves the head, with its new key. The rows are in their tables, too. Returns
+// the stream that comes next.
+template <int kRoom>
+[[gnu::always_inline]] inline int moveTo(Rows<kRoom>& rows, const Move& move,
+                                         int64_t key, int64_t suffixBits) {
+  const int place = move.place;
+  const int64_t behind = listedStates[place] & kSuffixBits;
+  const int next = streamOf(place > 1 ? listedStates[1] : suffixBits);
   rows.load();
-  rows.move(passed, key, stateOf(entry, k), changes ? 1U << place : 0,
-            stateOf(nextEntry, behind));
-  return head;
+  rows.move(placesBelow(place - 1), key, stateOf(move.entry, suffixBits),
+            move.changes ? Places{1} << place : 0,
+            stateOf(move.nextEntry, behind));
+  return next;
 }
 
 // Moves the head to the place of its new suffix, which is long, and parts from
 // all listed ones within the prefix words, so that these tell everything.
 // Counts what a walk would have done, but in np2, and returns the comparisons.
 template <int kRoom>
-[[gnu::always_inline]] inline int moveByKey(Rows<kRoom>& rows, int count,
+[[gnu::always_inline]] inline int moveByKey(Rows<kRoom>& rows, int count, int k,
                                             int64_t key) {
-  const uint32_t below = rows.below(key);
-  const uint32_t compared = rows.sharing(key) & below << 1;
+  const Places below = rows.below(key);
+  const Places compared = rows.sharing(key) & below << 1;
   const int comparisons = std::popcount(compared);
   nncmp += comparisons;
   nnoc += std::popcount(compared & rows.unchanged());
   nlcmp += walked(std::popcount(below) - 1, count);
-  rows.moveByKey(key);
+  rows.moveByKey(key, kLong << kLengthShift | k);
   return comparisons;
 }
 
-// Moves the head's stream k to the place of its new suffix.
+// Moves the head's stream k to the place of its new suffix. The rows are in
+// their tables.
 template <int kRoom>
-[[gnu::always_inline]] inline void moveHead(int k, const Suffix& suffix) {
+[[gnu::noinline]] void moveHead(int k, const Suffix& suffix) {
   const int64_t key = takeKey(k, suffix);
   const int64_t lastKey = listedKeys[0];
+  const int length = remainingBits(suffix);
   Rows<kRoom> rows;
   rows.load();
-  bool settled = lastKey < key && rows.equal(key) == 0 &&
-                 remainingBits(suffix) >= 64 &&
-                 !(mayHoldShort && meetsShort(key));
+  // It begins with no listed one, so that no length but its own matters.
+  const bool clear =
+      length >= 64 && (!mayHoldShort || rows.beginnings(key) == 0);
   LcpEntry own = entryOfKeys(lastKey, key);
+  bool settled = clear && lastKey < key && rows.equal(key) == 0;
   if (Manzini != 0 || !settled) {
     const LcpEntry byKeys = own;
     own = refillEntry(k);
     settled = settled && own == byKeys;
   }
-  if (!settled &&
-      (!streamsAscend || mayHoldShort || remainingBits(suffix) < 64)) {
-    placeByWalk(k, own);
-    return;
-  }
   LOCP[k] = own;
-  if (!settled) {
-    placeAmongEqualKeys<kRoom>(rows, suffix, own);
-    rows.store();
+  if (settled) {
+    np2 += moveByKey<kRoom>(rows, listedCount, k, key) + (Manzini == 0 ? 1 : 0);
   } else {
-    np2 += moveByKey<kRoom>(rows, listedCount, key) + (Manzini == 0 ? 1 : 0);
-    rows.store();
+    const Move move = clear && streamsAscend
+                          ? findAmongEqualKeys<kRoom>(rows, suffix, own)
+                          : findByWalk(suffix, own);
+    // Where prefix words contradict the strings, the list goes on.
+    if (key < listedKeys[move.place - 1] || key > listedKeys[move.place]) {
+      streamsAscend = false;
+    }
+    moveTo<kRoom>(rows, move, key, suffixBitsOf(k, length));
+    if (length < 64) mayHoldShort = true;
   }
+  rows.store();
 }
 
-// As moveHead, for a suffix that is long, where no listed one is short, if its
-// key is not above the last one or equals another.
+// Moves the head's stream k, whose suffix `currSuffix` was, to the place of its
+// new suffix, which is long and begins with no listed one, but whose key is not
+// above the last one or equals another. Returns the stream that comes next.
 template <int kRoom>
 [[gnu::always_inline]] inline int moveAmongEqualKeys(Rows<kRoom>& rows, int k,
                                                      const Suffix& suffix,
                                                      int64_t key) {
-  LcpEntry own;
+  LcpEntry own = entryOfKeys(listedKeys[0], key);
   if (listedKeys[0] < key) {
-    own = entryOfKeys(listedKeys[0], key);
     np2++;
   } else {
     own = refillEntry(k);
-    if (!streamsAscend) {
-      placeByWalk(k, own);
-      rows.load();
-      return k;
-    }
   }
   LOCP[k] = own;
-  return placeAmongEqualKeys<kRoom>(rows, suffix, own);
+  const Move move = streamsAscend ? findAmongEqualKeys<kRoom>(rows, suffix, own)
+                                  : findByWalk(suffix, own);
+  return moveTo<kRoom>(rows, move, key, kLong << kLengthShift | k);
 }
 
 // Merges as long as the keys tell everything and the streams' buffers have
 // records, but `room` suffixes at most, which are written to `suffixes`, and
 // their entries, unless null, to `entries`. Returns how many there are. Calls
 // nothing, so that the rows stay in registers.
-template <int kRoom>
+template <int kRoom, bool kShort>
 [[gnu::noinline]] int mergeByKeys(Suffix* suffixes, LcpEntry* entries,
                                   int room) {
   Rows<kRoom> rows;
@@ -143,6 +151,7 @@ template <int kRoom>
     const int64_t key = upcomingKeys[k];
     const int64_t lastKey = rows.firstKey();
     if (next >= lastTested[k] || remainingBits(*next) < 64) break;
+    if (kShort && rows.beginnings(key) != 0) break;
     const LcpEntry entry = entryOf(rows.firstState());
     if (entries != nullptr) entries[n] = entry;
     suffixes[n] = *current;
@@ -165,8 +174,9 @@ template <int kRoom>
     LOCP[k] = entryOfKeys(lastKey, key);
     // The stream to come next is known before the rows are.
     const int passed = -static_cast<int>(rows.secondKey() < key);
+    const int stream = k;
     k ^= (k ^ streamOf(rows.secondState())) & passed;
-    settled += moveByKey<kRoom>(rows, count, key) + 1;
+    settled += moveByKey<kRoom>(rows, count, stream, key) + 1;
   }
   rows.store();
   nsuff += n;
@@ -174,9 +184,18 @@ template <int kRoom>
   return n;
 }
 
+// The same, for what the list holds now.
+template <int kRoom>
+int mergeByKeys(Suffix* suffixes, LcpEntry* entries, int room) {
+  if (!mayHoldShort) return mergeByKeys<kRoom, false>(suffixes, entries, room);
+  // It may soon hold none.
+  lookForShort();
+  return mergeByKeys<kRoom, true>(suffixes, entries, std::min(room, kBatch));
+}
+
 // Merges and emits as long as the keys tell everything.
 template <int kRoom>
-void emitBatches() {
+void emitByKeys() {
   if (sarray != 0) {
     nbuff += mergeByKeys<kRoom>(suffBuff + nbuff,
                                 larray != 0 ? lcpfBuff + nbuff : nullptr,
@@ -215,8 +234,17 @@ template <int kRoom>
 void mergeListed() {
   takeUpList();
   while (listedCount > 0 && streamsAscend) {
-    if (!mayHoldShort && Manzini == 0) emitBatches<kRoom>();
+    if (Manzini == 0) emitByKeys<kRoom>();
     if (streamsAscend) emitHead<kRoom>();
   }
   writeList();
+}
+
+// Merges the listed streams, k at most, in rows that have room for them.
+void mergeUpTo(int k) {
+  k <= 4    ? mergeListed<4>()
+  : k <= 8  ? mergeListed<8>()
+  : k <= 16 ? mergeListed<16>()
+  : k <= 32 ? mergeListed<32>()
+            : mergeListed<64>();
 }

@@ -6,13 +6,23 @@
 
 constinit bool amongMany = false;
 
+namespace {
+
+// A list of so few is sooner walked than searched.
+constexpr int kShortList = 16;
+
+// The most streams that a list is walked for, or rows stand for it.
+int mostListed() { return canMergeFewStreams() ? kFewStreams : kShortList; }
+
+}  // namespace
+
 void allocateOrdering(int k) {
   if (hpflag != 0) {
     allocateHeap(k);
     return;
   }
   allocateList(k);
-  amongMany = noprefix == 0 && k > kFewStreams && k <= kManyStreams;
+  amongMany = noprefix == 0 && k > mostListed() && k <= kManyStreams;
 }
 
 void stopPlacingAmongMany() {

@@ -12,15 +12,15 @@ struct Rows {
   static int64_t secondState() { return listedStates[1]; }
 
   // Whose keys are below, or equal to, this one.
-  static uint32_t below(int64_t key) {
-    uint32_t places = 0;
+  static Places below(int64_t key) {
+    Places places = 0;
     for (int g = 0; g < kGroups; g++) {
       places |= placesOf(g, _mm256_cmpgt_epi64(all(key), at(listedKeys, g)));
     }
     return places;
   }
-  static uint32_t equal(int64_t key) {
-    uint32_t places = 0;
+  static Places equal(int64_t key) {
+    Places places = 0;
     for (int g = 0; g < kGroups; g++) {
       places |= placesOf(g, _mm256_cmpeq_epi64(all(key), at(listedKeys, g)));
     }
@@ -29,11 +29,11 @@ struct Rows {
 
   // Whose keys share more bits with this one than their stored lengths say:
   // that many and one. No key shares 64.
-  static uint32_t sharing(int64_t key) {
-    uint32_t places = 0;
+  static Places sharing(int64_t key) {
+    Places places = 0;
     for (int g = 0; g < kGroups; g++) {
       const __m256i lengths =
-          _mm256_srli_epi64(at(listedStates, g), kLengthShift);
+          _mm256_srli_epi64(at(listedStates, g), kCommonShift);
       // With a length above 63 no bit is left to differ, but 63 of them are
       // never all that two keys share.
       const __m256i leading = _mm256_sllv_epi64(
@@ -46,9 +46,27 @@ struct Rows {
     return places;
   }
 
+  // Whose suffixes are short, and this key begins with them.
+  static Places beginnings(int64_t key) {
+    Places places = 0;
+    for (int g = 0; g < kGroups; g++) {
+      const __m256i length = _mm256_and_si256(
+          _mm256_srli_epi64(at(listedStates, g), kLengthShift), all(kLong));
+      const __m256i leading =
+          _mm256_sllv_epi64(all(-1), _mm256_sub_epi64(all(64), length));
+      const __m256i difference = _mm256_and_si256(
+          _mm256_xor_si256(at(listedKeys, g), all(key)), leading);
+      places |= placesOf(
+          g, _mm256_and_si256(
+                 _mm256_cmpeq_epi64(difference, _mm256_setzero_si256()),
+                 _mm256_cmpgt_epi64(all(64), length)));
+    }
+    return places;
+  }
+
   // Whose entries are what LOCP holds.
-  static uint32_t unchanged() {
-    uint32_t places = 0;
+  static Places unchanged() {
+    Places places = 0;
     for (int g = 0; g < kGroups; g++) {
       // To the sign.
       places |= placesOf(g, _mm256_slli_epi64(at(listedStates, g), 32));
@@ -57,18 +75,18 @@ struct Rows {
   }
 
   // Moves the head to the place of its new key, which is above the last one and
-  // equals no other, so that it tells the entries.
-  static void moveByKey(int64_t key) {
-    const uint32_t below_ = below(key);
+  // equals no other, so that it tells the entries. `suffixBits` go into its
+  // state.
+  static void moveByKey(int64_t key, int64_t suffixBits) {
+    const Places below_ = below(key);
     const int place = std::popcount(below_) - 1;
-    const uint32_t changed = sharing(key) & (below_ + 1);
+    const Places changed = sharing(key) & (below_ + 1);
     const LcpEntry own = entryOfKeys(listedKeys[0], key);
     const LcpEntry entry = entryOfKeys(listedKeys[place], key);
     const int64_t unchanged = entry == own ? kUnchanged : 0;
-    const int64_t state =
-        makeState(entry, streamOf(listedStates[0])) | unchanged;
+    const int64_t state = makeState(entry, suffixBits) | unchanged;
     const int64_t behind = makeState(entryOfKeys(listedKeys[place + 1], key),
-                                     streamOf(listedStates[place + 1]));
+                                     listedStates[place + 1] & kSuffixBits);
     moveRow(listedStates, place, state, changed != 0 ? place + 1 : kRoom,
             behind);
     moveRow(listedKeys, place, key, kRoom, 0);
@@ -76,8 +94,8 @@ struct Rows {
 
   // Moves the head behind the `passed`, with its new key and state. The suffix
   // at the place `changed`, if any, has another state, too.
-  static void move(uint32_t passed, int64_t key, int64_t state,
-                   uint32_t changed, int64_t changedState) {
+  static void move(Places passed, int64_t key, int64_t state, Places changed,
+                   int64_t changedState) {
     const int place = std::popcount(passed);
     moveRow(listedKeys, place, key, kRoom, 0);
     moveRow(listedStates, place, state, changed != 0 ? place + 1 : kRoom,
@@ -100,9 +118,9 @@ struct Rows {
   }
 
   // The places of a group of lanes that are negative.
-  static uint32_t placesOf(int group, __m256i lanes) {
+  static Places placesOf(int group, __m256i lanes) {
     const int found = _mm256_movemask_pd(_mm256_castsi256_pd(lanes));
-    return static_cast<uint32_t>(found) << (4 * group);
+    return static_cast<Places>(found) << (4 * group);
   }
 
   // Moves the numbers before a place up by one, and puts one there, and another

@@ -6,6 +6,7 @@
 struct Four {
   using Lanes = __m256i;
   static constexpr int kLanes = 4;
+  static constexpr uint32_t kAll = 0xF;
   static Lanes load(const int64_t* p) {
     return _mm256_load_si256(reinterpret_cast<const Lanes*>(p));
   }
@@ -31,6 +32,7 @@ struct Four {
   static Lanes least(Lanes a, Lanes b) { return _mm256_min_epi64(a, b); }
   static Lanes most(Lanes a, Lanes b) { return _mm256_max_epi64(a, b); }
   static Lanes either(Lanes a, Lanes b) { return _mm256_or_si256(a, b); }
+  static Lanes both(Lanes a, Lanes b) { return _mm256_and_si256(a, b); }
   // Where a and b start alike, in bits, `to` bits from the right.
   template <int to>
   static Lanes shared(Lanes a, Lanes b) {
@@ -52,6 +54,7 @@ struct Four {
 struct Eight {
   using Lanes = __m512i;
   static constexpr int kLanes = 8;
+  static constexpr uint32_t kAll = 0xFF;
   static Lanes load(const int64_t* p) { return _mm512_load_si512(p); }
   static void store(int64_t* p, Lanes a) { _mm512_store_si512(p, a); }
   static Lanes all(int64_t a) { return _mm512_set1_epi64(a); }
@@ -73,6 +76,7 @@ struct Eight {
   static Lanes least(Lanes a, Lanes b) { return _mm512_min_epi64(a, b); }
   static Lanes most(Lanes a, Lanes b) { return _mm512_max_epi64(a, b); }
   static Lanes either(Lanes a, Lanes b) { return _mm512_or_si512(a, b); }
+  static Lanes both(Lanes a, Lanes b) { return _mm512_and_si512(a, b); }
   template <int to>
   static Lanes shared(Lanes a, Lanes b) {
     return _mm512_slli_epi64(_mm512_lzcnt_epi64(_mm512_xor_si512(a, b)), to);
@@ -88,7 +92,7 @@ struct Eight {
   }
 };
 
-template <int kRoom>  // 4, 8 or 16 streams
+template <int kRoom>  // 4, 8, or a multiple of 8 streams
 class Rows {
  public:
   // From the tables, and back.
@@ -113,58 +117,74 @@ class Rows {
   }
 
   // Whose keys are below, or equal to, this one.
-  uint32_t below(int64_t key) const {
-    uint32_t places = 0;
+  Places below(int64_t key) const {
+    Places places = 0;
     for (int g = 0; g < kGroups; g++) {
-      places |= Group::less(keys_[g], Group::all(key)) << kLanes * g;
+      places |= Places{1} * Group::less(keys_[g], Group::all(key))
+                << kLanes * g;
     }
     return places;
   }
-  uint32_t equal(int64_t key) const {
-    uint32_t places = 0;
+  Places equal(int64_t key) const {
+    Places places = 0;
     for (int g = 0; g < kGroups; g++) {
-      places |= Group::equal(keys_[g], Group::all(key)) << kLanes * g;
+      places |= Places{1} * Group::equal(keys_[g], Group::all(key))
+                << kLanes * g;
     }
     return places;
   }
 
   // Whose keys share more bits with this one than their stored lengths say.
-  uint32_t sharing(int64_t key) const {
-    uint32_t places = 0;
+  Places sharing(int64_t key) const {
+    Places places = 0;
+    for (int g = 0; g < kGroups; g++) {
+      const Lanes bits =
+          Group::template shared<kCommonShift>(keys_[g], Group::all(key));
+      places |= Places{1} * Group::less(states_[g], bits) << kLanes * g;
+    }
+    return places;
+  }
+
+  // Whose suffixes are short, and this key begins with them.
+  Places beginnings(int64_t key) const {
+    Places places = 0;
     for (int g = 0; g < kGroups; g++) {
       const Lanes bits =
           Group::template shared<kLengthShift>(keys_[g], Group::all(key));
-      places |= Group::less(states_[g], bits) << kLanes * g;
+      const Lanes length =
+          Group::both(states_[g], Group::all(kLong << kLengthShift));
+      places |= Places{~Group::less(bits, length) & Group::kAll} << kLanes * g;
     }
     return places;
   }
 
   // Whose entries are what LOCP holds.
-  uint32_t unchanged() const {
-    uint32_t places = 0;
+  Places unchanged() const {
+    Places places = 0;
     for (int g = 0; g < kGroups; g++) {
-      places |= Group::test(states_[g], Group::all(kUnchanged)) << kLanes * g;
+      places |= Places{1} * Group::test(states_[g], Group::all(kUnchanged))
+                << kLanes * g;
     }
     return places;
   }
 
   // Moves the head to the place of its new key, which is above the last one and
-  // equals no other, so that it tells the entries.
-  void moveByKey(int64_t key) {
+  // equals no other, so that it tells the entries. `suffixBits` go into its
+  // state.
+  void moveByKey(int64_t key, int64_t suffixBits) {
     const Lanes wanted = Group::all(key);
-    const Lanes stream = Group::all(kStream);
-    const Lanes head = Group::allFirst(states_[0]);
     Lanes own{};
     for (int g = 0; g < kGroups; g++) {
       const bool last = g + 1 == kGroups;
-      const Lanes bits = Group::template shared<kLengthShift>(keys_[g], wanted);
+      const Lanes bits = Group::template shared<kCommonShift>(keys_[g], wanted);
       const Lanes entries = Group::either(bits, Group::all(makeState(1, 0)));
       if (g == 0) own = Group::allFirst(entries);
       // What it would be at each place, and what each would be behind it.
-      Lanes moved = Group::andOr(head, stream, entries);
+      Lanes moved = Group::either(entries, Group::all(suffixBits));
       moved = Group::choose(moved, Group::equal(entries, own),
                             Group::either(moved, Group::all(kUnchanged)));
-      const Lanes behind = Group::andOr(states_[g], stream, entries);
+      const Lanes behind =
+          Group::andOr(states_[g], Group::all(kSuffixBits), entries);
 
       const Lanes up = keysUp(g);
       const uint32_t below = Group::less(keys_[g], wanted);
@@ -182,20 +202,24 @@ class Rows {
 
   // Moves the head behind the `passed`, with its new key and state. The suffix
   // at the place `changed`, if any, has another state, too.
-  void move(uint32_t passed, int64_t key, int64_t state, uint32_t changed,
+  void move(Places passed, int64_t key, int64_t state, Places changed,
             int64_t changedState) {
-    const uint32_t place = passed + 1;
+    const Places place = passed + 1;
     for (int g = 0; g < kGroups; g++) {
       const int next = g + 1 == kGroups ? g : g + 1;
       const int from = kLanes * g;
-      keys_[g] = Group::choose(keys_[g], passed >> from,
+      keys_[g] = Group::choose(keys_[g], static_cast<uint32_t>(passed >> from),
                                Group::up(keys_[g], keys_[next]));
-      keys_[g] = Group::choose(keys_[g], place >> from, Group::all(key));
-      states_[g] = Group::choose(states_[g], passed >> from,
-                                 Group::up(states_[g], states_[next]));
-      states_[g] = Group::choose(states_[g], place >> from, Group::all(state));
+      keys_[g] = Group::choose(keys_[g], static_cast<uint32_t>(place >> from),
+                               Group::all(key));
       states_[g] =
-          Group::choose(states_[g], changed >> from, Group::all(changedState));
+          Group::choose(states_[g], static_cast<uint32_t>(passed >> from),
+                        Group::up(states_[g], states_[next]));
+      states_[g] = Group::choose(
+          states_[g], static_cast<uint32_t>(place >> from), Group::all(state));
+      states_[g] =
+          Group::choose(states_[g], static_cast<uint32_t>(changed >> from),
+                        Group::all(changedState));
     }
   }
 
