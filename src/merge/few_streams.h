@@ -1,4 +1,4 @@
-// The merge loop for up to 16 streams: the listed suffixes as rows that are
+// The merge loop for up to 64 streams: the listed suffixes as rows that are
 // looked at as a whole, instead of a list that is walked.
 //
 // The prefix words of all listed suffixes stand side by side, in order, and one
@@ -14,12 +14,13 @@
 //                GATTAAA           6     shares 11 bits: compared
 //                TTTTTTT           0     shares 0 bits: not more, the walk ends
 //
-// Only among suffixes of equal prefix words is there something left to walk.
+// Only among suffixes of equal prefix words is there something left to walk,
+// and for suffixes that are shorter than these, or begin with one that is.
 
 #ifndef PALVOR_MERGE_FEW_STREAMS_H_
 #define PALVOR_MERGE_FEW_STREAMS_H_
 
-constexpr int kFewStreams = 64;
+constexpr int kFewStreams = 64;  // as many as a word has bits
 
 // Whether this processor (support/processor.h) has the instructions for it.
 bool canMergeFewStreams();

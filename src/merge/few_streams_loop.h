@@ -132,13 +132,17 @@ template <int kRoom>
   return moveTo<kRoom>(rows, move, key, kLong << kLengthShift | k);
 }
 
-// Merges as long as the keys tell everything and the streams' buffers have
-// records, but `room` suffixes at most, which are written to `suffixes`, and
-// their entries, unless null, to `entries`. Returns how many there are. Calls
-// nothing, so that the rows stay in registers.
+// The hot path. Merges as long as the streams' buffers hold tested records and
+// these are long, but `room` suffixes at most, which are written to `suffixes`,
+// and their entries, unless null, to `entries`. Returns how many there are.
+// Without `kShort` no listed suffix may be short.
+//
+// What comes next waits for what came last: the stream for the key of its
+// suffix, the key for the stream. So the rows stay in registers where keys tell
+// everything, and nothing is called there.
 template <int kRoom, bool kShort>
-[[gnu::noinline]] int mergeByKeys(Suffix* suffixes, LcpEntry* entries,
-                                  int room) {
+[[gnu::noinline]] int mergeBatch(Suffix* suffixes, LcpEntry* entries,
+                                 int room) {
   Rows<kRoom> rows;
   rows.load();
   const int count = listedCount;
@@ -181,37 +185,38 @@ template <int kRoom, bool kShort>
   rows.store();
   nsuff += n;
   np2 += settled;
+  if (n > 0) lastSuffix = currSuffix = suffixes[n - 1];
   return n;
 }
 
 // The same, for what the list holds now.
 template <int kRoom>
-int mergeByKeys(Suffix* suffixes, LcpEntry* entries, int room) {
-  if (!mayHoldShort) return mergeByKeys<kRoom, false>(suffixes, entries, room);
+int mergeBatch(Suffix* suffixes, LcpEntry* entries, int room) {
+  if (!mayHoldShort) return mergeBatch<kRoom, false>(suffixes, entries, room);
   // It may soon hold none.
   lookForShort();
-  return mergeByKeys<kRoom, true>(suffixes, entries, std::min(room, kBatch));
+  return mergeBatch<kRoom, true>(suffixes, entries, std::min(room, kBatch));
 }
 
-// Merges and emits as long as the keys tell everything.
+// Merges and emits batches, until something has to be done between them.
 template <int kRoom>
-void emitByKeys() {
+void emitBatches() {
   if (sarray != 0) {
-    nbuff += mergeByKeys<kRoom>(suffBuff + nbuff,
-                                larray != 0 ? lcpfBuff + nbuff : nullptr,
-                                treeBuffSize - nbuff);
+    nbuff += mergeBatch<kRoom>(suffBuff + nbuff,
+                               larray != 0 ? lcpfBuff + nbuff : nullptr,
+                               treeBuffSize - nbuff);
     return;
   }
   int n;
   do {
-    n = mergeByKeys<kRoom>(batchSuffixes, batchEntries,
-                           std::min(kBatch, treeRoom()));
+    n = mergeBatch<kRoom>(batchSuffixes, batchEntries,
+                          std::min(kBatch, treeRoom()));
     for (int i = 0; i < n; i++) emitIntoTree(batchSuffixes[i], batchEntries[i]);
-    if (n > 0) lastSuffix = batchSuffixes[n - 1];
   } while (n == kBatch);
 }
 
-// Emits the head, whatever comes behind it.
+// Emits the head, whatever comes behind it: the end of a buffer or of a stream,
+// a short suffix, an entry to be read.
 template <int kRoom>
 void emitHead() {
   const int k = streamOf(listedStates[0]);
@@ -234,7 +239,7 @@ template <int kRoom>
 void mergeListed() {
   takeUpList();
   while (listedCount > 0 && streamsAscend) {
-    if (Manzini == 0) emitByKeys<kRoom>();
+    if (Manzini == 0) emitBatches<kRoom>();
     if (streamsAscend) emitHead<kRoom>();
   }
   writeList();
