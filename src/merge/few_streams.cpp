@@ -88,11 +88,9 @@ inline int64_t stateOf(LcpEntry entry, int64_t suffixBits) {
   return makeState(entry, suffixBits) | (unchanged ? kUnchanged : 0);
 }
 
-// A bit for each place; all those before one.
-using Places = uint64_t;
-constexpr Places placesBelow(int place) {
-  return place < 64 ? (Places{1} << place) - 1 : ~Places{0};
-}
+// A bit for each place.
+template <int kRoom>
+using PlacesOf = std::conditional_t<kRoom <= 32, uint32_t, uint64_t>;
 
 // How many suffixes a walk looks at that passes some of them.
 [[gnu::always_inline]] inline int walked(int passed, int count) {

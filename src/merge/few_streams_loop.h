@@ -7,8 +7,9 @@ template <int kRoom>
 [[gnu::always_inline]] inline Move findAmongEqualKeys(const Rows<kRoom>& rows,
                                                       const Suffix& suffix,
                                                       LcpEntry own) {
+  using Places = typename Rows<kRoom>::Places;
   const int64_t key = prefixKey(suffix);
-  const Places all = placesBelow(listedCount) & ~Places{1};
+  const Places all = rows.placesBelow(listedCount) & ~Places{1};
   const Places below = rows.below(key) & all;
   const Places equal = rows.equal(key) & all;
   Places compared = rows.sharing(key) & below;
@@ -51,11 +52,12 @@ template <int kRoom>
 template <int kRoom>
 [[gnu::always_inline]] inline int moveTo(Rows<kRoom>& rows, const Move& move,
                                          int64_t key, int64_t suffixBits) {
+  using Places = typename Rows<kRoom>::Places;
   const int place = move.place;
   const int64_t behind = listedStates[place] & kSuffixBits;
   const int next = streamOf(place > 1 ? listedStates[1] : suffixBits);
   rows.load();
-  rows.move(placesBelow(place - 1), key, stateOf(move.entry, suffixBits),
+  rows.move(rows.placesBelow(place - 1), key, stateOf(move.entry, suffixBits),
             move.changes ? Places{1} << place : 0,
             stateOf(move.nextEntry, behind));
   return next;
@@ -67,8 +69,8 @@ template <int kRoom>
 template <int kRoom>
 [[gnu::always_inline]] inline int moveByKey(Rows<kRoom>& rows, int count, int k,
                                             int64_t key) {
-  const Places below = rows.below(key);
-  const Places compared = rows.sharing(key) & below << 1;
+  const auto below = rows.below(key);
+  const auto compared = rows.sharing(key) & below << 1;
   const int comparisons = std::popcount(compared);
   nncmp += comparisons;
   nnoc += std::popcount(compared & rows.unchanged());

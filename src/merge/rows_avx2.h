@@ -4,6 +4,13 @@
 
 template <int kRoom>  // 4, 8 or 16 streams
 struct Rows {
+  using Places = PlacesOf<kRoom>;
+
+  // All places before one, which may be the end.
+  static Places placesBelow(int place) {
+    return place == 0 ? 0 : static_cast<Places>(~uint64_t{0} >> (64 - place));
+  }
+
   void load() {}
   void store() const {}
   static int64_t firstKey() { return listedKeys[0]; }

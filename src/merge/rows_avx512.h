@@ -95,6 +95,13 @@ struct Eight {
 template <int kRoom>  // 4, 8, or a multiple of 8 streams
 class Rows {
  public:
+  using Places = PlacesOf<kRoom>;
+
+  // All places before one, which may be the end.
+  static Places placesBelow(int place) {
+    return place == 0 ? 0 : static_cast<Places>(~uint64_t{0} >> (64 - place));
+  }
+
   // From the tables, and back.
   void load() {
     for (int g = 0; g < kGroups; g++) {
@@ -120,16 +127,14 @@ class Rows {
   Places below(int64_t key) const {
     Places places = 0;
     for (int g = 0; g < kGroups; g++) {
-      places |= Places{1} * Group::less(keys_[g], Group::all(key))
-                << kLanes * g;
+      places |= placesOf(g, Group::less(keys_[g], Group::all(key)));
     }
     return places;
   }
   Places equal(int64_t key) const {
     Places places = 0;
     for (int g = 0; g < kGroups; g++) {
-      places |= Places{1} * Group::equal(keys_[g], Group::all(key))
-                << kLanes * g;
+      places |= placesOf(g, Group::equal(keys_[g], Group::all(key)));
     }
     return places;
   }
@@ -140,7 +145,7 @@ class Rows {
     for (int g = 0; g < kGroups; g++) {
       const Lanes bits =
           Group::template shared<kCommonShift>(keys_[g], Group::all(key));
-      places |= Places{1} * Group::less(states_[g], bits) << kLanes * g;
+      places |= placesOf(g, Group::less(states_[g], bits));
     }
     return places;
   }
@@ -153,7 +158,7 @@ class Rows {
           Group::template shared<kLengthShift>(keys_[g], Group::all(key));
       const Lanes length =
           Group::both(states_[g], Group::all(kLong << kLengthShift));
-      places |= Places{~Group::less(bits, length) & Group::kAll} << kLanes * g;
+      places |= placesOf(g, ~Group::less(bits, length) & Group::kAll);
     }
     return places;
   }
@@ -162,8 +167,7 @@ class Rows {
   Places unchanged() const {
     Places places = 0;
     for (int g = 0; g < kGroups; g++) {
-      places |= Places{1} * Group::test(states_[g], Group::all(kUnchanged))
-                << kLanes * g;
+      places |= placesOf(g, Group::test(states_[g], Group::all(kUnchanged)));
     }
     return places;
   }
@@ -229,6 +233,12 @@ class Rows {
   static constexpr int kLanes = Group::kLanes;
   static constexpr int kGroups = kRoom / kLanes;
 
+  // The places of some lanes of a group.
+  static Places placesOf(int g, uint32_t lanes) {
+    return static_cast<Places>(lanes) << kLanes * g;
+  }
+
+  // Each key of a group from the place behind it.
   Lanes keysUp(int g) const {
     return Group::up(keys_[g],
                      g + 1 == kGroups ? Group::all(kLargestKey) : keys_[g + 1]);
