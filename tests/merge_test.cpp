@@ -20,8 +20,8 @@ std::string randomText(unsigned seed, size_t length,
   return text;
 }
 
-// LCP entries are computed for a window of records ahead, which a block may
-// cut anywhere.
+// Records are tested 512 at a time and merged in batches, which a block may cut
+// anywhere.
 TEST(Merge, BringsTrueEntriesForAnySizeOfBlock) {
   const std::string base = randomText(7, 3000, "ACGT") + std::string(300, 'C');
   Collection collection{{base, base, randomText(8, 2000, "AC")}};
@@ -31,7 +31,7 @@ TEST(Merge, BringsTrueEntriesForAnySizeOfBlock) {
   const DataFolder folder(collection);
   for (const int records :
        {1,   2,   3,   31,  32,  33,  63,   64,   65,   66,
-        127, 128, 129, 255, 256, 257, 1000, 3299, 3300, 3301}) {
+        127, 128, 129, 511, 512, 513, 1000, 3299, 3300, 3301}) {
     const std::string bytes = std::to_string(16 * records);
     ASSERT_NO_FATAL_FAILURE(folder.expectMerge("-a -l -M " + bytes));
   }

@@ -1,0 +1,77 @@
+// The code for each kind of processor and each number of streams: the same
+// files and the same counts as without any of it.
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/data_folder.h"
+
+namespace {
+
+// Strains of one ancestor that part every few hundred characters, some of them
+// cut short, so that many suffixes are shorter than their prefix words.
+Collection strains(int count, int length) {
+  std::mt19937 random(static_cast<unsigned>(count));
+  const auto below = [&random](size_t limit) { return random() % limit; };
+  std::string ancestor;
+  while (ancestor.size() < static_cast<size_t>(length)) {
+    ancestor += "ACGT"[below(4)];
+  }
+  Collection collection;
+  for (int i = 0; i < count; i++) {
+    std::string text = ancestor.substr(below(3));
+    for (size_t at = below(600); at < text.size(); at += below(600)) {
+      text[at] = "ACGT"[below(4)];
+    }
+    if (i % 4 == 3) text.resize(1 + below(80));
+    collection.texts.push_back(std::move(text));
+  }
+  return collection;
+}
+
+// What a merge writes, and the two lines that it counts in.
+std::string resultOf(const DataFolder& folder, const std::string& options,
+                     const std::string& processor) {
+  const Outcome outcome = folder.merge(
+      options, {.under = {"env", "PALVOR_PROCESSOR=" + processor}});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  const size_t counts = outcome.err.find("# Merge done");
+  EXPECT_NE(counts, std::string::npos) << outcome.err;
+  std::string result =
+      outcome.err.substr(counts, outcome.err.find("# Palvor") - counts);
+  for (const char* name : {"x.stpsa", "x.stlcp", "x.stdiv"}) {
+    if (folder.holds(name)) result += folder.bytes(name);
+  }
+  for (int tree = 0; folder.holds("x_" + std::to_string(tree) + ".stree");
+       tree++) {
+    result += folder.bytes("x_" + std::to_string(tree) + ".stree");
+  }
+  return result;
+}
+
+class Processors : public testing::TestWithParam<int> {};
+
+TEST_P(Processors, WriteAndCountAlike) {
+  const int streams = GetParam();
+  const DataFolder folder(strains(streams, 200 + 6000 / streams));
+  for (const std::string options :
+       {"-a -l", "-a -l -Z", "-a -M 8224", "-n 500"}) {
+    const std::string expected = resultOf(folder, options, "any");
+    for (const char* processor : {"avx2", "avx512"}) {
+      EXPECT_EQ(resultOf(folder, options, processor), expected)
+          << options << " " << processor;
+    }
+  }
+}
+
+// On both sides of every number that rows have room for.
+INSTANTIATE_TEST_SUITE_P(Streams, Processors,
+                         testing::Values(1, 2, 4, 5, 8, 9, 16, 17, 32, 33, 63,
+                                         64, 65, 130),
+                         testing::PrintToStringParamName());
+
+}  // namespace
