@@ -201,8 +201,10 @@ struct Move {
 
 PALVOR_AVX512_BEGIN
 namespace avx512 {
+#include "merge/groups_avx512.h"
+// of which there are
 #include "merge/rows_avx512.h"
-// The rows come first.
+// which are moved by
 #include "merge/few_streams_loop.h"
 }  // namespace avx512
 PALVOR_END
@@ -210,7 +212,7 @@ PALVOR_END
 PALVOR_AVX2_BEGIN
 namespace avx2 {
 #include "merge/rows_avx2.h"
-// The rows come first.
+// which are moved by
 #include "merge/few_streams_loop.h"  // NOLINT(readability-duplicate-include)
 }  // namespace avx2
 PALVOR_END
