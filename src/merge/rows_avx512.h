@@ -16,14 +16,14 @@ class Rows {
   // From the tables, and back.
   void load() {
     for (int g = 0; g < kGroups; g++) {
-      keys_[g] = Group::load(listedKeys + kLanes * g);
-      states_[g] = Group::load(listedStates + kLanes * g);
+      keys_[g] = Group::load(&listedKeys[kLanes * g]);
+      states_[g] = Group::load(&listedStates[kLanes * g]);
     }
   }
   void store() const {
     for (int g = 0; g < kGroups; g++) {
-      Group::store(listedKeys + kLanes * g, keys_[g]);
-      Group::store(listedStates + kLanes * g, states_[g]);
+      Group::store(&listedKeys[kLanes * g], keys_[g]);
+      Group::store(&listedStates[kLanes * g], states_[g]);
     }
   }
 
