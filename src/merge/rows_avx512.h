@@ -16,14 +16,14 @@ class Rows {
   // From the tables, and back.
   void load() {
     for (int g = 0; g < kGroups; g++) {
-      keys_[g] = Group::load(&listedKeys[kLanes * g]);
-      states_[g] = Group::load(&listedStates[kLanes * g]);
+      keys_[g] = Group::load(listedKeys + kLanes * g);
+      states_[g] = Group::load(listedStates + kLanes * g);
     }
   }
   void store() const {
     for (int g = 0; g < kGroups; g++) {
-      Group::store(&listedKeys[kLanes * g], keys_[g]);
-      Group::store(&listedStates[kLanes * g], states_[g]);
+      Group::store(listedKeys + kLanes * g, keys_[g]);
+      Group::store(listedStates + kLanes * g, states_[g]);
     }
   }
 
@@ -122,7 +122,7 @@ class Rows {
     const Places place = passed + 1;
     for (int g = 0; g < kGroups; g++) {
       const int next = g + 1 == kGroups ? g : g + 1;
-      const int from = kLanes * g;
+      const long from = kLanes * g;
       keys_[g] = Group::choose(keys_[g], static_cast<uint32_t>(passed >> from),
                                Group::up(keys_[g], keys_[next]));
       keys_[g] = Group::choose(keys_[g], static_cast<uint32_t>(place >> from),
@@ -141,8 +141,8 @@ class Rows {
  private:
   using Group = std::conditional_t<kRoom <= 4, Four, Eight>;
   using Lanes = typename Group::Lanes;
-  static constexpr int kLanes = Group::kLanes;
-  static constexpr int kGroups = kRoom / kLanes;
+  static constexpr long kLanes = Group::kLanes;
+  static constexpr int kGroups = kRoom / Group::kLanes;
 
   // The places of some lanes of a group.
   static Places placesOf(int g, uint32_t lanes) {
