@@ -92,9 +92,10 @@ inline int64_t stateOf(LcpEntry entry, int64_t suffixBits) {
 template <int kRoom>
 using PlacesOf = std::conditional_t<kRoom <= 32, uint32_t, uint64_t>;
 
-// How many suffixes a walk looks at that passes some of them.
-[[gnu::always_inline]] inline int walked(int passed, int count) {
-  return std::min(passed + 1, count - 1);
+// How many places these are.
+template <typename Places>
+[[gnu::always_inline]] inline unsigned countOf(Places places) {
+  return static_cast<unsigned>(std::popcount(places));
 }
 
 // The entry of two suffixes that part within the prefix words.

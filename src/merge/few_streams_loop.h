@@ -43,7 +43,7 @@ template <int kRoom>
   }
   nncmp += std::popcount(compared);
   nnoc += std::popcount(compared & unchanged);
-  nlcmp += walked(place - 1, listedCount);
+  nlcmp += std::min(place, listedCount - 1);
   return move;
 }
 
@@ -66,15 +66,18 @@ template <int kRoom>
 // Moves the head to the place of its new suffix, which is long, and parts from
 // all listed ones within the prefix words, so that these tell everything.
 // Counts what a walk would have done, but in np2, and returns the comparisons.
+// `walked` are all places but the last: a walk looks at as many of these as
+// there are keys below the new one, the last key included.
 template <int kRoom>
-[[gnu::always_inline]] inline int moveByKey(Rows<kRoom>& rows, int count, int k,
-                                            int64_t key) {
+[[gnu::always_inline]] inline unsigned moveByKey(
+    Rows<kRoom>& rows, typename Rows<kRoom>::Places walked, int k,
+    int64_t key) {
   const auto below = rows.below(key);
   const auto compared = rows.sharing(key) & below << 1;
-  const int comparisons = std::popcount(compared);
+  const unsigned comparisons = countOf(compared);
   nncmp += comparisons;
-  nnoc += std::popcount(compared & rows.unchanged());
-  nlcmp += walked(std::popcount(below) - 1, count);
+  nnoc += countOf(compared & rows.unchanged());
+  nlcmp += countOf(below & walked);
   rows.moveByKey(key, kLong << kLengthShift | k);
   return comparisons;
 }
@@ -100,7 +103,8 @@ template <int kRoom>
   }
   LOCP[k] = own;
   if (settled) {
-    np2 += moveByKey<kRoom>(rows, listedCount, k, key) + (Manzini == 0 ? 1 : 0);
+    np2 += moveByKey<kRoom>(rows, rows.placesBelow(listedCount - 1), k, key) +
+           (Manzini == 0 ? 1U : 0U);
   } else {
     const Move move = clear && streamsAscend
                           ? findAmongEqualKeys<kRoom>(rows, suffix, own)
@@ -147,7 +151,7 @@ template <int kRoom, bool kShort>
                                  int room) {
   Rows<kRoom> rows;
   rows.load();
-  const int count = listedCount;
+  const auto walked = rows.placesBelow(listedCount - 1);
   long long settled = 0;
   int k = streamOf(rows.firstState());
   int n = 0;
@@ -182,7 +186,7 @@ template <int kRoom, bool kShort>
     const int passed = -static_cast<int>(rows.secondKey() < key);
     const int stream = k;
     k ^= (k ^ streamOf(rows.secondState())) & passed;
-    settled += moveByKey<kRoom>(rows, count, stream, key) + 1;
+    settled += moveByKey<kRoom>(rows, walked, stream, key) + 1U;
   }
   rows.store();
   nsuff += n;
