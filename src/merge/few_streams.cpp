@@ -20,6 +20,7 @@
 #include "output/emitted.h"
 #include "run/options.h"
 #include "sources/compare.h"
+#include "sources/lcp_streams.h"
 #include "sources/strings.h"
 #include "sources/suffix_streams.h"
 
@@ -96,6 +97,12 @@ using PlacesOf = std::conditional_t<kRoom <= 32, uint32_t, uint64_t>;
 template <typename Places>
 [[gnu::always_inline]] inline unsigned countOf(Places places) {
   return static_cast<unsigned>(std::popcount(places));
+}
+
+// Comparisons that a long suffix's own entry takes, if its prefix words tell
+// it.
+[[gnu::always_inline]] inline unsigned ownComparisons() {
+  return Manzini == 0 ? 1 : 0;
 }
 
 // The entry of two suffixes that part within the prefix words.

@@ -104,7 +104,7 @@ template <int kRoom>
   LOCP[k] = own;
   if (settled) {
     np2 += moveByKey<kRoom>(rows, rows.placesBelow(listedCount - 1), k, key) +
-           (Manzini == 0 ? 1U : 0U);
+           ownComparisons();
   } else {
     const Move move = clear && streamsAscend
                           ? findAmongEqualKeys<kRoom>(rows, suffix, own)
@@ -128,7 +128,7 @@ template <int kRoom>
                                                      int64_t key) {
   LcpEntry own = entryOfKeys(listedKeys[0], key);
   if (listedKeys[0] < key) {
-    np2++;
+    np2 += ownComparisons();
   } else {
     own = refillEntry(k);
   }
@@ -138,10 +138,11 @@ template <int kRoom>
   return moveTo<kRoom>(rows, move, key, kLong << kLengthShift | k);
 }
 
-// The hot path. Merges as long as the streams' buffers hold tested records and
-// these are long, but `room` suffixes at most, which are written to `suffixes`,
-// and their entries, unless null, to `entries`. Returns how many there are.
-// Without `kShort` no listed suffix may be short.
+// The hot path. Merges as long as the streams' buffers hold tested records (and
+// entries, where these are read, which the keys confirm) and these are long,
+// but `room` suffixes at most, which are written to `suffixes`, and their
+// entries, unless null, to `entries`. Returns how many there are. Without
+// `kShort` no listed suffix may be short.
 //
 // What comes next waits for what came last: the stream for the key of its
 // suffix, the key for the stream. So the rows stay in registers where keys tell
@@ -152,6 +153,8 @@ template <int kRoom, bool kShort>
   Rows<kRoom> rows;
   rows.load();
   const auto walked = rows.placesBelow(listedCount - 1);
+  const bool read = Manzini != 0;
+  const unsigned ownComparison = ownComparisons();
   long long settled = 0;
   int k = streamOf(rows.firstState());
   int n = 0;
@@ -162,6 +165,8 @@ template <int kRoom, bool kShort>
     const int64_t lastKey = rows.firstKey();
     if (next >= lastTested[k] || remainingBits(*next) < 64) break;
     if (kShort && rows.beginnings(key) != 0) break;
+    const LcpEntry own = entryOfKeys(lastKey, key);
+    if (read && (lastKey >= key || !takeExpected(k, own))) break;
     const LcpEntry entry = entryOf(rows.firstState());
     if (entries != nullptr) entries[n] = entry;
     suffixes[n] = *current;
@@ -181,12 +186,12 @@ template <int kRoom, bool kShort>
       }
       continue;
     }
-    LOCP[k] = entryOfKeys(lastKey, key);
+    LOCP[k] = own;
     // The stream to come next is known before the rows are.
     const int passed = -static_cast<int>(rows.secondKey() < key);
     const int stream = k;
     k ^= (k ^ streamOf(rows.secondState())) & passed;
-    settled += moveByKey<kRoom>(rows, walked, stream, key) + 1U;
+    settled += moveByKey<kRoom>(rows, walked, stream, key) + ownComparison;
   }
   rows.store();
   nsuff += n;
@@ -222,7 +227,7 @@ void emitBatches() {
 }
 
 // Emits the head, whatever comes behind it: the end of a buffer or of a stream,
-// a short suffix, an entry to be read.
+// a short suffix, an entry that is not what the keys say.
 template <int kRoom>
 void emitHead() {
   const int k = streamOf(listedStates[0]);
@@ -245,7 +250,7 @@ template <int kRoom>
 void mergeListed() {
   takeUpList();
   while (listedCount > 0 && streamsAscend) {
-    if (Manzini == 0) emitBatches<kRoom>();
+    emitBatches<kRoom>();
     if (streamsAscend) emitHead<kRoom>();
   }
   writeList();

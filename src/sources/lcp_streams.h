@@ -7,7 +7,7 @@
 // closing it again.
 //
 // The tables have one entry per stream, are allocated by initLcpStreams,
-// counted as memory used, and written by it and getNextLCP alone.
+// counted as memory used, and written by it, getNextLCP and takeExpected alone.
 
 #ifndef PALVOR_SOURCES_LCP_STREAMS_H_
 #define PALVOR_SOURCES_LCP_STREAMS_H_
@@ -31,5 +31,13 @@ LcpEntry getNextLCP(int j);
 
 // Whether the next getNextLCP of stream j reads a block.
 inline bool lcpBlockUsedUp(int j) { return lcpps[j] >= lcpls[j]; }
+
+// Takes stream j's next entry if it is at hand and is this one, which must be a
+// valid entry. Otherwise nothing is taken, and the answer is false.
+inline bool takeExpected(int j, LcpEntry entry) {
+  if (lcpBlockUsedUp(j) || lcpbs[j][lcpps[j]] != entry) return false;
+  lcpps[j]++;
+  return true;
+}
 
 #endif  // PALVOR_SOURCES_LCP_STREAMS_H_
