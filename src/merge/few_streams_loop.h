@@ -121,12 +121,13 @@ template <int kRoom>
 
 // Moves the head's stream k, whose suffix `currSuffix` was, to the place of its
 // new suffix, which is long and begins with no listed one, but whose key is not
-// above the last one or equals another. Returns the stream that comes next.
+// above the last one or equals another. `own` is the entry that the keys tell.
+// Returns the stream that comes next.
 template <int kRoom>
 [[gnu::always_inline]] inline int moveAmongEqualKeys(Rows<kRoom>& rows, int k,
                                                      const Suffix& suffix,
-                                                     int64_t key) {
-  LcpEntry own = entryOfKeys(listedKeys[0], key);
+                                                     int64_t key,
+                                                     LcpEntry own) {
   if (listedKeys[0] < key) {
     np2 += ownComparisons();
   } else {
@@ -179,7 +180,7 @@ template <int kRoom, bool kShort>
     if (lastKey >= key || rows.equal(key) != 0) {
       rows.store();
       currSuffix = suffixes[n];
-      k = moveAmongEqualKeys<kRoom>(rows, k, *next, key);
+      k = moveAmongEqualKeys<kRoom>(rows, k, *next, key, own);
       if (!streamsAscend) {
         n++;
         break;
@@ -223,7 +224,7 @@ void emitBatches() {
     n = mergeBatch<kRoom>(batchSuffixes, batchEntries,
                           std::min(kBatch, treeRoom()));
     for (int i = 0; i < n; i++) emitIntoTree(batchSuffixes[i], batchEntries[i]);
-  } while (n == kBatch);
+  } while (n == kBatch && streamsAscend);
 }
 
 // Emits the head, whatever comes behind it: the end of a buffer or of a stream,

@@ -2,7 +2,7 @@
 // with AVX2: four numbers at a time, in their tables. Results are a bit for
 // each place; what is said of places without a suffix means nothing.
 
-template <int kRoom>  // 4, 8 or 16 streams
+template <int kRoom>  // 4, or a multiple of 8 streams
 struct Rows {
   using Places = PlacesOf<kRoom>;
 
@@ -85,9 +85,9 @@ struct Rows {
   // equals no other, so that it tells the entries. `suffixBits` go into its
   // state.
   static void moveByKey(int64_t key, int64_t suffixBits) {
-    const Places below_ = below(key);
-    const int place = std::popcount(below_) - 1;
-    const Places changed = sharing(key) & (below_ + 1);
+    const Places lower = below(key);
+    const int place = std::popcount(lower) - 1;
+    const Places changed = sharing(key) & (lower + 1);
     const LcpEntry own = entryOfKeys(listedKeys[0], key);
     const LcpEntry entry = entryOfKeys(listedKeys[place], key);
     const int64_t unchanged = entry == own ? kUnchanged : 0;

@@ -3,7 +3,7 @@
 // Results are a bit for each place; what is said of places without a suffix
 // means nothing.
 
-template <int kRoom>  // 4, 8, or a multiple of 8 streams
+template <int kRoom>  // 4, or a multiple of 8 streams
 class Rows {
  public:
   using Places = PlacesOf<kRoom>;
