@@ -211,13 +211,14 @@ int mergeBatch(Suffix* suffixes, LcpEntry* entries, int room) {
 }
 
 // Merges and emits batches, until something has to be done between them.
+// Returns false if that is to leave this loop, since order has broken.
 template <int kRoom>
-void emitBatches() {
+bool emitBatches() {
   if (sarray != 0) {
     nbuff += mergeBatch<kRoom>(suffBuff + nbuff,
                                larray != 0 ? lcpfBuff + nbuff : nullptr,
                                treeBuffSize - nbuff);
-    return;
+    return streamsAscend;
   }
   int n;
   do {
@@ -225,6 +226,7 @@ void emitBatches() {
                           std::min(kBatch, treeRoom()));
     for (int i = 0; i < n; i++) emitIntoTree(batchSuffixes[i], batchEntries[i]);
   } while (n == kBatch && streamsAscend);
+  return streamsAscend;
 }
 
 // Emits the head, whatever comes behind it: the end of a buffer or of a stream,
@@ -251,8 +253,7 @@ template <int kRoom>
 void mergeListed() {
   takeUpList();
   while (listedCount > 0 && streamsAscend) {
-    emitBatches<kRoom>();
-    if (streamsAscend) emitHead<kRoom>();
+    if (emitBatches<kRoom>()) emitHead<kRoom>();
   }
   writeList();
 }
