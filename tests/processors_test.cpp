@@ -14,9 +14,9 @@
 
 namespace {
 
-// Strains of one ancestor that part every few hundred characters, some of them
-// cut short, so that many suffixes are shorter than their prefix words.
-Collection strains(int count, int length) {
+// Strains of one ancestor that part after `apart` characters at most, some of
+// them cut short, so that many suffixes are shorter than their prefix words.
+Collection strains(int count, int length, size_t apart) {
   std::mt19937 random(static_cast<unsigned>(count));
   const auto below = [&random](size_t limit) { return random() % limit; };
   std::string ancestor;
@@ -26,7 +26,7 @@ Collection strains(int count, int length) {
   Collection collection;
   for (int i = 0; i < count; i++) {
     std::string text = ancestor.substr(below(3));
-    for (size_t at = below(600); at < text.size(); at += below(600)) {
+    for (size_t at = below(apart); at < text.size(); at += below(apart)) {
       text[at] = "ACGT"[below(4)];
     }
     if (i % 4 == 3) text.resize(1 + below(80));
@@ -58,13 +58,23 @@ std::string resultOf(const DataFolder& folder, const std::string& options,
   return result;
 }
 
+// Returns what all of them do.
+std::string expectAlike(const DataFolder& folder, const std::string& options) {
+  std::string expected = resultOf(folder, options, "any");
+  for (const char* processor : {"avx2", "avx512"}) {
+    EXPECT_EQ(resultOf(folder, options, processor), expected)
+        << options << " " << processor;
+  }
+  return expected;
+}
+
 // One of unrelated streams breaks the order, at one record or another just
 // where a batch for the tree ends: from there on all processors go the same
 // way.
 TEST(Processors, GoTheSameWayWhereOrderBreaks) {
   Collection collection;
   for (int i = 0; i < 7; i++) {
-    collection.texts.push_back(strains(i + 1, 400).texts.front());
+    collection.texts.push_back(strains(i + 1, 400, 600).texts.front());
   }
   const DataFolder folder(collection);
   // Short suffixes would end the batch sooner.
@@ -85,11 +95,19 @@ TEST(Processors, GoTheSameWayWhereOrderBreaks) {
     std::string broken = arrays[0];
     broken.replace(16 * record + 8, 8, std::string(8, '\0'));
     folder.write("x_0.stpsa", broken);
-    const std::string expected = resultOf(folder, "-n 9000", "any");
-    for (const char* processor : {"avx2", "avx512"}) {
-      EXPECT_EQ(resultOf(folder, "-n 9000", processor), expected)
-          << record << " " << processor;
-    }
+    SCOPED_TRACE(record);
+    expectAlike(folder, "-n 9000");
+  }
+}
+
+// Matches that end within an excerpt, behind it, and far behind it.
+TEST(Processors, CompareLongMatchesAlike) {
+  Collection collection = strains(6, 12000, 6000);
+  collection.texts[0] += collection.texts[1];
+  collection.texts[4] += collection.texts[5];
+  const DataFolder folder(collection);
+  for (const std::string options : {"-a -l", "-a -l -Z", "-n 500"}) {
+    EXPECT_TRUE(expectAlike(folder, options).starts_with("# Merge done"));
   }
 }
 
@@ -97,15 +115,10 @@ class ProcessorsWithStreams : public testing::TestWithParam<int> {};
 
 TEST_P(ProcessorsWithStreams, WriteAndCountAlike) {
   const int streams = GetParam();
-  const DataFolder folder(strains(streams, 200 + 6000 / streams));
+  const DataFolder folder(strains(streams, 200 + 6000 / streams, 600));
   for (const std::string options :
        {"-a -l", "-a -l -Z", "-a -M 8224", "-n 500"}) {
-    const std::string expected = resultOf(folder, options, "any");
-    EXPECT_TRUE(expected.starts_with("# Merge done")) << expected;
-    for (const char* processor : {"avx2", "avx512"}) {
-      EXPECT_EQ(resultOf(folder, options, processor), expected)
-          << options << " " << processor;
-    }
+    EXPECT_TRUE(expectAlike(folder, options).starts_with("# Merge done"));
   }
 }
 

@@ -51,6 +51,22 @@ constexpr int kBatch = 256;
 Suffix batchSuffixes[kBatch];
 LcpEntry batchEntries[kBatch];
 
+// Excerpts: per stream, words of its listed suffix's string, from a bit of the
+// suffix on. The first of them lies within the prefix words: a comparison that
+// knows these begins at a word of the string, up to 31 bits before their end.
+constexpr int kExcerptWords = 128;
+constexpr int kExcerptStart = 32;                                // bits
+constexpr int kExcerptEnd = kExcerptStart + 32 * kExcerptWords;  // bits
+alignas(64) uint32_t excerpts[kFewStreams][kExcerptWords];
+
+// Per stream, the suffix that its excerpt belongs to (placeOf).
+uint64_t excerptPlaces[kFewStreams];
+
+// Whether the suffixes that excerpts did not tell apart last time went on
+// alike for less than this. Otherwise the next two are likely to, too.
+constexpr int kExcerptsHelp = 4 * kExcerptEnd;  // bits
+bool excerptsHelp = true;
+
 // Whether a listed suffix may be shorter than 64 bits.
 bool mayHoldShort = false;
 
@@ -81,6 +97,11 @@ constexpr bool isShort(int64_t state) {
 
 [[gnu::always_inline]] inline int64_t suffixBitsOf(int stream, int length) {
   return (length < 64 ? length : kLong) << kLengthShift | stream;
+}
+
+// Tells a suffix from all others, and from 0.
+[[gnu::always_inline]] inline uint64_t placeOf(const Suffix& suffix) {
+  return uint64_t{suffix.pos} << 32 | (inputNumber(suffix) + 1);
 }
 
 // The state of a listed suffix with this entry.
@@ -209,10 +230,15 @@ struct Move {
 
 PALVOR_AVX512_BEGIN
 namespace avx512 {
+// Rows are
 #include "merge/groups_avx512.h"
-// of which there are
+// put together:
 #include "merge/rows_avx512.h"
-// which are moved by
+// Excerpts have
+#include "merge/excerpts_avx512.h"
+// their steps:
+#include "merge/excerpts.h"
+// Both serve
 #include "merge/few_streams_loop.h"
 }  // namespace avx512
 PALVOR_END
@@ -220,7 +246,11 @@ PALVOR_END
 PALVOR_AVX2_BEGIN
 namespace avx2 {
 #include "merge/rows_avx2.h"
-// which are moved by
+// Excerpts have
+#include "merge/excerpts_avx2.h"
+// their steps:
+#include "merge/excerpts.h"  // NOLINT(readability-duplicate-include)
+// Both serve
 #include "merge/few_streams_loop.h"  // NOLINT(readability-duplicate-include)
 }  // namespace avx2
 PALVOR_END

@@ -1,10 +1,11 @@
 // The merge loop for few streams. Included by merge/few_streams.cpp alone, once
 // for each kind of processor, behind the Rows that are written for it.
 
-// Finds the place of a long suffix whose key others have. A walk, but only of
-// those. `own` is its entry with the suffix emitted last.
+// Finds the place of stream k's long suffix, whose key others have. A walk, but
+// only of those. `own` is its entry with the suffix emitted last.
 template <int kRoom>
 [[gnu::always_inline]] inline Move findAmongEqualKeys(const Rows<kRoom>& rows,
+                                                      int k,
                                                       const Suffix& suffix,
                                                       LcpEntry own) {
   using Places = typename Rows<kRoom>::Places;
@@ -27,8 +28,8 @@ template <int kRoom>
     if (shared > lcpBits(stored)) break;
     if (shared < lcpBits(stored)) continue;
     compared |= Places{1} << place;
-    const Comparison found = compareEqualKeys(
-        *Suffixes[streamOf(listedStates[place])], suffix, shared);
+    const int i = streamOf(listedStates[place]);
+    const Comparison found = compareListed(i, *Suffixes[i], k, suffix, shared);
     if (found.common >= 64) nnac++;
     if (found.common >= shared + 64) nnrc++;
     const LcpEntry entry = fittingEntry(found.common, found.firstbit() ? 1 : 0);
@@ -107,7 +108,7 @@ template <int kRoom>
            ownComparisons();
   } else {
     const Move move = clear && streamsAscend
-                          ? findAmongEqualKeys<kRoom>(rows, suffix, own)
+                          ? findAmongEqualKeys<kRoom>(rows, k, suffix, own)
                           : findByWalk(suffix, own);
     // Where prefix words contradict the strings, the list goes on.
     if (key < listedKeys[move.place - 1] || key > listedKeys[move.place]) {
@@ -134,8 +135,9 @@ template <int kRoom>
     own = refillEntry(k);
   }
   LOCP[k] = own;
-  const Move move = streamsAscend ? findAmongEqualKeys<kRoom>(rows, suffix, own)
-                                  : findByWalk(suffix, own);
+  const Move move = streamsAscend
+                        ? findAmongEqualKeys<kRoom>(rows, k, suffix, own)
+                        : findByWalk(suffix, own);
   return moveTo<kRoom>(rows, move, key, kLong << kLengthShift | k);
 }
 
@@ -172,7 +174,7 @@ template <int kRoom, bool kShort>
     if (entries != nullptr) entries[n] = entry;
     suffixes[n] = *current;
     if (lcpBits(entry) >= 64 && next + kRecordsAhead <= lastTested[k]) {
-      prefetchStrings(next[kRecordsAhead]);
+      prefetchStrings(next[kRecordsAhead], kExcerptWords);
     }
     sufps[k]++;
     Suffixes[k] = next;
@@ -237,7 +239,7 @@ void emitHead() {
   const LcpEntry entry = entryOf(listedStates[0]);
   currSuffix = *Suffixes[k];
   emit(currSuffix, entry);
-  if (lcpBits(entry) >= 64) prefetchAhead(k);
+  if (lcpBits(entry) >= 64) prefetchAhead(k, kExcerptWords);
   Suffixes[k] = getNextSuf(k);
   if (Suffixes[k] == nullptr) {
     dropHead();

@@ -23,7 +23,7 @@ inline void refill(int k) {
     dropHead();
     return;
   }
-  if (lcpBits(headEntry()) >= 64) prefetchAhead(k);
+  if (lcpBits(headEntry()) >= 64) prefetchAhead(k, 2 * kCacheLineWords);
   moveHead(k, hpflag != 0 ? 0 : refillEntry(k));
   nsuff++;
 }

@@ -27,19 +27,20 @@ constexpr int kRecordsAhead = 2;
 
 constexpr int kCacheLineWords = 16;  // of 32 bits
 
-// Asks for the string words that the ordering will read first if this record
-// meets one that shares its prefix words in another stream.
-[[gnu::always_inline]] inline void prefetchStrings(const Suffix& suffix) {
-  const unsigned* words =
+// Asks for the string words behind the prefix words, as many as the ordering
+// is likely to read if this record meets one that shares its prefix words in
+// another stream.
+[[gnu::always_inline]] inline void prefetchStrings(const Suffix& suffix,
+                                                   int words) {
+  const unsigned* behind =
       binaryString[inputNumber(suffix)] + ((2 * suffix.pos) >> 5) + 2;
-  prefetch(words);
-  prefetch(words + kCacheLineWords);
+  for (int w = 0; w < words; w += kCacheLineWords) prefetch(behind + w);
 }
 
 // Does so for a record of stream k that is soon to come.
-[[gnu::always_inline]] inline void prefetchAhead(int k) {
+[[gnu::always_inline]] inline void prefetchAhead(int k, int words) {
   const int ahead = sufps[k] + kRecordsAhead;
-  if (ahead < admittedRecords(k)) prefetchStrings(sufbs[k][ahead]);
+  if (ahead < admittedRecords(k)) prefetchStrings(sufbs[k][ahead], words);
 }
 
 // The LCP entry of the record that stream k handed out last and the one before

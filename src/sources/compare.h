@@ -94,7 +94,7 @@ inline bool isSettledByPrefix(int shorter, int known, int common) {
 }
 
 inline int wordsExamined(uint32_t posA, int shorter, int known, int common) {
-  // The comparison begins at a word boundary of a, within the known bits.
+  // As firstBitExamined.
   const int from = std::max(known, 64);
   const int skip =
       from - static_cast<int>((static_cast<unsigned>(from) + 2 * posA) & 31);

@@ -37,6 +37,12 @@ struct Comparison {
 extern Comparison (*const compareStrings)(const Suffix& a, const Suffix& b,
                                           int known);
 
+// The first bit that compareStrings examines: it begins with a word of `a`.
+inline int firstBitExamined(const Suffix& a, int known) {
+  return known -
+         static_cast<int>((static_cast<unsigned>(known) + 2 * a.pos) & 31);
+}
+
 // As compareStrings, from the first bit on.
 Comparison compareWholeStrings(const Suffix& a, const Suffix& b);
 

@@ -65,8 +65,5 @@
 }
 
 Comparison compareBehind(const Suffix& a, const Suffix& b, int known) {
-  // The longest step within the known bits that takes a to a word boundary.
-  const unsigned start = 2 * a.pos;
-  return compareFrom(a, b,
-                     ((static_cast<unsigned>(known) + start) & ~31U) - start);
+  return compareFrom(a, b, static_cast<unsigned>(firstBitExamined(a, known)));
 }
