@@ -36,7 +36,7 @@
   const int word = firstDifference(excerpts[i], excerpts[k]);
   if (word == kExcerptWords) {
     const Comparison found = compareStrings(a, b, kExcerptEnd);
-    tngb += (firstBitExamined(a, kExcerptEnd) - from) / 32;
+    tngb += (firstBitExamined(a, kExcerptEnd) - from) >> 5;
     excerptsHelp = found.common < kExcerptsHelp;
     return found;
   }
@@ -46,7 +46,7 @@
       kExcerptStart + 32 * word + std::countl_zero(wordA ^ wordB);
   // Records can tell of more common bits than there are: those are not read.
   if (common < from) return compareEqualKeys(a, b, known);
-  tngb += (common - from) / 32 + 1;
+  tngb += ((common - from) >> 5) + 1;
   return {common,
           Comparison::kFirstbit | (wordA > wordB ? Comparison::kAfter : 0)};
 }
