@@ -111,6 +111,27 @@ TEST(Processors, CompareLongMatchesAlike) {
   }
 }
 
+// Entries that tell of more common bits than there are.
+TEST(Processors, AreMisledAlike) {
+  Collection collection = strains(6, 6000, 600);
+  for (const size_t i : {0, 4}) collection.texts[i] += collection.texts[i + 1];
+  const DataFolder folder(collection);
+  for (const uint32_t bits : {200, 201, 300, 301, 400, 401}) {
+    for (const char* name : {"x_0.stlcp", "x_4.stlcp"}) {
+      std::string entries = folder.bytes(name);
+      for (size_t at = 0; at < entries.size(); at += 4) {
+        uint32_t entry = 0;
+        entries.copy(reinterpret_cast<char*>(&entry), 4, at);
+        if (entry < 2 * 64) continue;
+        entry = 2 * bits + 1;
+        entries.replace(at, 4, reinterpret_cast<const char*>(&entry), 4);
+      }
+      folder.write(name, entries);
+    }
+    expectAlike(folder, "-a -l -Z");
+  }
+}
+
 class ProcessorsWithStreams : public testing::TestWithParam<int> {};
 
 TEST_P(ProcessorsWithStreams, WriteAndCountAlike) {

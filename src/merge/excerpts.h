@@ -32,11 +32,11 @@
     excerptsHelp = found.common < kExcerptsHelp;
     return found;
   }
-  const int from = firstBitExamined(a, std::max(known, 64));
+  const int from = firstBitExamined(a.pos, std::max(known, 64));
   const int word = firstDifference(excerpts[i], excerpts[k]);
   if (word == kExcerptWords) {
     const Comparison found = compareStrings(a, b, kExcerptEnd);
-    tngb += (firstBitExamined(a, kExcerptEnd) - from) >> 5;
+    tngb += (firstBitExamined(a.pos, kExcerptEnd) - from) >> 5;
     excerptsHelp = found.common < kExcerptsHelp;
     return found;
   }

@@ -228,17 +228,14 @@ struct Move {
   return move;
 }
 
+// Each of these uses those before it.
+// clang-format off
 PALVOR_AVX512_BEGIN
 namespace avx512 {
-// Rows are
 #include "merge/groups_avx512.h"
-// put together:
 #include "merge/rows_avx512.h"
-// Excerpts have
 #include "merge/excerpts_avx512.h"
-// their steps:
 #include "merge/excerpts.h"
-// Both serve
 #include "merge/few_streams_loop.h"
 }  // namespace avx512
 PALVOR_END
@@ -246,14 +243,12 @@ PALVOR_END
 PALVOR_AVX2_BEGIN
 namespace avx2 {
 #include "merge/rows_avx2.h"
-// Excerpts have
 #include "merge/excerpts_avx2.h"
-// their steps:
-#include "merge/excerpts.h"  // NOLINT(readability-duplicate-include)
-// Both serve
+#include "merge/excerpts.h"          // NOLINT(readability-duplicate-include)
 #include "merge/few_streams_loop.h"  // NOLINT(readability-duplicate-include)
 }  // namespace avx2
 PALVOR_END
+// clang-format on
 
 }  // namespace
 

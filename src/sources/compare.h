@@ -94,10 +94,7 @@ inline bool isSettledByPrefix(int shorter, int known, int common) {
 }
 
 inline int wordsExamined(uint32_t posA, int shorter, int known, int common) {
-  // As firstBitExamined.
-  const int from = std::max(known, 64);
-  const int skip =
-      from - static_cast<int>((static_cast<unsigned>(from) + 2 * posA) & 31);
+  const int skip = firstBitExamined(posA, std::max(known, 64));
   const int last = std::min(common, shorter - 1);
   return std::max(((last - skip) >> 5) + 1, 0);
 }

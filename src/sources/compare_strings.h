@@ -3,6 +3,8 @@
 #ifndef PALVOR_SOURCES_COMPARE_STRINGS_H_
 #define PALVOR_SOURCES_COMPARE_STRINGS_H_
 
+#include <cstdint>
+
 #include "sources/suffix.h"
 
 // Words of the strings examined, over the whole run, for the statistics lines
@@ -37,10 +39,11 @@ struct Comparison {
 extern Comparison (*const compareStrings)(const Suffix& a, const Suffix& b,
                                           int known);
 
-// The first bit that compareStrings examines: it begins with a word of `a`.
-inline int firstBitExamined(const Suffix& a, int known) {
+// The first bit that compareStrings examines: a word of the string of `a`,
+// whose position is given, begins with it.
+inline int firstBitExamined(uint32_t posA, int known) {
   return known -
-         static_cast<int>((static_cast<unsigned>(known) + 2 * a.pos) & 31);
+         static_cast<int>((static_cast<unsigned>(known) + 2 * posA) & 31);
 }
 
 // As compareStrings, from the first bit on.

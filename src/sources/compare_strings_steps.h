@@ -65,5 +65,6 @@
 }
 
 Comparison compareBehind(const Suffix& a, const Suffix& b, int known) {
-  return compareFrom(a, b, static_cast<unsigned>(firstBitExamined(a, known)));
+  return compareFrom(a, b,
+                     static_cast<unsigned>(firstBitExamined(a.pos, known)));
 }
