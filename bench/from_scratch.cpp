@@ -10,7 +10,7 @@
 #include "kit/output_file.h"
 #include "kit/psa_source.h"
 #include "kit/suffix_sorter.h"
-#include "sources/suffix.h"
+#include "palvor/format/suffix.h"
 
 namespace {
 
@@ -40,10 +40,10 @@ int main(int argc, char** argv) {
     kit::OutputFile records(output + ".stpsa"), entries(output + ".stlcp");
     for (size_t count = sorter.size(); count > 0; count--) {
       const auto position = static_cast<uint64_t>(sorter.next());
-      const LcpEntry entry = sorter.entry();
+      const palvor::LcpEntry entry = sorter.entry();
       // As many bytes as a record; the prefix words are not looked up.
-      const Suffix record = {static_cast<uint32_t>(position >> 32),
-                             static_cast<uint32_t>(position), 0, 0};
+      const palvor::Suffix record = {static_cast<uint32_t>(position >> 32),
+                                     static_cast<uint32_t>(position), 0, 0};
       records.write(&record, sizeof record);
       entries.write(&entry, sizeof entry);
     }

@@ -1,16 +1,21 @@
-// One step of the ordering of the streams: the first stream out, and in again
-// with its next suffix.
+// One step of the merge list: the first stream out, and in again with its next
+// suffix.
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <random>
+#include <vector>
 
 #include "bench/random_inputs.h"
-#include "merge/front.h"
-#include "merge/ordering.h"
-#include "sources/compare.h"
+#include "palvor/order/front.h"
+#include "palvor/order/lcp_list.h"
 
 namespace {
+
+using palvor::LcpEntry;
+using palvor::Suffix;
+using palvor::SuffixCompare;
 
 constexpr size_t kSuffixes = 1 << 18;  // of all streams together
 
@@ -22,69 +27,86 @@ struct Stream {
   size_t next = 0;
 };
 
-bool sortsBefore(const Suffix& a, const Suffix& b) {
-  return ZEPCompare(&a, &b, nullptr, 0) == 0 && a.pos != b.pos;
-}
-
-Stream makeStream(unsigned input, int words, size_t count,
+Stream makeStream(const RandomInputs& inputs, SuffixCompare& compare,
+                  uint32_t input, int words, size_t count,
                   std::mt19937& random) {
   Stream stream;
   for (size_t n = 0; n < count; n++) {
     const auto limit = 16 * static_cast<unsigned>(words) - 64;
     stream.suffixes.push_back(
-        suffixOf(input, static_cast<unsigned>(random() % limit)));
+        inputs.suffixAt(input, static_cast<uint32_t>(random() % limit)));
   }
   auto& suffixes = stream.suffixes;
-  std::sort(suffixes.begin(), suffixes.end(), sortsBefore);
+  std::sort(suffixes.begin(), suffixes.end(),
+            [&](const Suffix& a, const Suffix& b) {
+              return a.pos != b.pos && compare(b, a, 0).after();
+            });
   stream.entries.assign(count, 0);
   for (size_t i = 1; i < count; i++) {
-    int firstbit = 0;
-    ZEPCompare(&suffixes[i - 1], &suffixes[i], &firstbit, 0);
-    stream.entries[i] = comparedEntry(firstbit);
+    stream.entries[i] =
+        palvor::entryOf(compare(suffixes[i - 1], suffixes[i], 0));
   }
   return stream;
 }
 
-void primeAll(std::vector<Stream>& streams) {
-  for (size_t k = 0; k < streams.size(); k++) {
-    streams[k].next = 0;
-    Suffixes[k] = &streams[k].suffixes[0];
-    primeStream(static_cast<int>(k));
+// The list of streams that are in memory instead of in files.
+struct Listed {
+  Listed(const RandomInputs& inputs, SuffixCompare& compare, int count)
+      : streams(inputs.text(), {}, count, 1, false, {}, memory, time),
+        front(streams, entries, compare, cost),
+        list(front) {}
+
+  void show(int k, const Stream& stream) {
+    streams[k].advanceTo(&stream.suffixes[stream.next]);
   }
-}
+
+  void prime(std::vector<Stream>& all) {
+    list.clear();
+    for (int k = 0; k < streams.count(); k++) {
+      Stream& stream = all[static_cast<size_t>(k)];
+      stream.next = 0;
+      show(k, stream);
+      list.prime(k);
+    }
+  }
+
+  palvor::MemoryCount memory;
+  palvor::IoTime time;
+  palvor::SuffixStreams streams;
+  palvor::LcpStreams entries;
+  palvor::Cost cost;
+  palvor::Front front;
+  palvor::LcpList list;
+};
 
 // Arguments: streams in the list; words between two differences of their
-// inputs, 0 for independent ones.
+// inputs, 0 for independent ones. All begin anew when one has come to its end.
 void moveTheHead(benchmark::State& state) {
   const int count = static_cast<int>(state.range(0));
   const int words = (1 << 22) / count;
-  useRandomInputs(count, words, static_cast<int>(state.range(1)));
+  const RandomInputs inputs(count, words, static_cast<int>(state.range(1)));
+  SuffixCompare compare(inputs.text(), true, palvor::Processor::kBest);
   std::mt19937 random(3);
   std::vector<Stream> streams;
   for (int k = 0; k < count; k++) {
-    streams.push_back(makeStream(static_cast<unsigned>(k), words,
-                                 kSuffixes / static_cast<size_t>(count),
+    streams.push_back(makeStream(inputs, compare, static_cast<uint32_t>(k),
+                                 words, kSuffixes / static_cast<size_t>(count),
                                  random));
   }
-  std::vector<Suffix*> front(streams.size());
-  Suffixes = front.data();
-  allocateOrdering(count);
+  Listed listed(inputs, compare, count);
+  listed.prime(streams);
   for (auto _ : state) {
-    if (headStream() < 0) {
-      state.PauseTiming();
-      primeAll(streams);
-      state.ResumeTiming();
-    }
-    const int k = headStream();
+    const int k = listed.list.head();
     Stream& stream = streams[static_cast<size_t>(k)];
     if (++stream.next == stream.suffixes.size()) {
-      dropHead();
-    } else {
-      Suffixes[k] = &stream.suffixes[stream.next];
-      moveHead(k, stream.entries[stream.next]);
+      state.PauseTiming();
+      listed.prime(streams);
+      state.ResumeTiming();
+      continue;
     }
+    listed.show(k, stream);
+    listed.list.moveHead(stream.entries[stream.next]);
   }
-  while (headStream() >= 0) dropHead();
   state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(moveTheHead)

@@ -17,6 +17,9 @@ class FuzzInput {
   // The bytes must outlive this.
   explicit FuzzInput(std::string_view bytes) : bytes_(bytes) {}
 
+  // Of all bytes, those that were taken included.
+  size_t size() const { return bytes_.size(); }
+
   bool empty() const { return next_ == bytes_.size(); }
 
   // The next byte; 0 at the end.

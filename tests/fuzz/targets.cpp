@@ -9,11 +9,11 @@
 #include <utility>
 #include <vector>
 
+#include "cli/arguments.h"
+#include "cli/report.h"
 #include "kit/commands.h"
 #include "merge_results.h"
-#include "run/arguments.h"
-#include "run/driver.h"
-#include "run/options.h"
+#include "palvor/merge.h"
 #include "watch.h"
 
 namespace {
@@ -39,16 +39,31 @@ std::vector<char*> pointersTo(Words& words) {
   return pointers;
 }
 
-// Runs the merge as palvor's `main` does. At most once in a process.
-int runPalvor(const Words& arguments) {
-  static Words words;  // the options point into it
-  words = arguments;
+// Runs the merge as palvor does, but that memory which is not there is a
+// finding. Sets `options` to what the words say. `caseBytes` are those of the
+// case.
+int runPalvor(Words words, size_t caseBytes, palvor::MergeOptions& options) {
   words.insert(words.begin(), "palvor");
-  static std::vector<char*> pointers = pointersTo(words);
-  const PathArguments paths =
-      scanArguments(static_cast<int>(words.size()), pointers.data());
-  if (quiet == 0) listOptions(paths);
-  return runMerge(paths);
+  std::vector<char*> pointers = pointersTo(words);
+  try {
+    const cli::Arguments arguments =
+        cli::scanArguments(static_cast<int>(words.size()), pointers.data());
+    if (!arguments.quiet) cli::sayOptions(arguments);
+    options = cli::mergeOptionsOf(arguments);
+    cli::Report report(arguments.quiet);
+    const palvor::MergeReport merged = palvor::merge(options, report);
+    report.finished(merged);
+    testRequest(merged.memory, caseBytes);
+    return 0;
+  } catch (const palvor::Error& error) {
+    cli::sayError(error);
+    return 1;
+  } catch (const std::bad_alloc&) {
+    require(false, "a case asks for more memory than there is");
+  } catch (const std::length_error&) {
+    require(false, "a case asks for more memory than there can be");
+  }
+  return 1;
 }
 
 // Runs one command as palvor-kit's `main` does, but that memory which is not
@@ -97,8 +112,11 @@ int merge(FuzzInput& input, const CaseFolder& folder, bool toArray) {
   }
   if (toArray) words.emplace_back("-a");
   folder.fill(input);
-  const int status = runPalvor(words);
-  if (status == 0) (toArray ? testMergedArray : testMergedTrees)(folder);
+  palvor::MergeOptions options;
+  const int status = runPalvor(words, input.size(), options);
+  if (status == 0) {
+    (toArray ? testMergedArray : testMergedTrees)(folder, options);
+  }
   return status;
 }
 
@@ -112,21 +130,20 @@ int mergeToTrees(FuzzInput& input, const CaseFolder& folder) {
 
 // Merges a folder that must be all right, to an array or to small trees, and
 // checks what comes out.
-void testMerge(const CaseFolder& folder, bool toTrees,
+void testMerge(const CaseFolder& folder, size_t caseBytes, bool toTrees,
                const Words& mergeOptions, const Words& checkOptions) {
-  mustNotFail(true);
   Words words = {folder.root(), "x", "-p", "y", "-q", "-M", "4096"};
   words.insert(words.end(), mergeOptions.begin(), mergeOptions.end());
   const Words mode = toTrees ? Words{"-n", "64"} : Words{"-a", "-l"};
   words.insert(words.end(), mode.begin(), mode.end());
-  require(runPalvor(words) == 0, "the merge failed");
+  palvor::MergeOptions options;
+  require(runPalvor(words, caseBytes, options) == 0, "the merge failed");
   // Without suffixes there is no tree, and without a tree check has no proof.
   if (!toTrees || !folder.read("y.ST/y.stdiv").empty()) {
     words = {"check", folder.root(), "x", "-p", "y"};
     words.insert(words.end(), checkOptions.begin(), checkOptions.end());
     require(runKit(kit::addCheck, words) == 0, "the merge is not all right");
   }
-  mustNotFail(false);
 }
 
 int check(FuzzInput& input, const CaseFolder& folder) {
@@ -137,7 +154,7 @@ int check(FuzzInput& input, const CaseFolder& folder) {
   const int status = runKit(kit::addCheck, words);
   // With -z the merge refuses some partitions that check can make out.
   if (status == 0 && !bitOf(options, 2)) {
-    testMerge(folder, bitOf(options, 3), {}, {});
+    testMerge(folder, input.size(), bitOf(options, 3), {}, {});
   }
   return status;
 }
@@ -176,7 +193,7 @@ int prepare(FuzzInput& input, const CaseFolder& folder) {
   if (status == 0) {
     Words merging;
     addFlags(merging, options, {"-Z", "-z"});
-    testMerge(folder, bitOf(options, 6), merging,
+    testMerge(folder, input.size(), bitOf(options, 6), merging,
               bitOf(options, 1) ? Words{"-z"} : Words{});
   }
   return status;

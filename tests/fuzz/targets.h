@@ -31,7 +31,7 @@
 //                what it writes must be all right
 //   prepare      the same of the folder that it made
 //
-// Returns the exit status, or exits. `folder` is renewed first.
+// Returns the exit status. `folder` must have been renewed.
 using Target = int (*)(FuzzInput& input, const CaseFolder& folder);
 
 // Null if there is no such target.

@@ -1,41 +1,40 @@
 #include "support/inputs.h"
 
 #include <algorithm>
-
-#include "run/values.h"
-#include "sources/strings.h"
+#include <utility>
 
 namespace {
-
-std::vector<std::string> inputs;
-std::vector<std::vector<uint32_t>> packed;
-std::vector<unsigned*> pointers;
-std::vector<unsigned> bitLengths;
 
 uint32_t codeOf(char character) {
   return static_cast<uint32_t>(std::string_view("ACGT").find(character));
 }
 
-}  // namespace
-
-void useInputs(const std::vector<std::string>& texts) {
-  inputs = texts;
-  packed.clear();
-  pointers.clear();
-  bitLengths.clear();
-  for (const std::string& text : texts) {
-    packed.push_back(packedWords(text));
-    bitLengths.push_back(static_cast<unsigned>(2 * text.size()));
-  }
-  for (std::vector<uint32_t>& words : packed) pointers.push_back(words.data());
-  ninputs = static_cast<int>(texts.size());
-  blengths = bitLengths.data();
-  binaryString = pointers.data();
+std::vector<std::vector<uint32_t>> packedTexts(
+    const std::vector<std::string>& texts) {
+  std::vector<std::vector<uint32_t>> packed;
+  for (const std::string& text : texts) packed.push_back(packedWords(text));
+  return packed;
 }
 
-Suffix suffixAt(int input, size_t pos, unsigned flags) {
-  const auto words = packedWords(
-      std::string_view(inputs[static_cast<size_t>(input)]).substr(pos));
+}  // namespace
+
+InMemory::InMemory(std::vector<std::string> texts)
+    : texts_(std::move(texts)),
+      packed_(packedTexts(texts_)),
+      text_(strings()) {}
+
+std::vector<palvor::PackedString> InMemory::strings() const {
+  std::vector<palvor::PackedString> strings;
+  for (size_t i = 0; i < texts_.size(); i++) {
+    strings.push_back(
+        {packed_[i].data(), static_cast<uint32_t>(2 * texts_[i].size())});
+  }
+  return strings;
+}
+
+palvor::Suffix InMemory::suffixAt(size_t input, size_t pos,
+                                  unsigned flags) const {
+  const auto words = packedWords(std::string_view(texts_[input]).substr(pos));
   return {static_cast<uint32_t>(input) << 2 | flags, static_cast<uint32_t>(pos),
           words[0], words.size() > 2 ? words[1] : 0};
 }

@@ -1,4 +1,4 @@
-// Inputs in memory, for tests that call the merge's routines directly, and the
+// Inputs in memory, for tests that call the engine's routines directly, and the
 // slow, obvious ways of packing and comparing that the tests rely on instead
 // of the routines under test.
 
@@ -10,15 +10,29 @@
 #include <string_view>
 #include <vector>
 
-#include "sources/suffix.h"
+#include "palvor/format/suffix.h"
+#include "palvor/text/collection.h"
 
-// Makes `texts` (over ACGT) the inputs: sets `ninputs`, `blengths` and
-// `binaryString`. What an earlier call set stays allocated until the next one.
-void useInputs(const std::vector<std::string>& texts);
+// Texts (over ACGT) as the strings of a merge.
+class InMemory {
+ public:
+  explicit InMemory(std::vector<std::string> texts);
+  InMemory(const InMemory&) = delete;
+  InMemory& operator=(const InMemory&) = delete;
 
-// The suffix of the inputs in use that starts at character `pos`; `flags` are
-// its two low bits.
-Suffix suffixAt(int input, size_t pos, unsigned flags = 0);
+  const palvor::Collection& text() const { return text_; }
+
+  // The suffix that starts at character `pos` of an input; `flags` are its two
+  // low bits.
+  palvor::Suffix suffixAt(size_t input, size_t pos, unsigned flags = 0) const;
+
+ private:
+  std::vector<palvor::PackedString> strings() const;
+
+  std::vector<std::string> texts_;
+  std::vector<std::vector<uint32_t>> packed_;
+  palvor::Collection text_;
+};
 
 // A text as bits, two characters '0' or '1' for each of its own.
 std::string bitsOf(std::string_view text);

@@ -1,3 +1,0 @@
-#include "output/divider.h"
-
-constinit DividerRecord divider = {};

@@ -1,3 +1,0 @@
-#include "output/file_name.h"
-
-constinit char fileName[kFileNameSize] = {};

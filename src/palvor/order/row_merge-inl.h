@@ -1,0 +1,445 @@
+// The hot path: the merge of up to 64 streams by rows
+// (palvor/order/key_rows.h). Compiled once for each target that has vectors.
+
+#if defined(PALVOR_ORDER_ROW_MERGE_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef PALVOR_ORDER_ROW_MERGE_INL_H_
+#undef PALVOR_ORDER_ROW_MERGE_INL_H_
+#else
+#define PALVOR_ORDER_ROW_MERGE_INL_H_
+#endif
+
+#include <hwy/highway.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+
+#include "palvor/order/key_rows.h"
+#include "palvor/order/rows-inl.h"
+#include "palvor/order/rows_avx512-inl.h"
+#include "palvor/simd/vectors-inl.h"
+#include "palvor/text/excerpts-inl.h"
+
+PALVOR_BEFORE_NAMESPACE();
+namespace palvor {
+namespace HWY_NAMESPACE {
+
+#if PALVOR_HAS_VECTORS
+
+template <int kRoom>
+class RowMerge final : public KeyRows {
+ public:
+  RowMerge(Front& front, LcpList& list)
+      : front_(front), list_(list), excerpts_(front.compare) {
+    takeUp();
+  }
+
+  int merge(Suffix* suffixes, LcpEntry* entries, int room) override {
+    if (!mayHoldShort_) return mergeRows<false>(suffixes, entries, room);
+    // It may soon hold none.
+    lookForShort();
+    return mergeRows<true>(suffixes, entries, std::min(room, kRowsWithShort));
+  }
+
+  void advanceHead() override;
+  void handOver() override;
+
+ private:
+  using Bits = RowBits<kRoom>;
+
+  // Until it is looked again whether there are short suffixes.
+  static constexpr int kRowsWithShort = 256;
+
+  // A stream, as far as the hot path sees it.
+  struct Cursor {
+    const Suffix* current;     // its listed suffix
+    const Suffix* lastTested;  // the last record of its buffer that is tested
+    int64_t upcomingKey;  // of the record behind the current one, known before
+                          // it is asked for; anything, if that has yet to be
+                          // read
+    LcpEntry own;         // of the current suffix with the one before it
+  };
+
+  // Where the head goes, and what changes.
+  struct Move {
+    int row = 1;           // it goes before the suffix there
+    LcpEntry entry = 0;    // with the suffix before it
+    bool changes = false;  // the suffix in that row has another entry
+    LcpEntry nextEntry = 0;
+  };
+
+  // What a walk would have done, gathered in registers.
+  struct Walked {
+    int64_t comparisons = 0;
+    int64_t unchanged = 0;
+    int64_t positions = 0;
+    int64_t settled = 0;
+  };
+
+  void takeUp();
+  void syncStreams();
+  HWY_INLINE void lookAhead(int k);
+  HWY_INLINE int64_t takeKey(int k);
+  void lookForShort() {
+    mayHoldShort_ =
+        std::any_of(rows_.states, rows_.states + rows_.count, isShort);
+  }
+
+  // The state of a listed suffix with this entry.
+  HWY_INLINE int64_t stateOf(LcpEntry entry, int64_t suffixBits) const {
+    const bool unchanged = entry == cursors_[streamOf(suffixBits)].own;
+    return makeState(entry, suffixBits) | (unchanged ? kUnchanged : 0);
+  }
+
+  // Comparisons that a long suffix's own entry takes, if its prefix words tell
+  // it.
+  HWY_INLINE int ownComparisons() const {
+    return front_.readsEntries() ? 0 : 1;
+  }
+
+  HWY_NOINLINE Move findByWalk(const Suffix& suffix, LcpEntry own);
+  HWY_INLINE Move findAmongEqualKeys(const Rows<kRoom>& rows, int k,
+                                     const Suffix& suffix, LcpEntry own);
+  HWY_INLINE int moveTo(Rows<kRoom>& rows, const Move& move, int64_t key,
+                        int64_t suffixBits);
+  static HWY_INLINE void moveByKey(Rows<kRoom>& rows, Bits walked, int k,
+                                   int64_t key, Walked& counted);
+  HWY_INLINE int moveAmongEqualKeys(Rows<kRoom>& rows, int k, int64_t key,
+                                    LcpEntry own);
+  HWY_NOINLINE void moveHead(int k);
+  void count(const Walked& walked);
+  template <bool kShort>
+  HWY_NOINLINE int mergeRows(Suffix* suffixes, LcpEntry* entries, int room);
+
+  Front& front_;
+  LcpList& list_;
+  Cursor cursors_[kMostRows] = {};
+  // Whether a listed suffix may be shorter than 64 bits.
+  bool mayHoldShort_ = false;
+  Excerpts excerpts_;
+};
+
+// Takes the hot path. Without `kShort` no listed suffix may be short.
+//
+// What comes next waits for what came last: the stream for the key of its
+// suffix, the key for the stream. So the rows stay in registers where keys tell
+// everything, and nothing is called there.
+template <int kRoom>
+template <bool kShort>
+int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
+  const Collection& text = front_.text();
+  Rows<kRoom> rows(rows_);
+  rows.load();
+  const Bits walked = rowsBelow<kRoom>(rows_.count - 1);
+  const bool read = front_.readsEntries();
+  Walked counted;
+  int keysToldOwn = 0;
+  int k = streamOf(rows.firstState());
+  int n = 0;
+  for (; n < room; n++) {
+    Cursor& cursor = cursors_[k];
+    const Suffix* const current = cursor.current;
+    const Suffix* const next = current + 1;
+    const int64_t key = cursor.upcomingKey;
+    const int64_t lastKey = rows.firstKey();
+    if (next >= cursor.lastTested || text.remainingBits(*next) < 64) break;
+    if (kShort && rows.beginnings(key) != 0) break;
+    const LcpEntry own = entryOfKeys(lastKey, key);
+    if (read && (lastKey >= key || !front_.entries[k].takeExpected(own))) break;
+    const LcpEntry entry = entryOf(rows.firstState());
+    if (entries != nullptr) entries[n] = entry;
+    suffixes[n] = *current;
+    if (lcpBits(entry) >= 64 && next + kRecordsAhead <= cursor.lastTested) {
+      prefetchStrings(text, next[kRecordsAhead], Excerpts::kWords);
+    }
+    cursor.current = next;
+    cursor.upcomingKey = prefixKey(next[1]);
+    if (lastKey >= key || rows.equal(key) != 0) {
+      rows.store();
+      k = moveAmongEqualKeys(rows, k, key, own);
+      if (!front_.ascends) {
+        n++;
+        break;
+      }
+      continue;
+    }
+    cursor.own = own;
+    keysToldOwn++;
+    // The stream to come next is known before the rows are.
+    const int passed = -static_cast<int>(rows.secondKey() < key);
+    const int stream = k;
+    k ^= (k ^ streamOf(rows.secondState())) & passed;
+    moveByKey(rows, walked, stream, key, counted);
+  }
+  rows.store();
+  counted.settled += int64_t{keysToldOwn} * ownComparisons();
+  count(counted);
+  syncStreams();
+  return n;
+}
+
+// Moves the head to the row of its new suffix, which is long, and parts from
+// all listed ones within the prefix words, so that these tell everything.
+// `walked` are all rows but the last: a walk looks at as many of these as there
+// are keys below the new one, the last key included.
+template <int kRoom>
+HWY_INLINE void RowMerge<kRoom>::moveByKey(Rows<kRoom>& rows, Bits walked,
+                                           int k, int64_t key,
+                                           Walked& counted) {
+  const Bits below = rows.below(key);
+  const Bits compared = rows.sharing(key) & below << 1;
+  const int comparisons = std::popcount(compared);
+  counted.comparisons += comparisons;
+  counted.settled += comparisons;
+  counted.unchanged += std::popcount(compared & rows.unchanged());
+  counted.positions += std::popcount(below & walked);
+  rows.moveByKey(key, kLong << kLengthShift | k);
+}
+
+// Moves the head's stream k to the row of its new suffix, which is long and
+// begins with no listed one, but whose key is not above the last one or equals
+// another. `own` is the entry that the keys tell. Returns the stream that comes
+// next.
+template <int kRoom>
+HWY_INLINE int RowMerge<kRoom>::moveAmongEqualKeys(Rows<kRoom>& rows, int k,
+                                                   int64_t key, LcpEntry own) {
+  Cursor& cursor = cursors_[k];
+  if (rows_.keys[0] < key) {
+    front_.cost.settled += ownComparisons();
+  } else {
+    front_.streams[k].advanceTo(cursor.current);
+    own = front_.ownEntry(k);
+  }
+  cursor.own = own;
+  const Move move = front_.ascends
+                        ? findAmongEqualKeys(rows, k, *cursor.current, own)
+                        : findByWalk(*cursor.current, own);
+  return moveTo(rows, move, key, kLong << kLengthShift | k);
+}
+
+// Finds the row of stream k's long suffix, whose key others have. A walk, but
+// only of those. `own` is its entry with the suffix emitted last.
+template <int kRoom>
+HWY_INLINE typename RowMerge<kRoom>::Move RowMerge<kRoom>::findAmongEqualKeys(
+    const Rows<kRoom>& rows, int k, const Suffix& suffix, LcpEntry own) {
+  const int64_t key = prefixKey(suffix);
+  const Bits all = rowsBelow<kRoom>(rows_.count) & ~Bits{1};
+  const Bits below = rows.below(key) & all;
+  const Bits equal = rows.equal(key) & all;
+  Bits compared = rows.sharing(key) & below;
+  const Bits unchanged = rows.unchanged();
+  Cost& cost = front_.cost;
+  cost.settled += std::popcount(compared);
+
+  Move move;
+  int& row = move.row;
+  row = std::popcount(below) + 1;
+  const int end = row + std::popcount(equal);
+  move.entry = row > 1 ? entryOfKeys(rows_.keys[row - 1], key) : own;
+  int shared = lcpBits(move.entry);
+  for (; row < end; row++) {
+    const LcpEntry stored = entryOf(rows_.states[row]);
+    if (shared > lcpBits(stored)) break;
+    if (shared < lcpBits(stored)) continue;
+    compared |= Bits{1} << row;
+    const int i = streamOf(rows_.states[row]);
+    const Comparison found =
+        excerpts_(i, *cursors_[i].current, k, suffix, shared);
+    cost.add(found);
+    cost.found64 += found.common >= 64 ? 1 : 0;
+    cost.found64More += found.common >= shared + 64 ? 1 : 0;
+    const LcpEntry entry = entryOf(found);
+    if (found.after()) {
+      move.entry = stored;
+      move.changes = true;
+      move.nextEntry = entry;
+      break;
+    }
+    move.entry = entry;
+    shared = found.common;
+  }
+  cost.comparisons += std::popcount(compared);
+  cost.unchanged += std::popcount(compared & unchanged);
+  cost.positions += std::min(row, rows_.count - 1);
+  return move;
+}
+
+// Finds the head's row by a walk of all others. `own` is its new suffix's entry
+// with the suffix emitted last.
+template <int kRoom>
+typename RowMerge<kRoom>::Move RowMerge<kRoom>::findByWalk(const Suffix& suffix,
+                                                           LcpEntry own) {
+  Move move;
+  move.entry = own;
+  int shared = lcpBits(own);
+  for (; move.row < rows_.count; move.row++) {
+    front_.cost.positions++;
+    const LcpEntry stored = entryOf(rows_.states[move.row]);
+    if (shared > lcpBits(stored)) break;
+    if (shared < lcpBits(stored)) continue;
+    const Cursor& listed = cursors_[streamOf(rows_.states[move.row])];
+    const Comparison found = front_.compare(*listed.current, suffix, shared);
+    front_.cost.add(found);
+    front_.cost.addListed(shared, found.common, listed.own == stored);
+    const LcpEntry between = entryOf(found);
+    if (found.after()) {
+      move.changes = true;
+      move.nextEntry = between;
+      move.entry = stored;
+      return move;
+    }
+    move.entry = between;
+    shared = found.common;
+  }
+  return move;
+}
+
+// Moves the head, with its new key. The rows are in their tables, too. Returns
+// the stream that comes next.
+template <int kRoom>
+HWY_INLINE int RowMerge<kRoom>::moveTo(Rows<kRoom>& rows, const Move& move,
+                                       int64_t key, int64_t suffixBits) {
+  const int row = move.row;
+  const int64_t behind = rows_.states[row] & kSuffixBits;
+  const int next = streamOf(row > 1 ? rows_.states[1] : suffixBits);
+  rows.load();
+  rows.move(rowsBelow<kRoom>(row - 1), key, stateOf(move.entry, suffixBits),
+            move.changes ? Bits{1} << row : 0, stateOf(move.nextEntry, behind));
+  return next;
+}
+
+// Moves the head's stream k to the row of its new suffix. The rows are in their
+// tables.
+template <int kRoom>
+void RowMerge<kRoom>::moveHead(int k) {
+  const Suffix& suffix = *cursors_[k].current;
+  const int64_t key = takeKey(k);
+  const int64_t lastKey = rows_.keys[0];
+  const int length = front_.text().remainingBits(suffix);
+  Rows<kRoom> rows(rows_);
+  rows.load();
+  // It begins with no listed one, so that no length but its own matters.
+  const bool clear =
+      length >= 64 && (!mayHoldShort_ || rows.beginnings(key) == 0);
+  LcpEntry own = entryOfKeys(lastKey, key);
+  bool settled = clear && lastKey < key && rows.equal(key) == 0;
+  if (front_.readsEntries() || !settled) {
+    const LcpEntry byKeys = own;
+    own = front_.ownEntry(k);
+    settled = settled && own == byKeys;
+  }
+  cursors_[k].own = own;
+  if (settled) {
+    Walked counted;
+    moveByKey(rows, rowsBelow<kRoom>(rows_.count - 1), k, key, counted);
+    counted.settled += ownComparisons();
+    count(counted);
+  } else {
+    const Move move = clear && front_.ascends
+                          ? findAmongEqualKeys(rows, k, suffix, own)
+                          : findByWalk(suffix, own);
+    // Where prefix words contradict the strings, the list goes on.
+    if (key < rows_.keys[move.row - 1] || key > rows_.keys[move.row]) {
+      front_.ascends = false;
+    }
+    moveTo(rows, move, key, makeSuffixBits(k, length));
+    if (length < 64) mayHoldShort_ = true;
+  }
+  rows.store();
+}
+
+template <int kRoom>
+void RowMerge<kRoom>::advanceHead() {
+  const int k = head();
+  const LcpEntry entry = headEntry();
+  SuffixStream& stream = front_.streams[k];
+  if (lcpBits(entry) >= 64) {
+    const Suffix* ahead = stream.current() + 1 + kRecordsAhead;
+    if (ahead < stream.testedEnd()) {
+      prefetchStrings(front_.text(), *ahead, Excerpts::kWords);
+    }
+  }
+  if (!stream.advance()) {
+    rows_.dropFirst();
+    return;
+  }
+  cursors_[k].current = stream.current();
+  moveHead(k);
+}
+
+template <int kRoom>
+void RowMerge<kRoom>::count(const Walked& walked) {
+  Cost& cost = front_.cost;
+  cost.comparisons += walked.comparisons;
+  cost.unchanged += walked.unchanged;
+  cost.positions += walked.positions;
+  cost.settled += walked.settled;
+}
+
+// The streams do not follow on the hot path.
+template <int kRoom>
+void RowMerge<kRoom>::syncStreams() {
+  for (int row = 0; row < rows_.count; row++) {
+    const int k = streamOf(rows_.states[row]);
+    front_.streams[k].advanceTo(cursors_[k].current);
+  }
+}
+
+// Learns what stream k hands out next.
+template <int kRoom>
+HWY_INLINE void RowMerge<kRoom>::lookAhead(int k) {
+  const SuffixStream& stream = front_.streams[k];
+  Cursor& cursor = cursors_[k];
+  cursor.current = stream.current();
+  cursor.lastTested = stream.testedEnd() - 1;
+  cursor.upcomingKey =
+      prefixKey(*std::min(stream.current() + 1, stream.readEnd() - 1));
+}
+
+// The key of the record that stream k has just handed out.
+template <int kRoom>
+HWY_INLINE int64_t RowMerge<kRoom>::takeKey(int k) {
+  const int64_t key = prefixKey(*cursors_[k].current);
+  lookAhead(k);
+  return key;
+}
+
+// Fills the rows from the list. Records whose prefix words contradict their
+// length can stand there in an order that is not that of the keys: then it is
+// the list that goes on.
+template <int kRoom>
+void RowMerge<kRoom>::takeUp() {
+  if (list_.isEmpty()) return;
+  for (int k = list_.head(); k >= 0; k = list_.linkOf(k).next) {
+    const LcpList::Link& link = list_.linkOf(k);
+    const Suffix& suffix = front_.suffixOf(k);
+    const int row = rows_.count++;
+    cursors_[k].own = link.own;
+    lookAhead(k);
+    rows_.keys[row] = prefixKey(suffix);
+    rows_.states[row] = stateOf(
+        link.entry, makeSuffixBits(k, front_.text().remainingBits(suffix)));
+    if (row > 0 && rows_.keys[row - 1] > rows_.keys[row]) {
+      front_.ascends = false;
+    }
+  }
+  list_.clear();
+  lookForShort();
+}
+
+template <int kRoom>
+void RowMerge<kRoom>::handOver() {
+  for (int row = rows_.count - 1; row >= 0; row--) {
+    const int k = streamOf(rows_.states[row]);
+    list_.putFirst(k, entryOf(rows_.states[row]), cursors_[k].own);
+  }
+  rows_.clear();
+}
+
+#endif  // PALVOR_HAS_VECTORS
+
+}  // namespace HWY_NAMESPACE
+}  // namespace palvor
+HWY_AFTER_NAMESPACE();
+
+#endif  // PALVOR_ORDER_ROW_MERGE_INL_H_

@@ -1,0 +1,153 @@
+#include "palvor/stream/suffix_stream.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+
+#include "palvor/error.h"
+
+namespace palvor {
+namespace {
+
+constexpr int64_t kRecordSize = sizeof(Suffix);
+
+// Records are tested this many at a time: few enough to be still at hand when
+// they are taken.
+constexpr int kTestedAtOnce = 512;
+
+// In front of each buffer, records: one is needed, a cache line is kept.
+constexpr int64_t kRoomBefore = 4;
+
+}  // namespace
+
+void SuffixStream::keepOpen() {
+  file_ = File::openInput(path_);
+  if (!file_.isOpen()) {
+    fail(blameSystem(path_), "can't open Suffix file %s", path_.c_str());
+  }
+}
+
+// A read that fell short is only right at the file's end: anything else would
+// silently lose the rest of the stream.
+void SuffixStream::expectEnd(const File& file, int64_t end) const {
+  File::Status status = {};
+  if (!file.examine(status)) {
+    fail("can't examine Suffix file %s: %s", path_.c_str(),
+         std::strerror(errno));
+  }
+  if (status.regular && status.size != end) {
+    fail("reading error in Suffix file %s: got %lld of %lld bytes",
+         path_.c_str(), static_cast<long long>(end),
+         static_cast<long long>(status.size));
+  }
+}
+
+// Reads the next block into the buffer; returns the bytes read.
+int64_t SuffixStream::readBlock() {
+  const int64_t wanted = kRecordSize * capacity_;
+  const int64_t offset = kRecordSize * read_;
+  File opened;
+  if (!file_.isOpen()) {
+    opened = File::openInput(path_);
+    if (!opened.isOpen()) {
+      fail(blameSystem(path_), "can't open Suffix file %s", path_.c_str());
+    }
+  }
+  File& file = file_.isOpen() ? file_ : opened;
+  const int64_t got = file.readAt(buffer_, wanted, offset, *time_);
+  if (got < 0) {
+    fail("can't read Suffix file %s: %s", path_.c_str(), std::strerror(errno));
+  }
+  if (got < wanted) expectEnd(file, offset + got);
+  return got;
+}
+
+// Reads and counts the next block. False at the file's end.
+bool SuffixStream::refill() {
+  if (ended_) return false;
+  const Suffix last = *current_;
+  const int64_t count = readBlock() / kRecordSize;
+  if (count > UINT_MAX - static_cast<int64_t>(read_)) {
+    fail("Suffix file %s holds more than %u records", path_.c_str(), UINT_MAX);
+  }
+  ended_ = count < capacity_ || count == 0;
+  if (count == 0) return false;
+  buffer_[-1] = last;
+  current_ = buffer_ - 1;
+  tested_ = buffer_;
+  end_ = buffer_ + count;
+  read_ += static_cast<uint32_t>(count);
+  return true;
+}
+
+void SuffixStream::refuseRecord(const Suffix* record, uint32_t input) const {
+  const auto place = static_cast<long long>(number(record));
+  if (input >= text_->inputs()) {
+    fail("record %lld of Suffix file %s: there is no input %u, only %d inputs",
+         place, path_.c_str(), input, static_cast<int>(text_->inputs()));
+  }
+  fail(
+      "record %lld of Suffix file %s: position %u is not inside input %u of %u "
+      "characters",
+      place, path_.c_str(), record->pos, input, (*text_)[input].bits / 2);
+}
+
+// Tests the next records and moves their input numbers to the stream's origin.
+void SuffixStream::testRecords() {
+  const uint64_t limit = static_cast<uint64_t>(text_->inputs()) << 2;
+  Suffix* const end = std::min(end_, tested_ + kTestedAtOnce);
+  for (; tested_ < end; tested_++) {
+    const uint64_t input = uint64_t{tested_->input} + origin_;
+    if (input >= limit ||
+        tested_->pos >= (*text_)[static_cast<uint32_t>(input >> 2)].bits / 2) {
+      refuseRecord(tested_, static_cast<uint32_t>(input >> 2));
+    }
+    tested_->input = static_cast<uint32_t>(input);
+  }
+}
+
+bool SuffixStream::advanceAnew() {
+  if (current_ + 1 >= end_ && !refill()) {
+    exhausted_ = true;
+    return false;
+  }
+  if (current_ + 1 >= tested_) testRecords();
+  current_++;
+  return true;
+}
+
+SuffixStreams::SuffixStreams(const Collection& text, const DataPaths& paths,
+                             int count, int capacity, bool zeroOrigin,
+                             const std::vector<uint32_t>& partitions,
+                             MemoryCount& memory, IoTime& time) {
+  memory.add(int64_t{count} * (zeroOrigin ? 28 : 24));
+  memory.add(count * Block<Suffix>::bytesOf(capacity));
+  // One block for all: its pages are had once, and huge where they can be. So
+  // buffers that their files can't fill are made no larger than these.
+  std::vector<int64_t> begins;
+  begins.reserve(static_cast<size_t>(count) + 1);
+  int64_t records = 0;
+  for (int j = 0; j < count; j++) {
+    begins.push_back(records += kRoomBefore);
+    const int64_t size = fileSize(paths.arrayFile(j));
+    // With room for one more, the first read meets the end of the file.
+    const int64_t most = size < 0 ? capacity : size / kRecordSize + 1;
+    // To a cache line, so that buffers begin with one.
+    records += (std::min<int64_t>(capacity, most) + 3) & ~int64_t{3};
+  }
+  begins.push_back(records + kRoomBefore);
+  buffers = Block<Suffix>(records, "the streams' buffers");
+  streams.reserve(static_cast<size_t>(count));
+  uint32_t origin = 0;
+  for (size_t j = 0; j < begins.size() - 1; j++) {
+    const int64_t room = begins[j + 1] - kRoomBefore - begins[j];
+    streams.emplace_back(text, paths.arrayFile(static_cast<int>(j)),
+                         buffers.data() + begins[j],
+                         static_cast<int>(std::min<int64_t>(capacity, room)),
+                         zeroOrigin ? origin : 0, time);
+    origin += 4 * (partitions.empty() ? 1 : partitions[j]);
+  }
+}
+
+}  // namespace palvor

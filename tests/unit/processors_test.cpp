@@ -1,0 +1,171 @@
+// The code for each kind of processor and each number of streams: the same
+// files and the same counts as without any of it.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/engine.h"
+
+namespace {
+
+using Options = palvor::MergeOptions;
+
+// Strains of one ancestor that part after `apart` characters at most, some of
+// them cut short, so that many suffixes are shorter than their prefix words.
+Collection strains(int count, int length, size_t apart) {
+  std::mt19937 random(static_cast<unsigned>(count));
+  const auto below = [&random](size_t limit) { return random() % limit; };
+  std::string ancestor;
+  while (ancestor.size() < static_cast<size_t>(length)) {
+    ancestor += "ACGT"[below(4)];
+  }
+  Collection collection;
+  for (int i = 0; i < count; i++) {
+    std::string text = ancestor.substr(below(3));
+    for (size_t at = below(apart); at < text.size(); at += below(apart)) {
+      text[at] = "ACGT"[below(4)];
+    }
+    if (i % 4 == 3) text.resize(1 + below(80));
+    collection.texts.push_back(std::move(text));
+  }
+  return collection;
+}
+
+// What a merge writes, and what it counts or ends in.
+std::string resultOf(const DataFolder& folder, const Options& options,
+                     const Engine& engine) {
+  std::string result;
+  palvor::MergeObserver observer;
+  try {
+    const palvor::MergeReport report =
+        palvor::merge(withEngine(options, engine), observer);
+    result =
+        countsOf(report.cost) + ", LCP sum " + std::to_string(report.lcps.sum);
+  } catch (const palvor::Error& error) {
+    result = error.what();
+  }
+  for (const char* name : {"x.stpsa", "x.stlcp", "x.stdiv"}) {
+    if (folder.holds(name)) result += folder.bytes(name);
+  }
+  for (int tree = 0; folder.holds("x_" + std::to_string(tree) + ".stree");
+       tree++) {
+    result += folder.bytes("x_" + std::to_string(tree) + ".stree");
+  }
+  return result;
+}
+
+// Returns what all of them do.
+std::string expectAlike(const DataFolder& folder, const Options& options) {
+  std::string expected = resultOf(folder, options, kWalk);
+  for (const Engine& engine : kStandIns) {
+    EXPECT_EQ(resultOf(folder, options, engine), expected) << engine.name;
+  }
+  return expected;
+}
+
+Options arrayOptions(const DataFolder& folder, bool readLcps = false) {
+  Options options = optionsFor(folder);
+  options.array = options.lcps = true;
+  options.readLcps = readLcps;
+  return options;
+}
+
+Options treeOptions(const DataFolder& folder, int nodes) {
+  Options options = optionsFor(folder);
+  options.outputBuffer = nodes;
+  return options;
+}
+
+// One of unrelated streams breaks the order, at one record or another just
+// where a batch for the tree ends: from there on all processors go the same
+// way.
+TEST(Processors, GoTheSameWayWhereOrderBreaks) {
+  Collection collection;
+  for (int i = 0; i < 7; i++) {
+    collection.texts.push_back(strains(i + 1, 400, 600).texts.front());
+  }
+  const DataFolder folder(collection);
+  // Short suffixes would end the batch sooner.
+  std::vector<std::string> arrays;
+  for (size_t i = 0; i < collection.texts.size(); i++) {
+    const std::string all = folder.bytes("x_" + std::to_string(i) + ".stpsa");
+    std::string& array = arrays.emplace_back();
+    for (size_t at = 0; at < all.size(); at += 16) {
+      uint32_t position = 0;
+      all.copy(reinterpret_cast<char*>(&position), 4, at + 4);
+      if (position + 32 <= collection.texts[i].size()) {
+        array += all.substr(at, 16);
+      }
+    }
+    folder.write("x_" + std::to_string(i) + ".stpsa", array);
+  }
+  for (size_t record = 20; record < 150; record++) {
+    std::string broken = arrays[0];
+    broken.replace(16 * record + 8, 8, std::string(8, '\0'));
+    folder.write("x_0.stpsa", broken);
+    SCOPED_TRACE(record);
+    expectAlike(folder, treeOptions(folder, 9000));
+  }
+}
+
+// Matches that end within an excerpt, behind it, and far behind it.
+TEST(Processors, CompareLongMatchesAlike) {
+  Collection collection = strains(6, 12000, 6000);
+  collection.texts[0] += collection.texts[1];
+  collection.texts[4] += collection.texts[5];
+  const DataFolder folder(collection);
+  for (const Options& options :
+       {arrayOptions(folder), arrayOptions(folder, true),
+        treeOptions(folder, 500)}) {
+    EXPECT_TRUE(expectAlike(folder, options).starts_with("comparisons"));
+  }
+}
+
+// Entries that tell of more common bits than there are.
+TEST(Processors, AreMisledAlike) {
+  Collection collection = strains(6, 6000, 600);
+  for (const size_t i : {0, 4}) collection.texts[i] += collection.texts[i + 1];
+  const DataFolder folder(collection);
+  for (const uint32_t bits : {200, 201, 300, 301, 400, 401}) {
+    for (const char* name : {"x_0.stlcp", "x_4.stlcp"}) {
+      std::string entries = folder.bytes(name);
+      for (size_t at = 0; at < entries.size(); at += 4) {
+        uint32_t entry = 0;
+        entries.copy(reinterpret_cast<char*>(&entry), 4, at);
+        if (entry < 2 * 64) continue;
+        entry = 2 * bits + 1;
+        entries.replace(at, 4, reinterpret_cast<const char*>(&entry), 4);
+      }
+      folder.write(name, entries);
+    }
+    expectAlike(folder, arrayOptions(folder, true));
+  }
+}
+
+class ProcessorsWithStreams : public testing::TestWithParam<int> {};
+
+TEST_P(ProcessorsWithStreams, WriteAndCountAlike) {
+  const int streams = GetParam();
+  const DataFolder folder(strains(streams, 200 + 6000 / streams, 600));
+  Options cut = optionsFor(folder, 514);
+  cut.array = true;
+  for (const Options& options :
+       {arrayOptions(folder), arrayOptions(folder, true), cut,
+        treeOptions(folder, 500)}) {
+    EXPECT_TRUE(expectAlike(folder, options).starts_with("comparisons"));
+  }
+}
+
+// On both sides of every number that rows have room for.
+INSTANTIATE_TEST_SUITE_P(Processors, ProcessorsWithStreams,
+                         testing::Values(1, 2, 4, 5, 8, 9, 16, 17, 32, 33, 63,
+                                         64, 65, 130),
+                         testing::PrintToStringParamName());
+
+}  // namespace
