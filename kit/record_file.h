@@ -10,8 +10,7 @@
 
 namespace kit {
 
-// The bytes of a file, at any offset. Throws std::runtime_error or
-// std::system_error, which name the file.
+// The bytes of a file, at any offset. Throws FileError.
 class StoredBytes {
  public:
   // Opens a regular file whose size is a whole number of records.

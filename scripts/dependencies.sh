@@ -31,6 +31,8 @@ divsufsort.h libdivsufsort-dev
 archive.h libarchive-dev
 zlib.h zlib1g-dev
 CLI/CLI.hpp libcli11-dev
+fmt/format.h libfmt-dev
+nlohmann/json.hpp nlohmann-json3-dev
 LIST
 }
 

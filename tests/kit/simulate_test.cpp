@@ -96,7 +96,13 @@ TEST(Simulate, RefusesWrongValues) {
   EXPECT_EQ(runKit({"simulate"}).status, 1);
   const Outcome full = simulate("2 100000 1 1", {}, {.output = "/dev/full"});
   EXPECT_EQ(full.status, 1);
-  EXPECT_THAT(full.err, testing::HasSubstr("standard output"));
+  EXPECT_EQ(full.err,
+            "palvor-kit: error: can't write to standard output: No space left "
+            "on device\n");
+  const TemporaryFolder folder;
+  const std::string file = folder.write("file", "");
+  EXPECT_EQ(simulate("1 9 0 1", {"-o", file + "/x"}).err,
+            "palvor-kit: error: " + file + "/x: Not a directory\n");
 }
 
 }  // namespace
