@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <filesystem>
 #include <mutex>
 #include <stdexcept>
 #include <vector>
@@ -18,6 +17,7 @@
 #include "kit/file_error.h"
 #include "kit/json.h"
 #include "kit/progress.h"
+#include "kit/record_file.h"
 #include "kit/standard_output.h"
 #include "kit/suffix_run.h"
 #include "kit/workers.h"
@@ -76,38 +76,34 @@ void checkInputArrays(const std::vector<ArrayToCheck>& arrays,
   });
 }
 
-bool holdsSomething(const std::string& path) {
-  return std::filesystem::exists(path) && std::filesystem::file_size(path) > 0;
-}
-
 // Checks the merged array and the trees that begin with `output`; adds to
 // `found` which were there.
 void checkOutput(const std::string& output, const CheckedStrings& strings,
                  FaultLog& faults, Advance& advance, std::string& found) {
-  const bool array = std::filesystem::exists(output + ".stpsa");
-  const bool trees = holdsSomething(output + ".stdiv");
+  const bool array = isThere(output + ".stpsa");
+  const bool lcps = isThere(output + ".stlcp");
+  const bool trees = isThere(output + ".stdiv") &&
+                     StoredBytes(output + ".stdiv", 1).records() > 0;
+  if (array) found += ", the merged array";
+  if (array && lcps) found += " with its LCPs";
+  if (trees) found += ", the suffix tree partitions";
   if (!array && !trees) {
     faults.add(output, "neither a merged array (.stpsa) nor trees (.stdiv)");
   }
-  checkPart(faults, [&] { checkLeftovers(output, faults); });
-  if (array) {
-    found += ", the merged array";
-    if (std::filesystem::exists(output + ".stlcp")) found += " with its LCPs";
-    MetSuffixes met(strings);
-    advance.begin("the merged array", strings.total());
-    checkPart(faults, [&] {
-      checkArray({output, 0, strings.count(), 0}, strings, met, faults,
-                 std::ref(advance));
-    });
-  }
-  if (trees) {
-    found += ", the suffix tree partitions";
+  checkPart(faults, [&] {
+    checkLeftovers(output, faults);
+    if (!trees) return;
     MetSuffixes met(strings);
     advance.begin("the trees", strings.total());
-    checkPart(faults, [&] {
-      checkTrees(output, strings, met, faults, std::ref(advance));
-    });
-  }
+    checkTrees(output, strings, met, faults, std::ref(advance));
+  });
+  if (!array) return;
+  checkPart(faults, [&] {
+    MetSuffixes met(strings);
+    advance.begin("the merged array", strings.total());
+    checkArray({output, 0, strings.count(), 0}, strings, met, faults,
+               std::ref(advance));
+  });
 }
 
 // Checks everything; `found` becomes what there was to check, in words. Throws
@@ -131,13 +127,15 @@ void checkAll(const CheckOptions& options, FaultLog& faults,
   found += fmt::format(", {} suffix arrays", arrays.size());
 
   const std::string table = base + ".inputs.tsv";
-  if (std::filesystem::exists(table)) {
-    checkPart(faults, [&] { checkInputTable(table, arrays, strings, faults); });
-  }
+  checkPart(faults, [&] {
+    if (isThere(table)) checkInputTable(table, arrays, strings, faults);
+  });
   advance.begin("the suffix arrays", strings.total());
   checkInputArrays(arrays, strings, faults, advance, options.jobs);
-  checkOutput(fmt::format("{0}{1}.ST/{1}", options.odir, options.opfx), strings,
-              faults, advance, found);
+  checkPart(faults, [&] {
+    checkOutput(fmt::format("{0}{1}.ST/{1}", options.odir, options.opfx),
+                strings, faults, advance, found);
+  });
 }
 
 void orDefault(std::string& text, const std::string& otherwise) {
@@ -174,7 +172,7 @@ void check(CheckOptions options) {
   } catch (const FileError& error) {
     faults.note(error.file(), std::nullopt, error.reason());
     finish();
-    throw std::runtime_error("nothing can be checked without the strings");
+    throw std::runtime_error("the rest cannot be checked without that file");
   } catch (const std::exception&) {
     finish();
     throw;

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
 #include <optional>
 #include <vector>
 
@@ -23,7 +22,7 @@ void checkArray(const ArrayToCheck& array, const CheckedStrings& strings,
   const std::string lcpPath = array.path + ".stlcp";
   const RecordFile<Suffix> file(path);
   std::optional<RecordFile<LcpEntry>> lcpFile;
-  if (std::filesystem::exists(lcpPath)) lcpFile.emplace(lcpPath);
+  if (isThere(lcpPath)) lcpFile.emplace(lcpPath);
   if (lcpFile && lcpFile->size() != file.size()) {
     faults.add(lcpPath,
                fmt::format("{} entries, expected {}, as many as records",

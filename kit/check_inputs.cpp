@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include <cstdint>
-#include <filesystem>
 #include <stdexcept>
+#include <utility>
 
 #include "kit/input_table.h"
 #include "kit/record_file.h"
@@ -17,9 +17,12 @@ std::vector<ArrayToCheck> listArrays(const std::string& partsPath,
                                      const CheckedStrings& strings,
                                      FaultLog& faults) {
   std::vector<uint32_t> inputs(strings.count(), 1);  // per array
-  if (std::filesystem::exists(partsPath) &&
-      std::filesystem::file_size(partsPath) >= 4) {
-    inputs = RecordFile<uint32_t>(partsPath).read(0, UINT64_MAX);
+  std::vector<uint32_t> parts;
+  if (isThere(partsPath)) {
+    parts = RecordFile<uint32_t>(partsPath).read(0, UINT64_MAX);
+  }
+  if (!parts.empty()) {
+    inputs = std::move(parts);
     if (strings.count() < strings.countInFolder()) {
       throw std::runtime_error(
           fmt::format("palvor merges all inputs, whatever -N says, if there is "

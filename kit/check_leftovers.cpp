@@ -93,7 +93,7 @@ void checkLeftovers(const std::string& path, FaultLog& faults) {
   const std::string dividersPath = path + ".stdiv";
   const std::string arrayPath = path + ".stpsa";
   uint64_t listed = 0;
-  if (fs::exists(dividersPath)) {
+  if (isThere(dividersPath)) {
     listed = RecordFile<DividerRecord>(dividersPath).size();
     if (listed == 0 && emptiedSince(dividersPath, arrayPath)) {
       faults.add(dividersPath,

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "kit/file_error.h"
+#include "kit/record_file.h"
 
 namespace kit {
 
@@ -41,9 +42,7 @@ GenomeNames::GenomeNames(const std::string& dataFolder,
     if (fs::path(folder).extension() != ".ST") return;
   }
   const std::string path = folderBase(folder) + ".inputs.tsv";
-  std::error_code failure;
-  if (!fs::exists(path, failure) && !failure) return;
-  inputs_ = readInputTable(path);
+  if (isThere(path)) inputs_ = readInputTable(path);
 }
 
 const InputOrigin* GenomeNames::find(uint64_t input) const {

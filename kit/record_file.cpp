@@ -18,6 +18,13 @@ namespace {
 
 }  // namespace
 
+bool isThere(const std::string& path) {
+  struct stat status = {};
+  if (::stat(path.c_str(), &status) == 0) return true;
+  if (errno == ENOENT || errno == ENOTDIR) return false;
+  failOn(path);
+}
+
 StoredBytes::StoredBytes(const std::string& path, size_t recordSize)
     : path_(path), recordSize_(recordSize) {
   // To open a pipe must not wait for its writer: it is refused below.

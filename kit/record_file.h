@@ -10,6 +10,10 @@
 
 namespace kit {
 
+// Whether there is a file, of whatever kind, at a path. Throws FileError if the
+// system does not say.
+bool isThere(const std::string& path);
+
 // The bytes of a file, at any offset. Throws FileError.
 class StoredBytes {
  public:

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <vector>
@@ -126,8 +125,7 @@ class Drawing {
     if (!number) return "tree";
     const std::string base = path_.substr(0, path_.rfind('_'));
     const std::string dividers = base + ".stdiv";
-    if (!std::filesystem::exists(dividers))
-      return fmt::format("tree {}", *number);
+    if (!isThere(dividers)) return fmt::format("tree {}", *number);
     const uint64_t trees = RecordFile<DividerRecord>(dividers).size();
     if (*number >= trees) return fmt::format("tree {}", *number);
     return fmt::format("tree {} of {} (numbered from 0)", *number, trees);

@@ -51,6 +51,7 @@ const std::vector<Scenario> kScenarios = {
      with(kMergeArray, {"-U", "-Z", "-f"}),
      kCheck},
     {"MergeTrees", {kPrepare}, kMergeTrees, kCheck},
+    {"MergeTreesBesideAnArray", {kPrepare, kMergeArray}, kMergeTrees, kCheck},
     {"MergeTreesInOrder",
      {kPrepare},
      with(kMergeTrees, {"-R", "-C", "-Z", "-M", "80", "-f"}),
