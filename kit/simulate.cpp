@@ -4,14 +4,12 @@
 
 #include <cmath>
 #include <cstdint>
-#include <filesystem>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <system_error>
 
-#include "kit/file_error.h"
+#include "kit/folders.h"
 #include "kit/output_file.h"
 #include "kit/standard_output.h"
 
@@ -87,12 +85,6 @@ std::string asFasta(const std::string& name, const std::string& genome) {
   return text;
 }
 
-void createFolder(const std::string& path) {
-  std::error_code failure;
-  std::filesystem::create_directories(path, failure);
-  if (failure) throw FileError(path, failure.message());
-}
-
 }  // namespace
 
 void simulate(const SimulateOptions& options) {
@@ -103,7 +95,7 @@ void simulate(const SimulateOptions& options) {
   const bool independent = options.divergence >= 1;
   std::string ancestor;
   if (!independent) ancestor = randomGenome(random, options.length);
-  if (!options.directory.empty()) createFolder(options.directory);
+  if (!options.directory.empty()) createFolders(options.directory);
   for (int i = 0; i < options.genomes; i++) {
     const std::string name = fmt::format("genome_{}", i);
     const std::string text = asFasta(
