@@ -73,7 +73,7 @@ DataFolder::DataFolder(const std::string& directory, const std::string& prefix)
         fmt::format("not a prefix for files: '{}'", prefix));
   }
   if (directory_.empty()) directory_ = ".";
-  if (directory_.front() == '-') directory_ = "./" + directory_;
+  if (directory_.front() == '-') directory_.insert(0, "./");
   if (directory_.back() != '/') directory_ += '/';
   folder_ = directory_ + prefix_ + ".ST/";
   path(".stblengths");  // tests the length

@@ -9,11 +9,30 @@
 namespace kit {
 namespace {
 
-void appendTo(std::string& line, const Cell& cell) {
+void appendEscaped(std::string& line, const std::string& text) {
+  if (text.find_first_of("\t\n\\") == std::string::npos) {
+    line += text;
+    return;
+  }
+  for (const char c : text) {
+    if (c == '\t') {
+      line += "\\t";
+    } else if (c == '\n') {
+      line += "\\n";
+    } else if (c == '\\') {
+      line += "\\\\";
+    } else {
+      line += c;
+    }
+  }
+}
+
+void append(std::string& line, const Cell& cell) {
   if (const auto* number = std::get_if<uint64_t>(&cell)) {
-    line += fmt::format_int(*number).c_str();
+    const fmt::format_int digits(*number);
+    line.append(digits.data(), digits.size());
   } else if (const auto* text = std::get_if<std::string>(&cell)) {
-    line += escaped(*text);
+    appendEscaped(line, *text);
   }
 }
 
@@ -28,19 +47,8 @@ void set(Json& object, const std::string& column, const Cell& cell) {
 }  // namespace
 
 std::string escaped(const std::string& text) {
-  if (text.find_first_of("\t\n\\") == std::string::npos) return text;
   std::string result;
-  for (const char c : text) {
-    if (c == '\t') {
-      result += "\\t";
-    } else if (c == '\n') {
-      result += "\\n";
-    } else if (c == '\\') {
-      result += "\\\\";
-    } else {
-      result += c;
-    }
-  }
+  appendEscaped(result, text);
   return result;
 }
 
@@ -49,21 +57,22 @@ TablePrinter::TablePrinter(std::vector<std::string> columns, bool json)
   if (!json_) row(std::vector<Cell>(columns_.begin(), columns_.end()));
 }
 
-void TablePrinter::row(const std::vector<Cell>& cells) const {
+void TablePrinter::row(const std::vector<Cell>& cells) {
   if (json_) {
     Json object = Json::object();
-    for (size_t i = 0; i < cells.size(); i++)
+    for (size_t i = 0; i < cells.size(); i++) {
       set(object, columns_[i], cells[i]);
+    }
     writeOutput(jsonLine(object));
     return;
   }
-  std::string line;
+  line_.clear();
   for (size_t i = 0; i < cells.size(); i++) {
-    if (i > 0) line += '\t';
-    appendTo(line, cells[i]);
+    if (i > 0) line_ += '\t';
+    append(line_, cells[i]);
   }
-  line += '\n';
-  writeOutput(line);
+  line_ += '\n';
+  writeOutput(line_);
 }
 
 }  // namespace kit

@@ -26,11 +26,12 @@ class TablePrinter {
   TablePrinter(std::vector<std::string> columns, bool json);
 
   // One cell for each column. An empty one is an empty field, or no member.
-  void row(const std::vector<Cell>& cells) const;
+  void row(const std::vector<Cell>& cells);
 
  private:
   std::vector<std::string> columns_;
   bool json_;
+  std::string line_;  // the last one, its memory to be used again
 };
 
 }  // namespace kit

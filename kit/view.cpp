@@ -22,12 +22,11 @@ constexpr uint64_t kBlock = 1 << 16;  // records read at once
 
 using Cells = std::vector<Cell>;
 
-// The 16 characters that a packed word holds.
-std::string charactersOf(uint32_t word) {
-  std::string text;
-  for (int shift = 30; shift >= 0; shift -= 2) {
-    text += "ACGT"[(word >> shift) & 3];
-  }
+// The 16 or 32 characters that a word of 32 or 64 bits holds.
+template <typename Word>
+std::string charactersOf(Word word) {
+  std::string text(4 * sizeof(Word), 'A');
+  for (size_t i = text.size(); i-- > 0; word >>= 2) text[i] = "ACGT"[word & 3];
   return text;
 }
 
@@ -48,7 +47,7 @@ class FileView {
       const uint64_t input = inputNumber(suffix);
       Cells cells = {
           index, input, uint64_t{suffixFlags(suffix)}, uint64_t{suffix.pos},
-          charactersOf(suffix.prefix0) + charactersOf(suffix.prefix1)};
+          charactersOf(uint64_t{suffix.prefix0} << 32 | suffix.prefix1)};
       addPlace(cells, origin + input, suffix.pos);
       return cells;
     });
@@ -124,7 +123,7 @@ class FileView {
   void inputTable() const {
     const std::vector<InputOrigin> inputs = readInputTable(path_);
     const uint64_t end = sliceEnd(inputs.size());
-    const TablePrinter printer = table(
+    TablePrinter printer = table(
         {"input", "array", "genome", "sequence", "offset", "length", "strand"});
     for (uint64_t i = options_.from; i < end; i++) {
       const InputOrigin& input = inputs[i];
@@ -160,7 +159,7 @@ class FileView {
     return {std::move(columns), options_.json};
   }
 
-  void print(const TablePrinter& printer, Cells cells) const {
+  void print(TablePrinter& printer, Cells cells) const {
     if (severalFiles() && options_.json) cells.insert(cells.begin(), path_);
     printer.row(cells);
   }
@@ -171,7 +170,7 @@ class FileView {
   void printRecords(std::vector<std::string> columns, ToCells toCells) const {
     const RecordFile<Record> file(path_);
     const uint64_t end = sliceEnd(file.size());
-    const TablePrinter printer = table(std::move(columns));
+    TablePrinter printer = table(std::move(columns));
     for (uint64_t next = options_.from; next < end;) {
       for (const Record& record :
            file.read(next, std::min(end - next, kBlock))) {
