@@ -189,17 +189,24 @@ class FileView {
   void addName(Cells& cells, uint64_t input) const {
     if (!names_.known()) return;
     const InputOrigin* origin = names_.find(input);
-    cells.emplace_back(origin == nullptr ? Cell() : Cell(origin->file));
-    cells.emplace_back(origin == nullptr ? Cell() : Cell(origin->sequence));
+    if (origin == nullptr) {
+      cells.resize(cells.size() + 2);
+      return;
+    }
+    cells.emplace_back(origin->file);
+    cells.emplace_back(origin->sequence);
   }
 
   void addPlace(Cells& cells, uint64_t input, uint64_t pos) const {
     if (!names_.known()) return;
     addName(cells, input);
     const InputOrigin* origin = names_.find(input);
-    const bool there = origin != nullptr && pos < origin->length;
-    cells.emplace_back(there ? Cell(origin->placeOf(pos)) : Cell());
-    cells.emplace_back(there ? Cell(origin->reverse ? "-" : "+") : Cell());
+    if (origin == nullptr || pos >= origin->length) {
+      cells.resize(cells.size() + 2);
+      return;
+    }
+    cells.emplace_back(origin->placeOf(pos));
+    cells.emplace_back(std::string(1, origin->reverse ? '-' : '+'));
   }
 
   const std::string& path_;
