@@ -3,18 +3,15 @@
 #include <cstdio>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "kit/commands.h"
 #include "kit/data_folder.h"
-#include "kit/folder_writer.h"
-#include "kit/progress.h"
+#include "kit/preparation.h"
 #include "kit/psa_source.h"
 #include "kit/table_printer.h"
-#include "kit/workers.h"
 
 namespace kit {
 namespace {
@@ -31,59 +28,6 @@ struct PrepareOptions {
   bool zeroOrigin = false;
   bool force = false;
   int jobs = 1;
-};
-
-// Workers take the suffix arrays in turn. Reading is done by one at a time, in
-// order, so that all numbers come out the same for any number of workers;
-// sorting and writing go on side by side.
-class Preparation {
- public:
-  Preparation(const PrepareOptions& options, const DataFolder& folder)
-      : options_(options),
-        folder_(folder),
-        source_(options.files, options.ambiguous,
-                options.psaPer == PsaPer::kRecord),
-        index_(folder) {}
-
-  void run() {
-    runWorkers(options_.jobs, [this] {
-      PsaText psa;
-      if (!take(psa)) return false;
-      writePsa(folder_, psa, options_.withLcp, options_.zeroOrigin);
-      return true;
-    });
-    if (summary().inputs == 0) {
-      throw std::runtime_error("no A, C, G or T in any of the files");
-    }
-    index_.commit();
-  }
-
-  const ReadingSummary& summary() const { return source_.summary(); }
-
- private:
-  // The next suffix array to prepare; false if there is none.
-  bool take(PsaText& psa) {
-    const std::lock_guard lock(mutex_);
-    progress_.show("palvor-kit: preparing, " +
-                   std::to_string(source_.filesRead()) + " of " +
-                   std::to_string(options_.files.size()) + " files read");
-    // A source that threw has nothing more to give: another worker may be
-    // waiting for it.
-    if (ended_) return false;
-    ended_ = true;
-    if (!source_.next(psa)) return false;
-    index_.add(psa);
-    ended_ = false;
-    return true;
-  }
-
-  const PrepareOptions& options_;
-  const DataFolder& folder_;
-  std::mutex mutex_;  // guards all below
-  PsaSource source_;
-  FolderIndex index_;
-  bool ended_ = false;  // no more to be read, by the end or by a failure
-  Progress progress_;
 };
 
 void report(const ReadingSummary& summary, const PrepareOptions& options) {
@@ -129,9 +73,15 @@ std::string quoted(const std::string& word) {
 void prepare(const PrepareOptions& options) {
   const DataFolder folder(options.directory, options.prefix);
   folder.create(options.force);
+  const PreparationPlan plan = {
+      .files = options.files,
+      .psaPerRecord = options.psaPer == PsaPer::kRecord,
+      .ambiguous = options.ambiguous,
+      .format = {options.withLcp, options.zeroOrigin},
+      .jobs = options.jobs};
   ReadingSummary summary;
   {
-    Preparation preparation(options, folder);
+    Preparation preparation(plan, folder);
     preparation.run();
     summary = preparation.summary();
   }  // takes the progress line away
@@ -191,9 +141,7 @@ void addPrepare(CLI::App& app) {
   command->add_flag("--zero-origin", options->zeroOrigin,
                     "number the inputs from zero inside each suffix array, for "
                     "palvor's -z");
-  command
-      ->add_option("-j,--jobs", options->jobs,
-                   "suffix arrays to prepare at once")
+  command->add_option("-j,--jobs", options->jobs, "threads that share the work")
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
   command->add_flag("--force", options->force,

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "kit/packer.h"
+
 namespace kit {
 namespace {
 
@@ -10,8 +12,8 @@ namespace {
 constexpr size_t kLongestInput = 1'073'741'823;  // characters
 constexpr uint64_t kMostInputs = 1'073'741'823;
 
-// The sorter counts in signed 32-bit integers.
-constexpr size_t kLongestText = 2'147'483'646;  // bytes
+// Positions of a text are 32-bit numbers.
+constexpr size_t kMostWords = (size_t{1} << 28) - 1;
 
 }  // namespace
 
@@ -50,15 +52,13 @@ bool PsaSource::finish(PsaText& psa) {
     throw std::runtime_error(psa.file + ": more inputs than " +
                              std::to_string(kMostInputs));
   }
-  for (const InputString& input : psa.inputs) {
-    summary_.characters += input.length;
-  }
+  for (const InputString& input : psa.inputs) psa.characters += input.length;
+  summary_.characters += psa.characters;
   fileGaveInput_ = true;
   return true;
 }
 
 void PsaSource::readRecord(PsaText& psa) {
-  const size_t textBefore = psa.text.size();
   const size_t inputsBefore = psa.inputs.size();
   uint64_t offset = 0;
   bool skip = false;
@@ -88,8 +88,7 @@ void PsaSource::readRecord(PsaText& psa) {
   }
   endInput(psa);
   if (skip) {
-    psa.text.resize(textBefore);
-    psa.inputs.resize(inputsBefore);
+    dropInputs(psa, inputsBefore);
     summary_.skippedRecords++;
   } else if (psa.inputs.size() == inputsBefore) {
     summary_.emptyRecords++;
@@ -101,28 +100,35 @@ void PsaSource::readRecord(PsaText& psa) {
 void PsaSource::addCharacters(PsaText& psa, std::string_view run,
                               uint64_t offset) {
   if (!inputOpen_) {
-    psa.inputs.push_back({psa.text.size(), 0, reader_->name(), offset});
+    psa.inputs.push_back(
+        {kCharactersPerWord * psa.words.size(), 0, reader_->name(), offset});
     inputOpen_ = true;
   }
-  psa.text.append(run);
   InputString& input = psa.inputs.back();
+  appendPacked(psa.words, input.length, run);
   input.length += run.size();
   if (input.length > kLongestInput) {
     throw std::runtime_error(reader_->located("an input of more than " +
                                               std::to_string(kLongestInput) +
                                               " characters"));
   }
-  if (psa.text.size() >= kLongestText) {
+  if (psa.words.size() + kGapWords > kMostWords) {
     throw std::runtime_error(
-        reader_->located("more than " + std::to_string(kLongestText) +
-                         " characters for one suffix array" +
+        reader_->located("more than " + std::to_string(kMostWords) +
+                         " packed words for one suffix array" +
                          (perRecord_ ? "" : " (see --psa-per record)")));
   }
 }
 
 void PsaSource::endInput(PsaText& psa) {
-  if (inputOpen_) psa.text += kSeparator;
+  if (inputOpen_) psa.words.resize(psa.words.size() + kGapWords);
   inputOpen_ = false;
+}
+
+void PsaSource::dropInputs(PsaText& psa, size_t from) {
+  if (from == psa.inputs.size()) return;
+  psa.words.resize(psa.inputs[from].begin / kCharactersPerWord);
+  psa.inputs.resize(from);
 }
 
 }  // namespace kit

@@ -51,6 +51,7 @@ class PsaSource {
   void readRecord(PsaText& psa);
   void addCharacters(PsaText& psa, std::string_view run, uint64_t offset);
   void endInput(PsaText& psa);
+  void dropInputs(PsaText& psa, size_t from);
   bool finish(PsaText& psa);
 
   std::vector<std::string> files_;

@@ -28,6 +28,7 @@ gtest/gtest.h libgtest-dev
 gmock/gmock.h libgmock-dev
 benchmark/benchmark.h libbenchmark-dev
 divsufsort.h libdivsufsort-dev
+hwy/contrib/sort/vqsort.h libhwy-dev
 archive.h libarchive-dev
 zlib.h zlib1g-dev
 CLI/CLI.hpp libcli11-dev

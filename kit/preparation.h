@@ -1,0 +1,87 @@
+// From sequence files to a data folder, by several threads.
+
+#ifndef PALVOR_KIT_PREPARATION_H_
+#define PALVOR_KIT_PREPARATION_H_
+
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "kit/array_maker.h"
+#include "kit/data_folder.h"
+#include "kit/folder_writer.h"
+#include "kit/huge_buffer.h"
+#include "kit/progress.h"
+#include "kit/psa_source.h"
+
+namespace kit {
+
+struct PreparationPlan {
+  std::vector<std::string> files;
+  bool psaPerRecord = false;
+  Ambiguous ambiguous = Ambiguous::kSplit;
+  ArrayFormat format;
+  int jobs = 1;  // threads, 1 or more
+};
+
+// Reading is done by one thread at a time, in order, so that all numbers come
+// out the same for any number of threads; it goes on while others sort. The
+// work on an array is shared out among all that are free.
+class Preparation {
+ public:
+  // Both must outlive the preparation.
+  Preparation(const PreparationPlan& plan, const DataFolder& folder);
+
+  // Writes all files of the folder. Throws std::exception, and then leaves no
+  // lengths file.
+  void run();
+
+  const ReadingSummary& summary() const { return source_.summary(); }
+
+ private:
+  struct Array {
+    template <typename... Arguments>
+    explicit Array(Arguments&&... arguments)
+        : maker(std::forward<Arguments>(arguments)...) {}
+
+    ArrayMaker maker;
+    size_t tasks = 0;  // of its stage
+    size_t taken = 0;  // of these
+    size_t ended = 0;
+  };
+
+  bool turn(SortBuffers& buffers);
+  bool mayBegin() const;
+  Array* arrayWithTasks();
+  void readNext(std::unique_lock<std::mutex>& lock);
+  void begin(std::unique_lock<std::mutex>& lock);
+  void runTask(std::unique_lock<std::mutex>& lock, Array& array,
+               SortBuffers& buffers);
+  void enterStage(std::unique_lock<std::mutex>& lock, Array& array);
+
+  const PreparationPlan& plan_;
+  const DataFolder& folder_;
+
+  std::mutex mutex_;  // guards all below, but what one thread does for all
+  std::condition_variable changed_;
+  PsaSource source_;
+  FolderIndex index_;
+  Progress progress_;
+  bool reading_ = false;       // a thread reads the next text
+  bool ended_ = false;         // all is read
+  bool failed_ = false;        // a thread threw: all others are to end
+  std::deque<PsaText> texts_;  // read, and waiting
+  std::vector<std::unique_ptr<Array>> arrays_;  // in work, in order
+  size_t charactersInWork_ = 0;
+  std::vector<HugeBuffer<uint32_t>> spare_;  // for positions
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_PREPARATION_H_
