@@ -18,7 +18,7 @@ namespace {
 // Every file's text, one after the other.
 kit::PsaText readAll(int argc, char** argv) {
   std::vector<std::string> files(argv + 2, argv + argc);
-  kit::PsaSource source(files, kit::Ambiguous::kSplit, false);
+  kit::PsaSource source(files, {});
   kit::PsaText all, psa;
   while (source.next(psa)) {
     for (kit::InputString& input : psa.inputs) {

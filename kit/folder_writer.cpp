@@ -51,11 +51,11 @@ FolderIndex::FolderIndex(const DataFolder& folder)
 
 void FolderIndex::add(const PsaText& psa) {
   for (const InputString& input : psa.inputs) {
-    const std::string line = std::to_string(inputs_++) + '\t' +
-                             std::to_string(psa.number) + '\t' +
-                             escaped(psa.file) + '\t' + escaped(input.record) +
-                             '\t' + std::to_string(input.offset) + '\t' +
-                             std::to_string(input.length) + '\n';
+    const std::string line =
+        std::to_string(inputs_++) + '\t' + std::to_string(psa.number) + '\t' +
+        escaped(psa.file) + '\t' + escaped(input.record) + '\t' +
+        std::to_string(input.offset) + '\t' + std::to_string(input.length) +
+        '\t' + (input.reverse ? '-' : '+') + '\n';
     table_.write(line.data(), line.size());
     lengths_.push_back(static_cast<uint32_t>(input.length));
   }

@@ -22,6 +22,14 @@ uint32_t packEight(const char* characters) {
   return static_cast<uint32_t>(codes | codes >> 24) & 0xFFFFu;
 }
 
+// The sixteen characters of a word, the last one first, each replaced by the
+// one that it pairs with.
+uint32_t reverseComplement(uint32_t word) {
+  word = (word >> 2 & 0x33333333u) | (word & 0x33333333u) << 2;
+  word = (word >> 4 & 0x0F0F0F0Fu) | (word & 0x0F0F0F0Fu) << 4;
+  return ~__builtin_bswap32(word);
+}
+
 // Up to sixteen characters in the top bits of a word.
 uint32_t packSome(std::string_view characters) {
   uint32_t word = 0;
@@ -55,6 +63,22 @@ void appendPacked(std::vector<uint32_t>& words, size_t length,
     characters.remove_prefix(kCharactersPerWord);
   }
   if (!characters.empty()) *word = packSome(characters);
+}
+
+void appendReverseComplement(std::vector<uint32_t>& words, size_t first,
+                             size_t length) {
+  const size_t count = (length + kCharactersPerWord - 1) / kCharactersPerWord;
+  // The zeros that fill up the last word come to the front, and are left out.
+  const size_t filling = 2 * (kCharactersPerWord * count - length);
+  const size_t begin = words.size();
+  words.resize(begin + count);
+  uint32_t next = reverseComplement(words[first + count - 1]);
+  for (size_t i = 0; i < count; i++) {
+    const uint32_t word = next;
+    next = i + 1 < count ? reverseComplement(words[first + count - 2 - i]) : 0;
+    const uint64_t both = static_cast<uint64_t>(word) << 32 | next;
+    words[begin + i] = static_cast<uint32_t>(both << filling >> 32);
+  }
 }
 
 }  // namespace kit

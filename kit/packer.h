@@ -16,6 +16,11 @@ namespace kit {
 void appendPacked(std::vector<uint32_t>& words, size_t length,
                   std::string_view characters);
 
+// Appends the reverse complement of the packed string of `length` characters (1
+// or more) that begins with word `first` of the same words.
+void appendReverseComplement(std::vector<uint32_t>& words, size_t first,
+                             size_t length);
+
 }  // namespace kit
 
 #endif  // PALVOR_KIT_PACKER_H_

@@ -18,7 +18,7 @@ constexpr size_t kCharactersPerThread = size_t{1} << 20;
 Preparation::Preparation(const PreparationPlan& plan, const DataFolder& folder)
     : plan_(plan),
       folder_(folder),
-      source_(plan.files, plan.ambiguous, plan.psaPerRecord),
+      source_(plan.files, plan.rules),
       index_(folder) {}
 
 void Preparation::run() {

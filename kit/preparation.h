@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -24,10 +25,11 @@ namespace kit {
 
 struct PreparationPlan {
   std::vector<std::string> files;
-  bool psaPerRecord = false;
-  Ambiguous ambiguous = Ambiguous::kSplit;
+  ReadingRules rules;
   ArrayFormat format;
-  int jobs = 1;  // threads, 1 or more
+  int jobs = 1;                                        // threads, 1 or more
+  size_t memory = std::numeric_limits<size_t>::max();  // bytes to do with, as
+                                                       // far as that can be
 };
 
 // Reading is done by one thread at a time, in order, so that all numbers come

@@ -17,12 +17,14 @@ namespace kit {
 namespace {
 
 enum class PsaPer { kFile, kRecord };
+enum class Strands { kForward, kBoth };
 
 struct PrepareOptions {
   std::string directory;
   std::string prefix;
   std::vector<std::string> files;
   PsaPer psaPer = PsaPer::kFile;
+  Strands strands = Strands::kForward;
   Ambiguous ambiguous = Ambiguous::kSplit;
   bool withLcp = false;
   bool zeroOrigin = false;
@@ -30,11 +32,23 @@ struct PrepareOptions {
   int jobs = 1;
 };
 
+// ": 12 N, 3 R"
+std::string listed(const LetterCounts& letters) {
+  std::string list;
+  for (size_t letter = 0; letter < letters.size(); letter++) {
+    if (letters[letter] == 0) continue;
+    list += list.empty() ? ": " : ", ";
+    list += std::to_string(letters[letter]) + ' ';
+    list += static_cast<char>(letter);
+  }
+  return list;
+}
+
 void report(const ReadingSummary& summary, const PrepareOptions& options) {
-  const auto say = [](uint64_t count, const char* what) {
+  const auto say = [](uint64_t count, const std::string& what) {
     if (count > 0) {
       std::fprintf(stderr, "palvor-kit: %llu %s\n",
-                   static_cast<unsigned long long>(count), what);
+                   static_cast<unsigned long long>(count), what.c_str());
     }
   };
   std::fprintf(stderr,
@@ -44,7 +58,8 @@ void report(const ReadingSummary& summary, const PrepareOptions& options) {
                static_cast<unsigned long long>(summary.records),
                static_cast<unsigned long long>(summary.inputs),
                static_cast<unsigned long long>(summary.characters));
-  say(summary.ambiguous, "ambiguous characters (not A, C, G or T) found");
+  say(summary.ambiguous, "ambiguous characters (not A, C, G or T) found" +
+                             listed(summary.letters));
   say(summary.splits, "inputs begun anew after ambiguous characters");
   say(summary.skippedRecords, "records with ambiguous characters left out");
   say(summary.emptyRecords, "records without any A, C, G or T left out");
@@ -75,8 +90,9 @@ void prepare(const PrepareOptions& options) {
   folder.create(options.force);
   const PreparationPlan plan = {
       .files = options.files,
-      .psaPerRecord = options.psaPer == PsaPer::kRecord,
-      .ambiguous = options.ambiguous,
+      .rules = {.ambiguous = options.ambiguous,
+                .psaPerRecord = options.psaPer == PsaPer::kRecord,
+                .bothStrands = options.strands == Strands::kBoth},
       .format = {options.withLcp, options.zeroOrigin},
       .jobs = options.jobs};
   ReadingSummary summary;
@@ -124,6 +140,16 @@ void addPrepare(CLI::App& app) {
                       .description(""))
       ->type_name("file|record")
       ->default_str("file");
+  command
+      ->add_option("--strands", options->strands,
+                   "the inputs as they stand, or each followed by its reverse "
+                   "complement as an input of its own")
+      ->transform(CLI::CheckedTransformer(std::map<std::string, Strands>{
+                                              {"forward", Strands::kForward},
+                                              {"both", Strands::kBoth}})
+                      .description(""))
+      ->type_name("forward|both")
+      ->default_str("forward");
   command
       ->add_option("--ambiguous", options->ambiguous,
                    "at characters other than A, C, G and T: split the input "

@@ -27,10 +27,11 @@ inline unsigned codeOf(char character) {
 }
 
 struct InputString {
-  size_t begin;        // position of its first character
-  size_t length;       // in characters, at least 1
-  std::string record;  // name of the record that it is, or is a piece of
-  uint64_t offset;     // of its first character in the record, from 0
+  size_t begin;          // position of its first character
+  size_t length;         // in characters, at least 1
+  std::string record;    // name of the record that it is, or is a piece of
+  uint64_t offset;       // in the record, from 0, of the piece that it is
+  bool reverse = false;  // it is the piece's reverse complement
 };
 
 struct PsaText {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -49,9 +50,9 @@ TEST_F(Prepare, WritesTheseBytes) {
       {"x.stlengths", bytesOf({5, 2, 1})},
       {"x.stblengths", bytesOf({10, 4, 2})},
       {"x.stplengths", bytesOf({1, 2})},
-      {"x.inputs.tsv", "0\t0\t" + root + "a.fa\tx\t0\t5\n" +  //
-                           "1\t1\t" + root + "b\\t\\\\.fa\ty\t0\t2\n" +
-                           "2\t1\t" + root + "b\\t\\\\.fa\ty\t3\t1\n"},
+      {"x.inputs.tsv", "0\t0\t" + root + "a.fa\tx\t0\t5\t+\n" +  //
+                           "1\t1\t" + root + "b\\t\\\\.fa\ty\t0\t2\t+\n" +
+                           "2\t1\t" + root + "b\\t\\\\.fa\ty\t3\t1\t+\n"},
       {"x_0.stbin", bytesOf({0x8F400000, 0})},
       {"x_1.stbin", bytesOf({0x10000000, 0})},
       {"x_2.stbin", bytesOf({0, 0})},
@@ -96,7 +97,9 @@ TEST_F(Prepare, MakesInputsOfRecords) {
            Row{"--ambiguous split",
                " 0:one@2+3 0:one@6+3 0:two@0+2 1:x@0+4 1:y@1+1",
                true,
-               {"4 files, 6 records, 5 inputs, 13 characters", "11 ambiguous",
+               {"4 files, 6 records, 5 inputs, 13 characters",
+                "11 ambiguous characters (not A, C, G or T) found: 1 -, 8 N, "
+                "2 R",
                 "1 inputs begun anew", "2 records wi", "2 files gave no"}},
            Row{"--ambiguous skip-record",
                " 0:two@0+2 1:x@0+4",
@@ -118,6 +121,7 @@ TEST_F(Prepare, MakesInputsOfRecords) {
       const auto field = wordsOf(line);
       inputs +=
           " " + field[1] + ":" + field[3] + "@" + field[4] + "+" + field[5];
+      EXPECT_EQ(field.at(6), "+");
     }
     EXPECT_EQ(inputs, row.inputs);
     EXPECT_EQ(files().count("x.stplengths"), row.partitions);
@@ -125,9 +129,56 @@ TEST_F(Prepare, MakesInputsOfRecords) {
   EXPECT_EQ(files()["x_1.stbin"], bytesOf({0xFC000000, 0}));  // TTT
 }
 
+// Each input by its own reverse complement, in the array of its file; lengths
+// around those of whole words.
+TEST_F(Prepare, AddsTheOtherStrand) {
+  const std::string text = "GATTACACCTGAGTTTACGCATCGGGACTAAACCGTTTGACA";
+  const auto pairOf = [](char c) {
+    return c == 'A' ? 'T' : c == 'C' ? 'G' : c == 'G' ? 'C' : 'A';
+  };
+  std::string fasta, plain;
+  for (const size_t length : {1u, 2u, 15u, 16u, 17u, 31u, 32u, 33u, 42u}) {
+    const std::string input = text.substr(0, length);
+    std::string other(input.rbegin(), input.rend());
+    std::transform(other.begin(), other.end(), other.begin(), pairOf);
+    fasta.append(">").append(std::to_string(length)).append("\n");
+    fasta.append(input).append("\n");
+    plain.append(">x\n").append(input).append("\n>y\n");
+    plain.append(other).append("\n");
+  }
+  fasta += ">split\nACCNNGT\n";
+  plain += ">p\nACC\n>p\nGGT\n>p\nGT\n>p\nAC\n";
+  const Outcome outcome =
+      prepare({folder_.write("a", fasta)}, "--lcp --strands both");
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_THAT(outcome.err, HasSubstr("palvor-kit: 1 inputs begun anew"));
+  Files both = files();
+  const std::string table = both["x.inputs.tsv"];
+  const std::string root = folder_.path("");
+  EXPECT_THAT(table, HasSubstr("17\t0\t" + root + "a\t42\t0\t42\t-\n18\t0\t" +
+                               root + "a\tsplit\t0\t3\t+\n19\t0\t" + root +
+                               "a\tsplit\t0\t3\t-\n20\t0\t" + root +
+                               "a\tsplit\t5\t2\t+\n"));
+  ASSERT_EQ(prepare({folder_.write("b", plain)}, "--lcp --force").status, 0);
+  Files want = files();
+  for (const char* name : {"x.inputs.tsv", "x.manifest.tsv"}) {
+    both.erase(name);
+    want.erase(name);
+  }
+  EXPECT_EQ(both, want);
+
+  // A record that is left out takes its other strand with it.
+  ASSERT_EQ(prepare({folder_.write("c", ">x\nAC\nN\n>y\nGGC\n")},
+                    "--force --strands both --ambiguous skip-record")
+                .status,
+            0);
+  EXPECT_EQ(files()["x.stlengths"], bytesOf({3, 3}));
+  EXPECT_EQ(files()["x_1.stbin"], bytesOf({0x94000000, 0}));  // GCC
+}
+
 TEST_F(Prepare, ReadsStandardInput) {
   EXPECT_EQ(prepare({"-"}, "", {.input = ">x\nACGT\n"}).status, 0);
-  EXPECT_EQ(files()["x.inputs.tsv"], "0\t0\t-\tx\t0\t4\n");
+  EXPECT_EQ(files()["x.inputs.tsv"], "0\t0\t-\tx\t0\t4\t+\n");
 }
 
 TEST_F(Prepare, WritesTheSameForAnyNumberOfJobs) {
