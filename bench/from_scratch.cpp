@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <exception>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -39,7 +38,7 @@ int main(int argc, char** argv) {
     const kit::DataFolder folder(argv[1], "x");
     folder.create(true);
     kit::ArrayMaker maker(folder, readAll(argc, argv), {.withLcp = true}, {},
-                          std::numeric_limits<size_t>::max(), 1);
+                          {}, 1);
     kit::SortBuffers buffers;
     for (size_t tasks; (tasks = maker.beginStage()) > 0;) {
       for (size_t task = 0; task < tasks; task++) maker.run(task, buffers);

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <bit>
+#include <stdexcept>
+#include <string>
 
+#include "kit/needs.h"
 #include "kit/suffix_sorter.h"
 
 namespace kit {
@@ -28,15 +31,15 @@ size_t chunksOf(const PsaText& psa, size_t threads) {
 
 ArrayMaker::ArrayMaker(const DataFolder& folder, PsaText psa,
                        const ArrayFormat& format,
-                       HugeBuffer<uint32_t> positions, size_t most,
-                       size_t threads)
+                       HugeBuffer<uint32_t> positions,
+                       const MemoryLimits& limits, size_t threads)
     : psa_(std::move(psa)),
       finder_(psa_),
       buckets_(psa_, finder_, chunksOf(psa_, threads)),
       budget_(psa_.characters),
       writer_(folder, psa_, finder_, format),
       positions_(std::move(positions)),
-      most_(most) {}
+      limits_(limits) {}
 
 size_t ArrayMaker::beginStage() {
   switch (stage_) {
@@ -47,17 +50,14 @@ size_t ArrayMaker::beginStage() {
       buckets_.sumUp();
       if (psa_.characters >= kSomeLength &&
           buckets_.largest() > psa_.characters / kLargestShare) {
-        stage_ = Stage::kWhole;
-        return 1;
+        return beginWhole();
       }
       return beginSpread(0);
     case Stage::kSpread:
       return beginSort();
     case Stage::kSort:
       if (repetitive_) {
-        positions_.release();
-        stage_ = Stage::kWhole;
-        return 1;
+        return beginWhole();
       }
       if (held_.second < buckets_.buckets()) return beginSpread(held_.second);
       break;
@@ -74,7 +74,8 @@ size_t ArrayMaker::beginSpread(size_t firstBucket) {
   stage_ = Stage::kSpread;
   const size_t start = buckets_.start(firstBucket);
   size_t end = firstBucket + 1;
-  while (end < buckets_.buckets() && buckets_.start(end + 1) - start <= most_) {
+  while (end < buckets_.buckets() &&
+         buckets_.start(end + 1) - start <= limits_.positions) {
     end++;
   }
   held_ = {firstBucket, end};
@@ -94,6 +95,19 @@ size_t ArrayMaker::beginSort() {
     }
   }
   return groups_.size();
+}
+
+size_t ArrayMaker::beginWhole() {
+  stage_ = Stage::kWhole;
+  positions_.release();
+  const size_t need =
+      SuffixSorter::kBytesPerPosition * kCharactersPerWord * psa_.words.size();
+  if (need > limits_.bytes) {
+    throw std::runtime_error(
+        psa_.file + ": repeats itself so much that sorting it takes " +
+        roundBytes(need) + " beside the text, more than is allowed (--memory)");
+  }
+  return 1;
 }
 
 size_t ArrayMaker::run(size_t task, SortBuffers& buffers) {

@@ -12,6 +12,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -32,15 +33,22 @@ struct SortBuffers {
   RecordBlock block;
 };
 
+// What one array may take beside its text.
+struct MemoryLimits {
+  size_t positions = std::numeric_limits<size_t>::max();  // held at once, if
+                                                          // no bucket has more
+  size_t bytes = std::numeric_limits<size_t>::max();  // of a sort as a whole
+};
+
 class ArrayMaker {
  public:
   // Creates the array's files.
   //   positions  memory for the positions; to be taken back at the end
-  //   most       positions to hold at once, if the largest bucket allows
   //   threads    that will share the work
   // Throws std::exception, as all functions but takeBack.
   ArrayMaker(const DataFolder& folder, PsaText psa, const ArrayFormat& format,
-             HugeBuffer<uint32_t> positions, size_t most, size_t threads);
+             HugeBuffer<uint32_t> positions, const MemoryLimits& limits,
+             size_t threads);
 
   // Begins the next stage and returns the number of its tasks; 0 if all is
   // done and the files have their names. To be called when all tasks of the
@@ -62,6 +70,7 @@ class ArrayMaker {
 
   size_t beginSpread(size_t firstBucket);
   size_t beginSort();
+  size_t beginWhole();
   size_t sortBuckets(const Range& group, SortBuffers& buffers);
   size_t sortWhole(RecordBlock& block);
 
@@ -71,7 +80,7 @@ class ArrayMaker {
   RepeatBudget budget_;
   ArrayWriter writer_;
   HugeBuffer<uint32_t> positions_;
-  size_t most_;
+  MemoryLimits limits_;
   Stage stage_ = Stage::kBegin;
   Range held_ = {0, 0};        // the buckets whose positions are held
   std::vector<Range> groups_;  // of buckets, one for each task of kSort

@@ -20,6 +20,9 @@ class DataFolder {
   const std::string& directory() const { return directory_; }
   const std::string& prefix() const { return prefix_; }
 
+  // The folder itself, without a "/" at its end.
+  std::string path() const { return directory_ + prefix_ + ".ST"; }
+
   // Path of the folder's one file of a kind, such as ".stlengths", or of the
   // numbered one, such as ".stbin".
   // Throws std::runtime_error if palvor would refuse a path of that length.

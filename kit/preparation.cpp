@@ -1,10 +1,11 @@
 #include "kit/preparation.h"
 
 #include <algorithm>
-#include <limits>
+#include <cstdio>
 #include <stdexcept>
 #include <utility>
 
+#include "kit/needs.h"
 #include "kit/workers.h"
 
 namespace kit {
@@ -13,7 +14,39 @@ namespace {
 // Small arrays are in work side by side, up to so many characters a thread.
 constexpr size_t kCharactersPerThread = size_t{1} << 20;
 
+// Bytes of the program itself, and of each thread's buffers.
+constexpr uint64_t kOwnBytes = 12'000'000;
+constexpr uint64_t kThreadBytes = 4'000'000;
+
+// Positions held at once are never fewer: going through the text for so few
+// would take too long.
+constexpr size_t kFewestPositions = size_t{1} << 20;
+
+// "1:02:03", "4:05"
+std::string clockTime(double seconds) {
+  const auto whole = static_cast<long>(seconds);
+  char text[32];
+  if (whole >= 3600) {
+    std::snprintf(text, sizeof text, "%ld:%02ld:%02ld", whole / 3600,
+                  whole / 60 % 60, whole % 60);
+  } else {
+    std::snprintf(text, sizeof text, "%ld:%02ld", whole / 60, whole % 60);
+  }
+  return text;
+}
+
 }  // namespace
+
+uint64_t memoryNeed(uint64_t longest, uint64_t all, int jobs) {
+  const auto threads = static_cast<uint64_t>(jobs);
+  uint64_t sideBySide = longest;
+  if (jobs > 1) {
+    sideBySide =
+        std::max(longest, std::min(all, kCharactersPerThread * threads));
+  }
+  return kOwnBytes + kThreadBytes * threads + 7 * sideBySide +
+         (jobs > 1 ? longest / 4 : 0);
+}
 
 Preparation::Preparation(const PreparationPlan& plan, const DataFolder& folder)
     : plan_(plan),
@@ -89,9 +122,7 @@ Preparation::Array* Preparation::arrayWithTasks() {
 }
 
 void Preparation::readNext(std::unique_lock<std::mutex>& lock) {
-  progress_.show("palvor-kit: preparing, " +
-                 std::to_string(source_.filesRead()) + " of " +
-                 std::to_string(plan_.files.size()) + " files read");
+  showProgress();
   reading_ = true;
   lock.unlock();
   PsaText psa;
@@ -112,6 +143,7 @@ void Preparation::begin(std::unique_lock<std::mutex>& lock) {
   PsaText psa = std::move(texts_.front());
   texts_.pop_front();
   charactersInWork_ += psa.characters;
+  const MemoryLimits limits = limitsFor(psa);
   HugeBuffer<uint32_t> positions;
   if (!spare_.empty()) {
     positions = std::move(spare_.back());
@@ -119,9 +151,9 @@ void Preparation::begin(std::unique_lock<std::mutex>& lock) {
   }
   lock.unlock();
   writeStrings(folder_, psa);
-  auto array = std::make_unique<Array>(
-      folder_, std::move(psa), plan_.format, std::move(positions),
-      std::numeric_limits<size_t>::max(), static_cast<size_t>(plan_.jobs));
+  auto array = std::make_unique<Array>(folder_, std::move(psa), plan_.format,
+                                       std::move(positions), limits,
+                                       static_cast<size_t>(plan_.jobs));
   lock.lock();
   Array& added = *array;
   arrays_.push_back(std::move(array));
@@ -132,8 +164,10 @@ void Preparation::runTask(std::unique_lock<std::mutex>& lock, Array& array,
                           SortBuffers& buffers) {
   const size_t task = array.taken++;
   lock.unlock();
-  array.maker.run(task, buffers);
+  const size_t sorted = array.maker.run(task, buffers);
   lock.lock();
+  charactersDone_ += sorted;
+  showProgress();
   if (++array.ended == array.tasks) enterStage(lock, array);
 }
 
@@ -152,6 +186,35 @@ void Preparation::enterStage(std::unique_lock<std::mutex>& lock, Array& array) {
                      [&](const auto& other) { return other.get() == &array; }));
   }
   changed_.notify_all();
+}
+
+// What is left for an array's positions and buckets when the texts, this one
+// and the one that is read meanwhile, have theirs.
+MemoryLimits Preparation::limitsFor(const PsaText& psa) const {
+  const auto threads = static_cast<size_t>(plan_.jobs);
+  const size_t texts =
+      psa.words.size() * sizeof(uint32_t) * (threads > 1 ? 2 : 1);
+  const size_t taken = kOwnBytes + kThreadBytes * threads + texts;
+  const size_t left = plan_.memory > taken ? plan_.memory - taken : 0;
+  // 4 bytes a position, and one for the buckets that are being sorted.
+  return {std::max(left / 5, kFewestPositions), left};
+}
+
+void Preparation::showProgress() {
+  const uint64_t all = std::max(plan_.characters, charactersDone_);
+  std::string line = "palvor-kit: preparing, " + roundNumber(charactersDone_);
+  if (plan_.characters > 0) line += " of about " + roundNumber(all);
+  line += " characters";
+  if (plan_.characters > 0 && charactersDone_ > 0) {
+    const std::chrono::duration<double> spent =
+        std::chrono::steady_clock::now() - begun_;
+    line +=
+        ", " +
+        clockTime(spent.count() * static_cast<double>(all - charactersDone_) /
+                  static_cast<double>(charactersDone_)) +
+        " left";
+  }
+  progress_.show(line);
 }
 
 }  // namespace kit

@@ -3,6 +3,7 @@
 #ifndef PALVOR_KIT_PREPARATION_H_
 #define PALVOR_KIT_PREPARATION_H_
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -28,9 +29,13 @@ struct PreparationPlan {
   ReadingRules rules;
   ArrayFormat format;
   int jobs = 1;                                        // threads, 1 or more
-  size_t memory = std::numeric_limits<size_t>::max();  // bytes to do with, as
-                                                       // far as that can be
+  size_t memory = std::numeric_limits<size_t>::max();  // bytes to do with
+  uint64_t characters = 0;  // to come, about, for the progress; 0: unknown
 };
+
+// Bytes of memory that a preparation takes at most if its longest array has so
+// many characters, its files together so many, and memory is not limited.
+uint64_t memoryNeed(uint64_t longest, uint64_t all, int jobs);
 
 // Reading is done by one thread at a time, in order, so that all numbers come
 // out the same for any number of threads; it goes on while others sort. The
@@ -66,6 +71,8 @@ class Preparation {
   void runTask(std::unique_lock<std::mutex>& lock, Array& array,
                SortBuffers& buffers);
   void enterStage(std::unique_lock<std::mutex>& lock, Array& array);
+  MemoryLimits limitsFor(const PsaText& psa) const;
+  void showProgress();
 
   const PreparationPlan& plan_;
   const DataFolder& folder_;
@@ -81,6 +88,9 @@ class Preparation {
   std::deque<PsaText> texts_;  // read, and waiting
   std::vector<std::unique_ptr<Array>> arrays_;  // in work, in order
   size_t charactersInWork_ = 0;
+  uint64_t charactersDone_ = 0;
+  const std::chrono::steady_clock::time_point begun_ =
+      std::chrono::steady_clock::now();
   std::vector<HugeBuffer<uint32_t>> spare_;  // for positions
 };
 

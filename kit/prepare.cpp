@@ -1,14 +1,20 @@
 // palvor-kit prepare: from sequence files to a data folder.
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "kit/commands.h"
 #include "kit/data_folder.h"
+#include "kit/empty_folders.h"
+#include "kit/needs.h"
 #include "kit/preparation.h"
 #include "kit/psa_source.h"
 #include "kit/table_printer.h"
@@ -29,7 +35,9 @@ struct PrepareOptions {
   bool withLcp = false;
   bool zeroOrigin = false;
   bool force = false;
+  bool forceSpace = false;
   int jobs = 1;
+  uint64_t memory = std::numeric_limits<uint64_t>::max();  // bytes
 };
 
 // ": 12 N, 3 R"
@@ -85,8 +93,35 @@ std::string quoted(const std::string& word) {
   return result + "'";
 }
 
+// Says what the run will need, and refuses it where the disk has not got that.
+// Returns the number of characters to come, 0 if it cannot be told.
+uint64_t stateNeeds(const PrepareOptions& options, const DataFolder& folder) {
+  const std::optional<SizeEstimate> size = estimateSize(options.files);
+  if (!size) return 0;
+  const uint64_t strands = options.strands == Strands::kBoth ? 2 : 1;
+  const uint64_t characters = strands * size->all;
+  const uint64_t disk = characters * (options.withLcp ? 20 : 16) +
+                        characters / 4 + 4096 * options.files.size();
+  const uint64_t memory =
+      std::min(options.memory,
+               memoryNeed(strands * size->longest, characters, options.jobs));
+  std::fprintf(stderr,
+               "palvor-kit: about %s characters: %s on disk, %s of memory\n",
+               roundNumber(characters).c_str(), roundBytes(disk).c_str(),
+               roundBytes(memory).c_str());
+  const std::optional<uint64_t> free = freeSpace(folder.path());
+  if (free && *free < disk && !options.forceSpace) {
+    throw std::runtime_error(folder.path() + ": No space left: about " +
+                             roundBytes(disk) + " are needed, " +
+                             roundBytes(*free) +
+                             " are free; --force-space goes on");
+  }
+  return characters;
+}
+
 void prepare(const PrepareOptions& options) {
   const DataFolder folder(options.directory, options.prefix);
+  EmptyFolders made(folder.path());
   folder.create(options.force);
   const PreparationPlan plan = {
       .files = options.files,
@@ -94,13 +129,16 @@ void prepare(const PrepareOptions& options) {
                 .psaPerRecord = options.psaPer == PsaPer::kRecord,
                 .bothStrands = options.strands == Strands::kBoth},
       .format = {options.withLcp, options.zeroOrigin},
-      .jobs = options.jobs};
+      .jobs = options.jobs,
+      .memory = options.memory,
+      .characters = stateNeeds(options, folder)};
   ReadingSummary summary;
   {
     Preparation preparation(plan, folder);
     preparation.run();
     summary = preparation.summary();
   }  // takes the progress line away
+  made.keep();
   report(summary, options);
   std::printf("palvor %s %s -a -l%s%s\n", quoted(folder.directory()).c_str(),
               quoted(folder.prefix()).c_str(), options.zeroOrigin ? " -z" : "",
@@ -170,6 +208,14 @@ void addPrepare(CLI::App& app) {
   command->add_option("-j,--jobs", options->jobs, "threads that share the work")
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
+  command
+      ->add_option("--memory", options->memory,
+                   "memory to do with, such as 4G: longer texts are gone "
+                   "through several times")
+      ->transform(CLI::AsSizeValue(false))
+      ->type_name("BYTES");
+  command->add_flag("--force-space", options->forceSpace,
+                    "go on where the disk seems too small");
   command->add_flag("--force", options->force,
                     "replace all files of this prefix in the data folder, "
                     "merged results included");

@@ -56,6 +56,9 @@ class SequenceReader {
   // Of all characters read so far.
   const LetterCounts& ambiguousLetters() const { return ambiguous_; }
 
+  // Bytes of the file, as it is stored, that were used so far, in blocks.
+  uint64_t storedBytes() const { return source_->storedBytes(); }
+
   // Number of the line that was read last, from 1.
   uint64_t line() const { return line_; }
 

@@ -6,7 +6,8 @@
 // characters; one that is a prefix of another comes first, and equal ones,
 // which stand in different inputs, come in the order of their inputs.
 //
-// Takes 5 bytes of memory for each position of the text, beside the text.
+// Takes kBytesPerPosition bytes of memory for each position of the text, beside
+// the text.
 
 #ifndef PALVOR_KIT_SUFFIX_SORTER_H_
 #define PALVOR_KIT_SUFFIX_SORTER_H_
@@ -22,6 +23,8 @@ namespace kit {
 
 class SuffixSorter {
  public:
+  static constexpr size_t kBytesPerPosition = 5;
+
   // Sorts. The text and the finder must outlive the sorter.
   // Throws std::runtime_error if the text is too long: 2^31 positions or more.
   SuffixSorter(const PsaText& psa, const InputFinder& finder);

@@ -105,6 +105,22 @@ TEST_F(PrepareErrors, IncludeOutputThatCannotBeWritten) {
   EXPECT_THAT(unsaid.err, HasSubstr("standard output"));
 }
 
+TEST_F(PrepareErrors, LeaveNoEmptyFolder) {
+  const std::string deep = folder_.path("deep");
+  expectError({"-o", deep + "/er", "-p", "x", folder_.path("none")}, "none: ");
+  EXPECT_FALSE(std::filesystem::exists(deep));
+  // What was there before stays.
+  std::filesystem::create_directories(deep);
+  expectError({"-o", deep, "-p", "x", folder_.write("bad.fa", "?")}, "bad.fa");
+  EXPECT_TRUE(std::filesystem::is_empty(deep));
+}
+
+TEST_F(PrepareErrors, IncludeTextsThatRepeatTooMuchForTheMemory) {
+  const std::string repeats = ">x\n" + std::string(6'000'000, 'A') + "\n";
+  expectError(withFile(repeats, {"--memory", "40M"}),
+              "in.fa: repeats itself so much that sorting it takes 30 MB");
+}
+
 TEST_F(PrepareErrors, IncludeNamesThatPalvorCannotTake) {
   expectError({"-o", out_, "-p", "", good_}, "prefix");
   expectError({"-o", out_, "-p", "a/b", good_}, "prefix");

@@ -203,6 +203,23 @@ TEST_F(Prepare, WritesTheSameForAnyNumberOfJobs) {
   }
 }
 
+TEST_F(Prepare, WritesTheSameInLessMemory) {
+  const std::string genome = folder_.path("g");
+  runKit(wordsOf("simulate --genomes 1 --length 3000000 --divergence 0 -o " +
+                 genome));
+  const Arguments input = {genome + "/genome_0.fa"};
+  const Outcome all = prepare(input, "--lcp");
+  ASSERT_EQ(all.status, 0) << all.err;
+  EXPECT_THAT(all.err, HasSubstr("palvor-kit: about 3.0 million characters: 61 "
+                                 "MB on disk, 37 MB of memory\n"));
+  const Files want = files();
+  // Positions of a third of the text.
+  const Outcome some = prepare(input, "--lcp --force --memory 16M");
+  ASSERT_EQ(some.status, 0) << some.err;
+  EXPECT_THAT(some.err, HasSubstr(" 17 MB of memory\n"));
+  EXPECT_EQ(files(), want);
+}
+
 // The command that is printed, run as printed, must give what is right.
 TEST_F(Prepare, PrintsTheCommandThatMerges) {
   const std::string gattaca = "GATTACAGATTACAGATTACAGATTACAGATTACATT";

@@ -90,8 +90,8 @@ class SuffixSorters : public testing::Test {
     const TemporaryFolder folder;
     const kit::DataFolder data(folder.path(""), "x");
     data.create(false);
-    kit::ArrayMaker maker(data, textOf(inputs), {.withLcp = true}, {}, most,
-                          threads);
+    kit::ArrayMaker maker(data, textOf(inputs), {.withLcp = true}, {},
+                          {.positions = most}, threads);
     for (size_t tasks; (tasks = maker.beginStage()) > 0;) {
       for (size_t task = tasks; task > 0; task--) maker.run(task - 1, buffers_);
     }
