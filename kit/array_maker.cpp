@@ -65,7 +65,7 @@ size_t ArrayMaker::beginStage() {
       break;
   }
   stage_ = Stage::kEnd;
-  writer_.commit();
+  written_ = writer_.commit();
   return 0;
 }
 
@@ -100,6 +100,7 @@ size_t ArrayMaker::beginSort() {
 size_t ArrayMaker::beginWhole() {
   stage_ = Stage::kWhole;
   positions_.release();
+  writer_.restart();
   const size_t need =
       SuffixSorter::kBytesPerPosition * kCharactersPerWord * psa_.words.size();
   if (need > limits_.bytes) {

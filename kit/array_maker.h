@@ -59,7 +59,11 @@ class ArrayMaker {
   // of suffixes that came into order by it.
   size_t run(size_t task, SortBuffers& buffers);
 
-  size_t characters() const { return psa_.characters; }
+  const PsaText& text() const { return psa_; }
+
+  // What is to be said in the manifest of the files, when all is done; sources
+  // and inputs are left out.
+  const std::vector<ManifestEntry>& written() const { return written_; }
 
   HugeBuffer<uint32_t> takeBack() { return std::move(positions_); }
 
@@ -84,6 +88,7 @@ class ArrayMaker {
   Stage stage_ = Stage::kBegin;
   Range held_ = {0, 0};        // the buckets whose positions are held
   std::vector<Range> groups_;  // of buckets, one for each task of kSort
+  std::vector<ManifestEntry> written_;
   std::atomic<bool> repetitive_ = false;
 };
 

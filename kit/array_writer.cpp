@@ -25,10 +25,23 @@ ArrayWriter::ArrayWriter(const DataFolder& folder, const PsaText& psa,
                          const InputFinder& finder, const ArrayFormat& format)
     : finder_(finder),
       origin_(format.zeroOrigin ? 0 : psa.firstInput),
-      records_(folder.path(static_cast<uint64_t>(psa.number), ".stpsa")) {
-  if (format.withLcp) {
-    entries_.emplace(folder.path(static_cast<uint64_t>(psa.number), ".stlcp"));
-  }
+      records_(folder, psa.number, ".stpsa") {
+  if (format.withLcp) entries_.emplace(folder, psa.number, ".stlcp");
+}
+
+ArrayWriter::File::File(const DataFolder& folder, int number,
+                        const std::string& kind)
+    : name(folder.name(static_cast<uint64_t>(number), kind)),
+      file(folder.path(static_cast<uint64_t>(number), kind)) {}
+
+void ArrayWriter::File::write(uint64_t offset, const void* bytes, size_t size) {
+  file.writeAt(offset, bytes, size);
+  checksum.add(offset, bytes, size);
+}
+
+ManifestEntry ArrayWriter::File::commit() {
+  file.commit();
+  return {name, checksum.size(), checksum.digest(), "", ""};
 }
 
 void ArrayWriter::append(RecordBlock& block, size_t position,
@@ -46,17 +59,24 @@ void ArrayWriter::append(RecordBlock& block, size_t position,
   block.lastRest = rest;
 }
 
-void ArrayWriter::write(const RecordBlock& block) const {
-  records_.writeAt(sizeof(Suffix) * block.rank, block.records.data(),
-                   sizeof(Suffix) * block.records.size());
+void ArrayWriter::write(const RecordBlock& block) {
+  records_.write(sizeof(Suffix) * block.rank, block.records.data(),
+                 sizeof(Suffix) * block.records.size());
   if (!entries_) return;
-  entries_->writeAt(sizeof(LcpEntry) * block.rank, block.entries.data(),
-                    sizeof(LcpEntry) * block.entries.size());
+  entries_->write(sizeof(LcpEntry) * block.rank, block.entries.data(),
+                  sizeof(LcpEntry) * block.entries.size());
 }
 
-void ArrayWriter::commit() {
-  records_.commit();
-  if (entries_) entries_->commit();
+void ArrayWriter::restart() {
+  records_.checksum.restart();
+  if (entries_) entries_->checksum.restart();
+}
+
+std::vector<ManifestEntry> ArrayWriter::commit() {
+  std::vector<ManifestEntry> written;
+  written.push_back(records_.commit());
+  if (entries_) written.push_back(entries_->commit());
+  return written;
 }
 
 }  // namespace kit

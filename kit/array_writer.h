@@ -6,10 +6,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "kit/data_folder.h"
 #include "kit/input_finder.h"
+#include "kit/manifest.h"
+#include "kit/ordered_checksum.h"
 #include "kit/output_file.h"
 #include "kit/psa_text.h"
 #include "sources/lcp_entry.h"
@@ -53,16 +56,31 @@ class ArrayWriter {
               uint64_t bits) const;
 
   // Writes a block to its place. Threads may do so side by side.
-  void write(const RecordBlock& block) const;
+  void write(const RecordBlock& block);
 
-  // Gives the files their names, once all ranks are written.
-  void commit();
+  // All ranks will be written once more.
+  void restart();
+
+  // Gives the files their names, once all ranks are written, and returns what
+  // is to be said of them in the manifest; sources and inputs are left out.
+  std::vector<ManifestEntry> commit();
 
  private:
   const InputFinder& finder_;
   uint32_t origin_;  // number of the first input
-  OutputFile records_;
-  std::optional<OutputFile> entries_;
+  // A file with its checksum.
+  struct File {
+    File(const DataFolder& folder, int number, const std::string& kind);
+    void write(uint64_t offset, const void* bytes, size_t size);
+    ManifestEntry commit();
+
+    std::string name;
+    OutputFile file;
+    OrderedChecksum checksum;
+  };
+
+  File records_;
+  std::optional<File> entries_;
 };
 
 }  // namespace kit

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "kit/table_fields.h"
 #include "sources/packing.h"
 
 namespace kit {
@@ -12,26 +13,6 @@ void writeWords(const std::string& path, const uint32_t* words, size_t count) {
   OutputFile file(path);
   file.write(words, sizeof *words * count);
   file.commit();
-}
-
-std::string escaped(const std::string& text) {
-  std::string result;
-  for (const char c : text) {
-    switch (c) {
-      case '\t':
-        result += "\\t";
-        break;
-      case '\n':
-        result += "\\n";
-        break;
-      case '\\':
-        result += "\\\\";
-        break;
-      default:
-        result += c;
-    }
-  }
-  return result;
 }
 
 }  // namespace
@@ -53,7 +34,7 @@ void FolderIndex::add(const PsaText& psa) {
   for (const InputString& input : psa.inputs) {
     const std::string line =
         std::to_string(inputs_++) + '\t' + std::to_string(psa.number) + '\t' +
-        escaped(psa.file) + '\t' + escaped(input.record) + '\t' +
+        escapedField(psa.file) + '\t' + escapedField(input.record) + '\t' +
         std::to_string(input.offset) + '\t' + std::to_string(input.length) +
         '\t' + (input.reverse ? '-' : '+') + '\n';
     table_.write(line.data(), line.size());

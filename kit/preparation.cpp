@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
@@ -48,9 +49,11 @@ uint64_t memoryNeed(uint64_t longest, uint64_t all, int jobs) {
          (jobs > 1 ? longest / 4 : 0);
 }
 
-Preparation::Preparation(const PreparationPlan& plan, const DataFolder& folder)
+Preparation::Preparation(const PreparationPlan& plan, const DataFolder& folder,
+                         Manifest& manifest)
     : plan_(plan),
       folder_(folder),
+      manifest_(manifest),
       source_(plan.files, plan.rules),
       index_(folder) {}
 
@@ -79,6 +82,9 @@ void Preparation::run() {
   });
   if (summary().inputs == 0) {
     throw std::runtime_error("no A, C, G or T in any of the files");
+  }
+  for (const std::string& other : manifest_.finish()) {
+    std::filesystem::remove(folder_.path() + "/" + other);
   }
   index_.commit();
 }
@@ -151,6 +157,21 @@ void Preparation::begin(std::unique_lock<std::mutex>& lock) {
   }
   lock.unlock();
   writeStrings(folder_, psa);
+  const std::vector<std::string> names = namesOf(psa);
+  const std::string inputs = manifest_.resumed() ? checksumOfInputs(psa) : "";
+  if (manifest_.resumed() &&
+      std::all_of(names.begin(), names.end(), [&](const std::string& name) {
+        return manifest_.stands(name, inputs);
+      })) {
+    lock.lock();
+    for (const std::string& name : names) manifest_.keep(name);
+    resumed_++;
+    charactersDone_ += psa.characters;
+    charactersInWork_ -= psa.characters;
+    spare_.push_back(std::move(positions));
+    changed_.notify_all();
+    return;
+  }
   auto array = std::make_unique<Array>(folder_, std::move(psa), plan_.format,
                                        std::move(positions), limits,
                                        static_cast<size_t>(plan_.jobs));
@@ -175,11 +196,21 @@ void Preparation::runTask(std::unique_lock<std::mutex>& lock, Array& array,
 void Preparation::enterStage(std::unique_lock<std::mutex>& lock, Array& array) {
   lock.unlock();
   const size_t tasks = array.maker.beginStage();
+  std::vector<ManifestEntry> written;
+  if (tasks == 0) {
+    written = array.maker.written();
+    const std::string inputs = checksumOfInputs(array.maker.text());
+    for (ManifestEntry& entry : written) {
+      entry.inputs = inputs;
+      entry.source = array.maker.text().file;
+    }
+  }
   lock.lock();
   array.taken = array.ended = 0;
   array.tasks = tasks;
   if (tasks == 0) {
-    charactersInWork_ -= array.maker.characters();
+    manifest_.add(written);
+    charactersInWork_ -= array.maker.text().characters;
     spare_.push_back(array.maker.takeBack());
     arrays_.erase(
         std::find_if(arrays_.begin(), arrays_.end(),
@@ -215,6 +246,14 @@ void Preparation::showProgress() {
         " left";
   }
   progress_.show(line);
+}
+
+// The files of an array that the manifest lists.
+std::vector<std::string> Preparation::namesOf(const PsaText& psa) const {
+  const auto number = static_cast<uint64_t>(psa.number);
+  std::vector<std::string> names = {folder_.name(number, ".stpsa")};
+  if (plan_.format.withLcp) names.push_back(folder_.name(number, ".stlcp"));
+  return names;
 }
 
 }  // namespace kit

@@ -19,6 +19,7 @@
 #include "kit/data_folder.h"
 #include "kit/folder_writer.h"
 #include "kit/huge_buffer.h"
+#include "kit/manifest.h"
 #include "kit/progress.h"
 #include "kit/psa_source.h"
 
@@ -42,14 +43,18 @@ uint64_t memoryNeed(uint64_t longest, uint64_t all, int jobs);
 // work on an array is shared out among all that are free.
 class Preparation {
  public:
-  // Both must outlive the preparation.
-  Preparation(const PreparationPlan& plan, const DataFolder& folder);
+  // All three must outlive the preparation.
+  Preparation(const PreparationPlan& plan, const DataFolder& folder,
+              Manifest& manifest);
 
   // Writes all files of the folder. Throws std::exception, and then leaves no
   // lengths file.
   void run();
 
   const ReadingSummary& summary() const { return source_.summary(); }
+
+  // Suffix arrays that stood in the folder, and were not made again.
+  size_t resumed() const { return resumed_; }
 
  private:
   struct Array {
@@ -73,12 +78,15 @@ class Preparation {
   void enterStage(std::unique_lock<std::mutex>& lock, Array& array);
   MemoryLimits limitsFor(const PsaText& psa) const;
   void showProgress();
+  std::vector<std::string> namesOf(const PsaText& psa) const;
 
   const PreparationPlan& plan_;
   const DataFolder& folder_;
 
-  std::mutex mutex_;  // guards all below, but what one thread does for all
+  std::mutex mutex_;  // guards all below, but what one thread does for all, or
+                      // none changes meanwhile
   std::condition_variable changed_;
+  Manifest& manifest_;
   PsaSource source_;
   FolderIndex index_;
   Progress progress_;
@@ -89,6 +97,7 @@ class Preparation {
   std::vector<std::unique_ptr<Array>> arrays_;  // in work, in order
   size_t charactersInWork_ = 0;
   uint64_t charactersDone_ = 0;
+  size_t resumed_ = 0;
   const std::chrono::steady_clock::time_point begun_ =
       std::chrono::steady_clock::now();
   std::vector<HugeBuffer<uint32_t>> spare_;  // for positions

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
+#include <filesystem>
 #include <limits>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -14,7 +17,9 @@
 #include "kit/commands.h"
 #include "kit/data_folder.h"
 #include "kit/empty_folders.h"
+#include "kit/manifest.h"
 #include "kit/needs.h"
+#include "kit/ordered_checksum.h"
 #include "kit/preparation.h"
 #include "kit/psa_source.h"
 #include "kit/table_printer.h"
@@ -119,10 +124,51 @@ uint64_t stateNeeds(const PrepareOptions& options, const DataFolder& folder) {
   return characters;
 }
 
+// How the run was called, as far as it decides what comes out.
+std::string optionsText(const PrepareOptions& options) {
+  std::string text =
+      options.psaPer == PsaPer::kFile ? "psa-per file" : "psa-per record";
+  text += options.strands == Strands::kBoth ? ", both strands" : ", forward";
+  text += options.ambiguous == Ambiguous::kSplit        ? ", split"
+          : options.ambiguous == Ambiguous::kSkipRecord ? ", skip-record"
+                                                        : ", error";
+  if (options.withLcp) text += ", lcp";
+  if (options.zeroOrigin) text += ", zero-origin";
+  std::string files;
+  for (const std::string& file : options.files) {
+    files += std::filesystem::path(file).filename().string() + '\0';
+  }
+  return text + ", files " + checksumOf(files.data(), files.size());
+}
+
+// Makes the folder ready: an empty one, or what an interrupted run has
+// finished.
+void openFolder(const DataFolder& folder, Manifest& manifest, bool force) {
+  const bool whole = std::filesystem::exists(folder.path(".stlengths"));
+  if (!force && !whole && manifest.resume()) {
+    std::set<std::string> names = manifest.names();
+    names.insert(folder.prefix() + ".manifest.tsv");
+    folder.removeAllBut(names);
+    return;
+  }
+  folder.create(force);
+  manifest.begin();
+}
+
+// As far as that can be: why the run fails is of more use than why this does.
+void removeAll(const DataFolder& folder) {
+  try {
+    folder.removeAllBut({});
+  } catch (const std::exception&) {
+  }
+}
+
 void prepare(const PrepareOptions& options) {
   const DataFolder folder(options.directory, options.prefix);
   EmptyFolders made(folder.path());
-  folder.create(options.force);
+  Manifest manifest(folder.path(), folder.path(".manifest.tsv"),
+                    optionsText(options));
+  openFolder(folder, manifest, options.force);
   const PreparationPlan plan = {
       .files = options.files,
       .rules = {.ambiguous = options.ambiguous,
@@ -133,13 +179,27 @@ void prepare(const PrepareOptions& options) {
       .memory = options.memory,
       .characters = stateNeeds(options, folder)};
   ReadingSummary summary;
+  size_t resumed = 0;
   {
-    Preparation preparation(plan, folder);
-    preparation.run();
+    Preparation preparation(plan, folder, manifest);
+    try {
+      preparation.run();
+    } catch (...) {
+      // Nothing is done that could be resumed.
+      if (manifest.empty()) removeAll(folder);
+      throw;
+    }
     summary = preparation.summary();
+    resumed = preparation.resumed();
   }  // takes the progress line away
   made.keep();
   report(summary, options);
+  if (resumed > 0) {
+    std::fprintf(stderr,
+                 "palvor-kit: %zu suffix arrays of an interrupted run stood, "
+                 "and were not made again\n",
+                 resumed);
+  }
   std::printf("palvor %s %s -a -l%s%s\n", quoted(folder.directory()).c_str(),
               quoted(folder.prefix()).c_str(), options.zeroOrigin ? " -z" : "",
               options.withLcp ? " -Z" : "");

@@ -31,6 +31,7 @@ divsufsort.h libdivsufsort-dev
 hwy/contrib/sort/vqsort.h libhwy-dev
 archive.h libarchive-dev
 zlib.h zlib1g-dev
+xxhash.h libxxhash-dev
 CLI/CLI.hpp libcli11-dev
 LIST
 }

@@ -7,6 +7,7 @@
 #include <sys/mount.h>
 #include <sys/statvfs.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <regex>
@@ -152,6 +153,13 @@ class Faults : public testing::TestWithParam<Scenario> {
     }
   }
 
+  // Calls are counted for each thread, so that where several share them out the
+  // one that is to fail may never come.
+  bool mayBeMissed() const {
+    const Command& command = scenario().command;
+    return std::find(command.begin(), command.end(), "-j") != command.end();
+  }
+
   // Whether a command left all that it leaves when nothing fails.
   bool isWhole(const Ground& ground) const { return ground.files() == files_; }
 
@@ -187,7 +195,8 @@ TEST_P(Faults, AreReportedWithTheFile) {
   failEachCall(false, [&](const FileCalls& calls, const Ground& ground,
                           const Outcome& outcome) {
     faults++;
-    if (outcome.status == 0 && kHarmless.contains(calls.call)) {
+    if (outcome.status == 0 &&
+        (kHarmless.contains(calls.call) || mayBeMissed())) {
       EXPECT_EQ(ground.withoutRoot(outcome.out), output_);
       EXPECT_TRUE(isWhole(ground));
       return;
@@ -204,6 +213,10 @@ TEST_P(Faults, KilledRunsLeaveNothingThatPasses) {
   if (scenario().proof.empty()) return;
   failEachCall(true, [&](const FileCalls&, const Ground& ground,
                          const Outcome& outcome) {
+    if (outcome.status == 0 && mayBeMissed()) {
+      EXPECT_TRUE(isWhole(ground));
+      return;
+    }
     EXPECT_EQ(outcome.status, 128 + SIGKILL);
     expectNoProof(ground);
   });

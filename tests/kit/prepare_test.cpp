@@ -66,7 +66,9 @@ TEST_F(Prepare, WritesTheseBytes) {
                              1 << 2, 1, 0x40000000, 0})},
       {"x_1.stlcp", bytesOf({0, 4, 3})},
   };
-  EXPECT_EQ(files(), want);
+  Files found = files();
+  found.erase("x.manifest.tsv");  // below
+  EXPECT_EQ(found, want);
 }
 
 TEST_F(Prepare, CountsInputsFromZeroInEachArrayWhenTold) {
@@ -247,6 +249,69 @@ TEST_F(Prepare, PrintsTheCommandThatMerges) {
   }
 }
 
+// The manifest names the files with their checksums, and a run that did not
+// come to its end is resumed: what stands is not made again, and all else is.
+TEST_F(Prepare, ResumesWhatWasInterrupted) {
+  Arguments inputs;
+  for (const std::string name : {"a", "b", "c"}) {
+    inputs.push_back(folder_.write(name, ">" + name + "\nGATTACA\n>y\nGG" +
+                                             std::string(name == "b", 'T') +
+                                             "\n"));
+  }
+  ASSERT_EQ(prepare(inputs, "--lcp").status, 0);
+  const Files want = files();
+  const auto lines = linesOf(want.at("x.manifest.tsv"));
+  ASSERT_EQ(lines.size(), 7u);
+  EXPECT_THAT(lines[0],
+              StartsWith("options\tpsa-per file, forward, split, lcp"));
+  const auto fields = wordsOf(lines[1]);
+  EXPECT_EQ(fields.at(0), "x_0.stlcp");
+  EXPECT_EQ(fields.at(1), "36");
+  EXPECT_EQ(fields.at(4), inputs[0]);
+
+  const auto interrupt = [&] {
+    for (const char* name : {"x.stlengths", "x.stblengths", "x.inputs.tsv"}) {
+      std::filesystem::remove(folder_.path(std::string("out/x.ST/") + name));
+    }
+  };
+  const auto resume = [&](const std::string& stood) {
+    const Outcome outcome = prepare(inputs, "--lcp");
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr(stood + " suffix arrays of an"));
+    EXPECT_EQ(files(), want);
+  };
+  interrupt();
+  folder_.write("out/x.ST/x_7.stpsa.part", "begun");
+  const auto written =
+      std::filesystem::last_write_time(folder_.path("out/x.ST/x_1.stpsa"));
+  resume("3");
+  EXPECT_EQ(written, std::filesystem::last_write_time(
+                         folder_.path("out/x.ST/x_1.stpsa")));
+  // A byte changed, a file gone, a line of the manifest cut short.
+  interrupt();
+  std::string damaged = want.at("x_0.stpsa");
+  damaged[20] ^= 1;
+  folder_.write("out/x.ST/x_0.stpsa", damaged);
+  std::filesystem::remove(folder_.path("out/x.ST/x_1.stlcp"));
+  resume("1");
+  interrupt();
+  const std::string& manifest = want.at("x.manifest.tsv");
+  folder_.write("out/x.ST/x.manifest.tsv",
+                manifest.substr(0, manifest.size() - 9));
+  resume("2");
+
+  // Other text in the same files, of which there comes an array less.
+  interrupt();
+  folder_.write("b", "");
+  const Outcome other = prepare(inputs, "--lcp");
+  ASSERT_EQ(other.status, 0) << other.err;
+  EXPECT_THAT(other.err, HasSubstr("1 suffix arrays of an"));
+  const Files found = files();
+  ASSERT_EQ(prepare(inputs, "--lcp --force").status, 0);
+  EXPECT_EQ(found, files());
+  EXPECT_EQ(found.count("x_2.stpsa"), 0u);
+}
+
 TEST_F(Prepare, RefusesAFolderWithDataUnlessForced) {
   const std::string a = folder_.write("a", ">x\nACGT\n");
   const auto expectRefusal = [&](const std::string& reason) {
@@ -268,14 +333,15 @@ TEST_F(Prepare, RefusesAFolderWithDataUnlessForced) {
     folder_.write("out/x.ST/" + own, "old");
   }
   expectRefusal("--force");
-  // So it is left by a run that was killed.
+  // So it is left by a run that was killed, of another file or other options.
   std::filesystem::remove(folder_.path("out/x.ST/x.stlengths"));
   expectRefusal("did not finish");
+  EXPECT_EQ(prepare({folder_.path("b")}, "--lcp").status, 1);
 
   ASSERT_EQ(prepare({a}, "--force").status, 0);
   Files after = files();
   for (const std::string& other : others) EXPECT_EQ(after.erase(other), 1u);
-  EXPECT_EQ(after.size(), 5u);
+  EXPECT_EQ(after.size(), 6u);
   EXPECT_EQ(after["x.stlengths"], bytesOf({4}));
 }
 
