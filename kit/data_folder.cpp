@@ -22,8 +22,8 @@ constexpr size_t kLongestPath = 199;  // characters; palvor's limit
 
 // Every kind of file that palvor and palvor-kit keep in a data folder.
 constexpr std::string_view kKinds[] = {
-    ".stlengths", ".stblengths", ".stplengths", ".inputs.tsv", ".stbin",
-    ".stpsa",     ".stlcp",      ".stree",      ".stdiv"};
+    ".stlengths", ".stblengths", ".stplengths", ".inputs.tsv", ".manifest.tsv",
+    ".stbin",     ".stpsa",      ".stlcp",      ".stree",      ".stdiv"};
 
 bool consume(std::string_view& text, std::string_view start) {
   if (!text.starts_with(start)) return false;
@@ -99,6 +99,12 @@ std::vector<fs::path> DataFolder::filesThere() const {
   }
   if (failure) throw FileError(folder_, failure.message());
   return found;
+}
+
+void DataFolder::removeAllBut(const std::set<std::string>& names) const {
+  for (const fs::path& file : filesThere()) {
+    if (!names.contains(file.filename().string())) fs::remove(file);
+  }
 }
 
 void DataFolder::create(bool force) const {
