@@ -39,7 +39,7 @@ run() {
       set -- $bin/bench/copy_floor "$out/out" $((20 * suffixes)) \
         "$input/$name.ST/"*.stpsa "$input/$name.ST/"*.stbin
       ;;
-    scratch) set -- $bin/bench/from_scratch "$out/out" "$fasta"/*.fa ;;
+    scratch) set -- $bin/bench/from_scratch "$out" "$fasta"/*.fa ;;
     bare) set -- $bin/bench/bare_sort "$fasta"/*.fa ;;
     prepare) set -- $bin/kit/palvor-kit prepare -o "$out" -p x "$fasta"/*.fa ;;
     prepare-lcp)

@@ -131,6 +131,8 @@ class GzipSource : public ByteSource {
     return wanted - stream_.avail_out;
   }
 
+  size_t storedBytes() const override { return file_->handedOut(); }
+
  private:
   bool refill() {
     const std::span<char> block = file_->nextBlock();
@@ -165,6 +167,8 @@ class ArchiveSource : public ByteSource {
     if (got == 0) finish();
     return static_cast<size_t>(got);
   }
+
+  size_t storedBytes() const override { return file_->handedOut(); }
 
  private:
   struct Free {

@@ -30,6 +30,9 @@ class ByteSource {
   // not compressed follows them.
   virtual size_t read(char* buffer, size_t capacity) = 0;
 
+  // Bytes of the file, as it is stored, that were used so far, in blocks.
+  virtual size_t storedBytes() const = 0;
+
  protected:
   ByteSource() = default;
 };

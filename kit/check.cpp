@@ -1,38 +1,29 @@
-// palvor-kit check: proves a data folder and what palvor made of it, from the
-// definitions and without the merge's code.
+#include "kit/check.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <atomic>
-#include <cstdio>
-#include <filesystem>
-#include <memory>
 #include <mutex>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 #include "kit/check_arrays.h"
+#include "kit/check_inputs.h"
+#include "kit/check_leftovers.h"
 #include "kit/check_trees.h"
 #include "kit/checked_strings.h"
-#include "kit/commands.h"
 #include "kit/fault_log.h"
+#include "kit/file_error.h"
+#include "kit/json.h"
 #include "kit/progress.h"
 #include "kit/record_file.h"
+#include "kit/standard_output.h"
 #include "kit/suffix_run.h"
-#include "kit/table_printer.h"
 #include "kit/workers.h"
 
 namespace kit {
 namespace {
-
-struct CheckOptions {
-  std::string inputdir;
-  std::string prefix;
-  std::string odir, opfx, sdir, spfx;  // as palvor's; empty: not given
-  bool zeroOrigin = false;
-  bool goOn = false;
-  bool json = false;
-  int jobs = 1;
-};
 
 // Counts suffixes done, over all threads, for the progress.
 class Advance {
@@ -47,8 +38,7 @@ class Advance {
     const std::lock_guard lock(mutex_);
     done_ += suffixes;
     const uint64_t percent = total_ == 0 ? 100 : done_ * 100 / total_;
-    progress_.show("palvor-kit: checking " + what_ + ", " +
-                   std::to_string(percent) + "%");
+    progress_.show(fmt::format("palvor-kit: checking {}, {}%", what_, percent));
   }
 
  private:
@@ -59,34 +49,15 @@ class Advance {
   uint64_t done_ = 0;
 };
 
-// The suffix arrays that a data folder should hold.
-std::vector<ArrayToCheck> listArrays(const CheckOptions& options,
-                                     const std::string& sarrayFolder,
-                                     const CheckedStrings& strings,
-                                     FaultLog& faults) {
-  const std::string sarrayBase = sarrayFolder + options.spfx;
-  const std::string partsPath = sarrayFolder + options.prefix + ".stplengths";
-  std::vector<uint32_t> inputs(strings.count(), 1);  // per array
-  if (std::filesystem::exists(partsPath) &&
-      std::filesystem::file_size(partsPath) >= 4) {
-    inputs = RecordFile<uint32_t>(partsPath).read(0, UINT64_MAX);
+// Does a part of the check. A file that cannot be read is a fault, and ends
+// that part.
+template <typename Part>
+void checkPart(FaultLog& faults, Part part) {
+  try {
+    part();
+  } catch (const FileError& error) {
+    faults.add(error.file(), error.reason());
   }
-  std::vector<ArrayToCheck> arrays;
-  uint64_t first = 0;
-  for (size_t j = 0; j < inputs.size(); j++) {
-    const uint64_t end = first + inputs[j];
-    if (end > strings.count()) break;
-    arrays.push_back({sarrayBase + "_" + std::to_string(j),
-                      static_cast<uint32_t>(first), static_cast<uint32_t>(end),
-                      options.zeroOrigin ? static_cast<uint32_t>(first) : 0});
-    first = end;
-  }
-  if (arrays.size() != inputs.size() || first != strings.count()) {
-    faults.add(partsPath, "the partitions do not cover the " +
-                              std::to_string(strings.count()) +
-                              " inputs just once");
-  }
-  return arrays;
 }
 
 // Checks arrays side by side; each has inputs of its own.
@@ -98,56 +69,82 @@ void checkInputArrays(const std::vector<ArrayToCheck>& arrays,
   runWorkers(jobs, [&] {
     const size_t j = next++;
     if (j >= arrays.size()) return false;
-    checkArray(arrays[j], strings, met, faults, std::ref(advance));
+    checkPart(faults, [&] {
+      checkArray(arrays[j], strings, met, faults, std::ref(advance));
+    });
     return true;
   });
 }
 
-bool holdsSomething(const std::string& path) {
-  return std::filesystem::exists(path) && std::filesystem::file_size(path) > 0;
-}
-
-// Checks everything; returns what was found to check, in words.
-std::string checkAll(const CheckOptions& options, FaultLog& faults) {
-  Advance advance;
-  const std::string base =
-      options.inputdir + options.prefix + ".ST/" + options.prefix;
-  const CheckedStrings strings(base, faults);
-  const std::string sarrayFolder = options.sdir + options.spfx + ".ST/";
-  const auto arrays = listArrays(options, sarrayFolder, strings, faults);
-  advance.begin("the suffix arrays", strings.total());
-  checkInputArrays(arrays, strings, faults, advance, options.jobs);
-
-  const std::string output =
-      options.odir + options.opfx + ".ST/" + options.opfx;
-  std::string found = std::to_string(strings.count()) + " inputs, " +
-                      std::to_string(arrays.size()) + " suffix arrays";
-  const bool array = std::filesystem::exists(output + ".stpsa");
-  const bool trees = holdsSomething(output + ".stdiv");
-  if (array) {
+// Checks the merged array and the trees that begin with `output`; adds to
+// `found` which were there.
+void checkOutput(const std::string& output, const CheckedStrings& strings,
+                 FaultLog& faults, Advance& advance, std::string& found) {
+  const bool array = isThere(output + ".stpsa");
+  const bool lcps = isThere(output + ".stlcp");
+  const bool trees = isThere(output + ".stdiv") &&
+                     StoredBytes(output + ".stdiv", 1).records() > 0;
+  if (array) found += ", the merged array";
+  if (array && lcps) found += " with its LCPs";
+  if (trees) found += ", the suffix tree partitions";
+  if (!array && !trees) {
+    faults.add(output, "neither a merged array (.stpsa) nor trees (.stdiv)");
+  }
+  checkPart(faults, [&] {
+    checkLeftovers(output, faults);
+    if (!trees) return;
+    MetSuffixes met(strings);
+    advance.begin("the trees", strings.total());
+    checkTrees(output, strings, met, faults, std::ref(advance));
+  });
+  if (!array) return;
+  checkPart(faults, [&] {
     MetSuffixes met(strings);
     advance.begin("the merged array", strings.total());
     checkArray({output, 0, strings.count(), 0}, strings, met, faults,
                std::ref(advance));
-    found += ", the merged array";
-    if (std::filesystem::exists(output + ".stlcp")) found += " with its LCPs";
-  }
-  if (trees) {
-    MetSuffixes met(strings);
-    advance.begin("the trees", strings.total());
-    checkTrees(output, strings, met, faults, std::ref(advance));
-    found += ", the suffix tree partitions";
-  }
-  if (!array && !trees) {
-    faults.add(output, "neither a merged array (.stpsa) nor trees (.stdiv)");
-  }
-  return found;
+  });
 }
 
+// Checks everything; `found` becomes what there was to check, in words. Throws
+// FileError if the strings cannot be had.
+void checkAll(const CheckOptions& options, FaultLog& faults,
+              std::string& found) {
+  Advance advance;
+  const std::string base =
+      fmt::format("{0}{1}.ST/{1}", options.inputdir, options.prefix);
+  const uint64_t most = options.nmerge == 0 ? UINT64_MAX : options.nmerge;
+  const CheckedStrings strings(base, most, faults);
+  const std::string arraysFolder =
+      fmt::format("{}{}.ST/", options.sdir, options.spfx);
+  const auto arrays = listArrays(
+      fmt::format("{}{}.stplengths", arraysFolder, options.prefix),
+      arraysFolder + options.spfx, options.zeroOrigin, strings, faults);
+  const bool some = strings.count() < strings.countInFolder();
+  found = some ? fmt::format("the first {} of {} inputs", strings.count(),
+                             strings.countInFolder())
+               : fmt::format("{} inputs", strings.count());
+  found += fmt::format(", {} suffix arrays", arrays.size());
+
+  const std::string table = base + ".inputs.tsv";
+  checkPart(faults, [&] {
+    if (isThere(table)) checkInputTable(table, arrays, strings, faults);
+  });
+  advance.begin("the suffix arrays", strings.total());
+  checkInputArrays(arrays, strings, faults, advance, options.jobs);
+  checkPart(faults, [&] {
+    checkOutput(fmt::format("{0}{1}.ST/{1}", options.odir, options.opfx),
+                strings, faults, advance, found);
+  });
+}
+
+void orDefault(std::string& text, const std::string& otherwise) {
+  if (text.empty()) text = otherwise;
+}
+
+}  // namespace
+
 void check(CheckOptions options) {
-  const auto orDefault = [](std::string& text, const std::string& otherwise) {
-    if (text.empty()) text = otherwise;
-  };
   orDefault(options.odir, options.inputdir);
   orDefault(options.sdir, options.inputdir);
   orDefault(options.opfx, options.prefix);
@@ -155,56 +152,35 @@ void check(CheckOptions options) {
 
   FaultLog faults(options.goOn, options.json);
   std::string found;
-  try {
-    found = checkAll(options, faults);
-  } catch (const CheckStopped&) {
+  bool complete = false;
+  const auto finish = [&] {
+    if (options.json) {
+      writeOutput(jsonLine({{"faults", faults.count()},
+                            {"complete", complete},
+                            {"checked", found}}));
+    } else if (complete && faults.count() == 0) {
+      writeOutput(fmt::format("all right: {}\n", found));
+    }
     finishOutput();
+  };
+  try {
+    checkAll(options, faults, found);
+    complete = true;
+  } catch (const CheckStopped&) {
+    finish();
     throw std::runtime_error("stopped at the first fault (see --all)");
+  } catch (const FileError& error) {
+    faults.note(error.file(), std::nullopt, error.reason());
+    finish();
+    throw std::runtime_error("the rest cannot be checked without that file");
+  } catch (const std::exception&) {
+    finish();
+    throw;
   }
-  if (options.json) {
-    std::printf("{\"faults\":%llu,\"checked\":%s}\n",
-                static_cast<unsigned long long>(faults.count()),
-                jsonText(found).c_str());
-  } else if (faults.count() == 0) {
-    std::printf("all right: %s\n", found.c_str());
-  }
-  finishOutput();
+  finish();
   if (faults.count() > 0) {
-    throw std::runtime_error(std::to_string(faults.count()) + " faults found");
+    throw std::runtime_error(fmt::format("{} faults found", faults.count()));
   }
-}
-
-}  // namespace
-
-void addCheck(CLI::App& app) {
-  auto options = std::make_shared<CheckOptions>();
-  CLI::App* command = app.add_subcommand(
-      "check",
-      "Prove a data folder and what palvor made of it, a merged array, suffix "
-      "tree partitions or both, from the definitions. Exit status 0 only if "
-      "all is right.");
-  command
-      ->add_option("inputdir", options->inputdir,
-                   "palvor's input folder, with its trailing /")
-      ->required();
-  command->add_option("prefix", options->prefix, "palvor's input file prefix")
-      ->required();
-  command->add_option("-o", options->odir, "output folder, as palvor's -o");
-  command->add_option("-p", options->opfx, "output prefix, as palvor's -p");
-  command->add_option("-S", options->sdir,
-                      "folder of the suffix arrays, as palvor's -S");
-  command->add_option("-s", options->spfx,
-                      "prefix of the suffix arrays, as palvor's -s");
-  command->add_flag("-z", options->zeroOrigin,
-                    "inputs are numbered from zero in every suffix array");
-  command->add_flag("--all", options->goOn,
-                    "report all faults, instead of stopping at the first");
-  command->add_flag("--json", options->json, "report as JSON lines");
-  command
-      ->add_option("-j,--jobs", options->jobs, "suffix arrays to check at once")
-      ->check(CLI::Range(1, 1024))
-      ->capture_default_str();
-  command->callback([options] { check(*options); });
 }
 
 }  // namespace kit

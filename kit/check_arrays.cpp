@@ -1,12 +1,12 @@
 #include "kit/check_arrays.h"
 
-#include <filesystem>
+#include <fmt/format.h>
+
 #include <optional>
 #include <vector>
 
 #include "kit/record_file.h"
-#include "sources/lcp_entry.h"
-#include "sources/suffix.h"
+#include "kit/records.h"
 
 namespace kit {
 namespace {
@@ -22,11 +22,16 @@ void checkArray(const ArrayToCheck& array, const CheckedStrings& strings,
   const std::string lcpPath = array.path + ".stlcp";
   const RecordFile<Suffix> file(path);
   std::optional<RecordFile<LcpEntry>> lcpFile;
-  if (std::filesystem::exists(lcpPath)) lcpFile.emplace(lcpPath);
+  if (isThere(lcpPath)) lcpFile.emplace(lcpPath);
   if (lcpFile && lcpFile->size() != file.size()) {
     faults.add(lcpPath,
-               std::to_string(lcpFile->size()) + " entries, expected " +
-                   std::to_string(file.size()) + ", as many as records");
+               fmt::format("{} entries, expected {}, as many as records",
+                           lcpFile->size(), file.size()));
+  }
+  const uint64_t suffixes = strings.total(array.firstInput, array.endInput);
+  if (file.size() < suffixes) {
+    faults.add(path, fmt::format("{} of {} records: unfinished", file.size(),
+                                 suffixes));
   }
 
   SuffixRun run(strings, met, faults);
@@ -38,9 +43,8 @@ void checkArray(const ArrayToCheck& array, const CheckedStrings& strings,
       const Suffix& suffix = block[i];
       const uint64_t input = uint64_t{inputNumber(suffix)} + array.origin;
       if (input < array.firstInput || input >= array.endInput) {
-        faults.add(
-            path, next,
-            "input " + std::to_string(input) + " is not one of this array's");
+        faults.add(path, next,
+                   fmt::format("input {} is not one of this array's", input));
         continue;
       }
       const Place place = {static_cast<uint32_t>(input), suffix.pos};
@@ -50,22 +54,23 @@ void checkArray(const ArrayToCheck& array, const CheckedStrings& strings,
       const uint64_t found = uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
       if (prefix != found) {
         faults.add(path, next,
-                   "prefix words " + hex(found >> 32) + " " +
-                       hex(found & 0xFFFFFFFF) + ", expected " +
-                       hex(prefix >> 32) + " " + hex(prefix & 0xFFFFFFFF));
+                   fmt::format("prefix words {:08X} {:08X}, expected {:08X} "
+                               "{:08X}",
+                               found >> 32, found & 0xFFFFFFFF, prefix >> 32,
+                               prefix & 0xFFFFFFFF));
       }
       if (i >= entries.size() || step->first) continue;
       const uint64_t entry = step->bits << 1 | (step->inside ? 1 : 0);
       if (entries[i] != entry) {
         faults.add(lcpPath, next,
-                   "entry " + std::to_string(entries[i]) + ", expected " +
-                       std::to_string(entry));
+                   fmt::format("entry {}, expected {}", entries[i], entry));
       }
     }
     advance(block.size());
   }
+  if (file.size() < suffixes) return;
   if (const auto missing = met.missing(array.firstInput, array.endInput)) {
-    faults.add(path, describe(*missing) + " is missing");
+    faults.add(path, fmt::format("{} is missing", describe(*missing)));
   }
 }
 

@@ -23,7 +23,7 @@ struct ArrayToCheck {
 
 // Reports what is wrong with an array: records that name no suffix, suffixes
 // out of order, missing or met twice, prefix words and LCP entries that are
-// not those of the strings.
+// not those of the strings. Throws FileError if a file cannot be read.
 //   advance  told the number of records done, now and then
 void checkArray(const ArrayToCheck& array, const CheckedStrings& strings,
                 MetSuffixes& met, FaultLog& faults,

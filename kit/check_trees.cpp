@@ -1,12 +1,13 @@
 #include "kit/check_trees.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <optional>
 #include <vector>
 
 #include "kit/record_file.h"
-#include "output/divider.h"
-#include "output/tree_node.h"
+#include "kit/records.h"
 
 namespace kit {
 namespace {
@@ -31,8 +32,8 @@ class TreeWalk {
   void check() {
     const auto expected = static_cast<uint32_t>(divider_.nodes);
     if (nodes_.size() != expected) {
-      faults_.add(path_, std::to_string(nodes_.size()) + " records, expected " +
-                             std::to_string(expected) + " by its divider");
+      faults_.add(path_, fmt::format("{} records, expected {} by its divider",
+                                     nodes_.size(), expected));
     }
     if (nodes_.size() < 2) {
       faults_.add(path_, "there is no suffix");
@@ -97,8 +98,8 @@ class TreeWalk {
       const TreeNode& node = nodes_[r];
       if (r > head && (!isLeaf(node) || node.edge != nodes_[head].edge)) {
         faults_.add(path_, r,
-                    "not a leaf with its group's edge of " +
-                        std::to_string(nodes_[head].edge) + " bits");
+                    fmt::format("not a leaf with its group's edge of {} bits",
+                                nodes_[head].edge));
       }
       if (isLeaf(node)) takeLeaf(r, depth);
       if (!hasNext(node)) return true;
@@ -113,9 +114,9 @@ class TreeWalk {
     }
     if (input >= strings_.count() || depth > 2 * strings_.length(input) ||
         depth % 2 != 0 || depth == 0) {
-      faults_.add(path_, record,
-                  "input " + std::to_string(input) + " has no suffix of " +
-                      std::to_string(depth) + " bits");
+      faults_.add(
+          path_, record,
+          fmt::format("input {} has no suffix of {} bits", input, depth));
       return;
     }
     const Place place = {input, strings_.length(input) - depth / 2};
@@ -125,8 +126,8 @@ class TreeWalk {
     last_ = prefix;
     if (step && !firstOfTree_ && step->bits != branchDepth_) {
       faults_.add(path_, record,
-                  "branches off after " + std::to_string(branchDepth_) +
-                      " bits, expected " + std::to_string(step->bits));
+                  fmt::format("branches off after {} bits, expected {}",
+                              branchDepth_, step->bits));
     }
     firstOfTree_ = false;
     branchDepth_ = depth;
@@ -140,7 +141,7 @@ class TreeWalk {
     for (const uint32_t child : {left, right}) {
       if (child >= nodes_.size()) {
         faults_.add(path_, group.record,
-                    "there is no record " + std::to_string(child));
+                    fmt::format("there is no record {}", child));
         return;
       }
     }
@@ -160,17 +161,18 @@ class TreeWalk {
 
   void compareWithDivider() {
     if (maxDepth_ % 65536 != divider_.maxDepth) {
-      faults_.add(path_, "node depth " + std::to_string(maxDepth_) +
-                             ", its divider says " +
-                             std::to_string(divider_.maxDepth));
+      faults_.add(path_, fmt::format("node depth {}, its divider says {}",
+                                     maxDepth_, divider_.maxDepth));
     }
     if (first_ && *first_ != divider_.firstPrefix) {
-      faults_.add(path_, "first prefix " + hex(*first_) +
-                             ", its divider says " + hex(divider_.firstPrefix));
+      faults_.add(path_,
+                  fmt::format("first prefix {:08X}, its divider says {:08X}",
+                              *first_, divider_.firstPrefix));
     }
     if (first_ && last_ != divider_.lastPrefix) {
-      faults_.add(path_, "last prefix " + hex(last_) + ", its divider says " +
-                             hex(divider_.lastPrefix));
+      faults_.add(path_,
+                  fmt::format("last prefix {:08X}, its divider says {:08X}",
+                              last_, divider_.lastPrefix));
     }
   }
 
@@ -201,21 +203,25 @@ void checkTrees(const std::string& path, const CheckedStrings& strings,
     const DividerRecord& record = dividers[t];
     if (static_cast<uint32_t>(record.tree) != t) {
       faults.add(dividersPath, t,
-                 "tree " + std::to_string(record.tree) + ", expected " +
-                     std::to_string(t));
+                 fmt::format("tree {}, expected {}", record.tree, t));
     }
     if (std::any_of(std::begin(record.reserved), std::end(record.reserved),
                     [](uint8_t byte) { return byte != 0; })) {
       faults.add(dividersPath, t, "reserved bytes that are not zero");
     }
     const uint64_t before = run.taken();
-    TreeWalk(path + "_" + std::to_string(t) + ".stree", record, strings, run,
-             faults)
+    TreeWalk(fmt::format("{}_{}.stree", path, t), record, strings, run, faults)
         .check();
     advance(run.taken() - before);
   }
-  if (const auto missing = met.missing(0, strings.count())) {
-    faults.add(dividersPath, describe(*missing) + " is in no tree");
+  const auto missing = met.missing(0, strings.count());
+  if (missing && run.taken() < strings.total()) {
+    faults.add(dividersPath,
+               fmt::format("{} of {} suffixes: unfinished, {} is in no tree",
+                           run.taken(), strings.total(), describe(*missing)));
+  } else if (missing) {
+    faults.add(dividersPath,
+               fmt::format("{} is in no tree", describe(*missing)));
   }
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "kit/fault_log.h"
+#include "kit/packed_string.h"
 
 namespace kit {
 
@@ -20,15 +21,21 @@ struct Place {
 
 class CheckedStrings {
  public:
-  // Loads the strings of <base>.stlengths, .stblengths and _<i>.stbin. Reports
-  // lengths past the limit, sizes that disagree, and trailers and paddings that
-  // are not zero. Throws if strings are missing, since nothing can be checked
-  // without them.
-  CheckedStrings(const std::string& base, FaultLog& faults);
+  // Loads the strings of <base>.stlengths, .stblengths and _<i>.stbin, of the
+  // first `most` inputs at most. Reports lengths past the limit, sizes that
+  // disagree, and trailers and paddings that are not zero. Throws FileError if
+  // strings are missing, since nothing can be checked without them.
+  CheckedStrings(const std::string& base, uint64_t most, FaultLog& faults);
 
+  // Inputs that are loaded, and all those that the folder has.
   uint32_t count() const { return static_cast<uint32_t>(lengths_.size()); }
+  uint64_t countInFolder() const { return countInFolder_; }
+
   uint64_t length(uint32_t input) const { return lengths_[input]; }
   uint64_t total() const { return total_; }
+
+  // Characters of inputs `from` to `to` - 1: as many suffixes.
+  uint64_t total(uint32_t from, uint32_t to) const;
 
   bool has(const Place& place) const {
     return place.input < count() && place.pos < lengths_[place.input];
@@ -41,10 +48,7 @@ class CheckedStrings {
 
   // The 64 bits of an input from a bit on, zero past its end.
   uint64_t slice(uint32_t input, uint64_t bit) const {
-    const uint32_t* words = words_[input].data() + bit / 32;
-    const uint64_t first = uint64_t{words[0]} << 32 | words[1];
-    const unsigned shift = bit % 32;
-    return shift == 0 ? first : first << shift | words[2] >> (32 - shift);
+    return strings_[input].slice(bit);
   }
 
   // Index of a suffix among all: no two share a 64-bit word's worth of indexes
@@ -55,12 +59,11 @@ class CheckedStrings {
   uint64_t indexes() const { return starts_.back(); }
 
  private:
-  void load(const std::string& path, uint32_t input, FaultLog& faults);
-
-  std::vector<uint32_t> lengths_;             // in characters
-  std::vector<std::vector<uint32_t>> words_;  // data words and three zeros
-  std::vector<uint64_t> starts_ = {0};        // of each input's indexes
-  uint64_t total_ = 0;                        // characters of all inputs
+  std::vector<uint32_t> lengths_;  // in characters
+  std::vector<PackedString> strings_;
+  std::vector<uint64_t> starts_ = {0};  // of each input's indexes
+  uint64_t total_ = 0;                  // characters of all inputs
+  uint64_t countInFolder_ = 0;
 };
 
 }  // namespace kit

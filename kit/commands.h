@@ -1,5 +1,6 @@
 // The subcommands of palvor-kit. Each adds itself, with its options and what it
-// does, to the program; what it does throws std::exception on failure.
+// does, to the program; what it does throws std::exception on failure. A
+// command's line stands in <name>_command.cpp, its work in <name>.h.
 
 #ifndef PALVOR_KIT_COMMANDS_H_
 #define PALVOR_KIT_COMMANDS_H_
@@ -9,6 +10,7 @@
 namespace kit {
 
 void addCheck(CLI::App& app);
+void addHelp(CLI::App& app);  // shows the help of the others
 void addPrepare(CLI::App& app);
 void addSimulate(CLI::App& app);
 void addView(CLI::App& app);

@@ -1,12 +1,17 @@
 #include "kit/data_folder.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cctype>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
 
+#include "kit/file_error.h"
+#include "kit/folders.h"
 #include "kit/output_file.h"
+#include "kit/record_file.h"
 
 namespace kit {
 namespace {
@@ -17,8 +22,8 @@ constexpr size_t kLongestPath = 199;  // characters; palvor's limit
 
 // Every kind of file that palvor and palvor-kit keep in a data folder.
 constexpr std::string_view kKinds[] = {
-    ".stlengths", ".stblengths", ".stplengths", ".inputs.tsv", ".stbin",
-    ".stpsa",     ".stlcp",      ".stree",      ".stdiv"};
+    ".stlengths", ".stblengths", ".stplengths", ".inputs.tsv", ".manifest.tsv",
+    ".stbin",     ".stpsa",      ".stlcp",      ".stree",      ".stdiv"};
 
 bool consume(std::string_view& text, std::string_view start) {
   if (!text.starts_with(start)) return false;
@@ -42,12 +47,18 @@ bool belongsTo(std::string_view name, const std::string& prefix) {
          std::end(kKinds);
 }
 
+void removeFile(const fs::path& file) {
+  std::error_code failure;
+  fs::remove(file, failure);
+  if (failure) throw FileError(file.string(), failure.message());
+}
+
 const std::string& tested(const std::string& path) {
   if (path.size() > kLongestPath) {
-    throw std::runtime_error("palvor takes paths of up to " +
-                             std::to_string(kLongestPath) +
-                             " characters, this one has " +
-                             std::to_string(path.size()) + ": " + path);
+    throw std::runtime_error(
+        fmt::format("palvor takes paths of up to {} characters, this one has "
+                    "{}: {}",
+                    kLongestPath, path.size(), path));
   }
   return path;
 }
@@ -58,10 +69,11 @@ DataFolder::DataFolder(const std::string& directory, const std::string& prefix)
     : directory_(directory), prefix_(prefix) {
   if (prefix.empty() || prefix.find('/') != std::string::npos ||
       prefix.front() == '-') {
-    throw std::runtime_error("not a prefix for files: '" + prefix + "'");
+    throw std::runtime_error(
+        fmt::format("not a prefix for files: '{}'", prefix));
   }
   if (directory_.empty()) directory_ = ".";
-  if (directory_.front() == '-') directory_ = "./" + directory_;
+  if (directory_.front() == '-') directory_.insert(0, "./");
   if (directory_.back() != '/') directory_ += '/';
   folder_ = directory_ + prefix_ + ".ST/";
   path(".stblengths");  // tests the length
@@ -72,7 +84,7 @@ std::string DataFolder::path(const std::string& kind) const {
 }
 
 std::string DataFolder::path(uint64_t number, const std::string& kind) const {
-  return tested(folder_ + prefix_ + "_" + std::to_string(number) + kind);
+  return tested(fmt::format("{}{}_{}{}", folder_, prefix_, number, kind));
 }
 
 std::vector<fs::path> DataFolder::filesThere() const {
@@ -85,25 +97,31 @@ std::vector<fs::path> DataFolder::filesThere() const {
     }
     entry.increment(failure);
   }
-  if (failure) throw std::system_error(failure, "can't list " + folder_);
+  if (failure) throw FileError(folder_, failure.message());
   return found;
 }
 
+void DataFolder::removeAllBut(const std::set<std::string>& names) const {
+  for (const fs::path& file : filesThere()) {
+    if (!names.contains(file.filename().string())) fs::remove(file);
+  }
+}
+
 void DataFolder::create(bool force) const {
-  fs::create_directories(folder_);
+  createFolders(folder_);
   const std::vector<fs::path> found = filesThere();
   if (found.empty()) return;
   if (!force) {
-    const bool whole = fs::exists(path(".stlengths"));
-    throw std::runtime_error(
-        folder_ + " holds files of the prefix '" + prefix_ + "' already, " +
-        (whole ? "such as " + found.front().filename().string()
-               : "left by a run that did not finish") +
-        "; --force replaces them");
+    throw std::runtime_error(fmt::format(
+        "{} holds files of the prefix '{}' already, {}; --force replaces them",
+        folder_, prefix_,
+        isThere(path(".stlengths"))
+            ? fmt::format("such as {}", found.front().filename().string())
+            : "left by a run that did not finish"));
   }
   // Without its lengths file a folder is not taken for a whole one.
-  fs::remove(path(".stlengths"));
-  for (const fs::path& file : found) fs::remove(file);
+  removeFile(path(".stlengths"));
+  for (const fs::path& file : found) removeFile(file);
 }
 
 }  // namespace kit

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,11 +21,23 @@ class DataFolder {
   const std::string& directory() const { return directory_; }
   const std::string& prefix() const { return prefix_; }
 
+  // The folder itself, without a "/" at its end.
+  std::string path() const { return directory_ + prefix_ + ".ST"; }
+
   // Path of the folder's one file of a kind, such as ".stlengths", or of the
   // numbered one, such as ".stbin".
   // Throws std::runtime_error if palvor would refuse a path of that length.
   std::string path(const std::string& kind) const;
   std::string path(uint64_t number, const std::string& kind) const;
+
+  // The name of a numbered file in the folder.
+  std::string name(uint64_t number, const std::string& kind) const {
+    return prefix_ + "_" + std::to_string(number) + kind;
+  }
+
+  // Removes the files of this prefix whose names in the folder, which must be
+  // there, are not among these.
+  void removeAllBut(const std::set<std::string>& names) const;
 
   // Creates the folder, and the directories above it, where missing. If it
   // holds files of this prefix already, removes them with `force`, the lengths

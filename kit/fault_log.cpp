@@ -1,37 +1,37 @@
 #include "kit/fault_log.h"
 
-#include <cstdio>
+#include <fmt/format.h>
 
-#include "kit/table_printer.h"
+#include "kit/json.h"
+#include "kit/standard_output.h"
 
 namespace kit {
 
 void FaultLog::add(const std::string& file, const std::string& reason) {
-  print(file, nullptr, reason);
+  note(file, std::nullopt, reason);
+  if (!goOn_) throw CheckStopped();
 }
 
 void FaultLog::add(const std::string& file, uint64_t record,
                    const std::string& reason) {
-  print(file, &record, reason);
+  note(file, record, reason);
+  if (!goOn_) throw CheckStopped();
 }
 
-void FaultLog::print(const std::string& file, const uint64_t* record,
-                     const std::string& reason) {
+void FaultLog::note(const std::string& file, std::optional<uint64_t> record,
+                    const std::string& reason) {
   const std::lock_guard lock(mutex_);
   count_++;
   if (json_) {
-    std::printf("{\"file\":%s", jsonText(file).c_str());
-    if (record != nullptr) {
-      std::printf(",\"record\":%llu", static_cast<unsigned long long>(*record));
-    }
-    std::printf(",\"fault\":%s}\n", jsonText(reason).c_str());
-  } else if (record != nullptr) {
-    std::printf("%s: record %llu: %s\n", file.c_str(),
-                static_cast<unsigned long long>(*record), reason.c_str());
+    Json fault = {{"file", file}};
+    if (record) fault["record"] = *record;
+    fault["fault"] = reason;
+    writeOutput(jsonLine(fault));
+  } else if (record) {
+    writeOutput(fmt::format("{}: record {}: {}\n", file, *record, reason));
   } else {
-    std::printf("%s: %s\n", file.c_str(), reason.c_str());
+    writeOutput(fmt::format("{}: {}\n", file, reason));
   }
-  if (!goOn_) throw CheckStopped();
 }
 
 }  // namespace kit

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -26,12 +27,13 @@ class FaultLog {
   void add(const std::string& file, const std::string& reason);
   void add(const std::string& file, uint64_t record, const std::string& reason);
 
+  // The same, without throwing: for faults that leave nothing to go on with.
+  void note(const std::string& file, std::optional<uint64_t> record,
+            const std::string& reason);
+
   uint64_t count() const { return count_; }
 
  private:
-  void print(const std::string& file, const uint64_t* record,
-             const std::string& reason);
-
   const bool goOn_;
   const bool json_;
   std::mutex mutex_;

@@ -1,5 +1,5 @@
-// Writes a data folder: suffix array by suffix array, in any order and from
-// several threads, then what describes them all.
+// Writes what a data folder holds beside the suffix arrays: the packed strings
+// of each, and what describes them all.
 
 #ifndef PALVOR_KIT_FOLDER_WRITER_H_
 #define PALVOR_KIT_FOLDER_WRITER_H_
@@ -13,13 +13,9 @@
 
 namespace kit {
 
-// Sorts one suffix array and writes it, its inputs' packed strings and, if
-// wanted, its LCP entries. Threads may call it at once for different arrays.
-// Throws std::exception.
-//   zeroOrigin  the records number the array's inputs from 0, and not from
-//               `firstInput`
-void writePsa(const DataFolder& folder, const PsaText& psa, bool withLcp,
-              bool zeroOrigin);
+// Writes the packed strings of one array's inputs. Threads may call it at once
+// for different arrays. Throws std::system_error, which names the file.
+void writeStrings(const DataFolder& folder, const PsaText& psa);
 
 // Gathers what the lengths files and the table of inputs say. The arrays must
 // be added in the order of their numbers, by one thread at a time.

@@ -1,11 +1,22 @@
 // palvor-kit: makes data folders for palvor, and looks into them.
 
+#include <fmt/format.h>
+
 #include <cstdio>
 #include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <string>
 
 #include "kit/commands.h"
+#include "kit/usage_error.h"
 
 namespace {
+
+int fail(const std::string& reason) {
+  fmt::print(stderr, "palvor-kit: error: {}\n", reason);
+  return 1;
+}
 
 int run(int argc, char** argv) {
   CLI::App app(
@@ -17,10 +28,16 @@ int run(int argc, char** argv) {
   kit::addCheck(app);
   kit::addSimulate(app);
   kit::addView(app);
+  kit::addHelp(app);
+  if (argc < 2) return fail("which command?\n\n" + app.help());
   try {
     app.parse(argc, argv);
+  } catch (const CLI::Success& asked) {  // help, or the version
+    app.exit(asked);
+    std::cout.flush();
+    if (!std::cout) return fail("can't write to standard output");
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : 1;
+    return fail(kit::explainUsageError(app, error));
   }
   return 0;
 }
@@ -31,10 +48,8 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::bad_alloc&) {
-    std::fprintf(stderr, "palvor-kit: error: out of memory\n");
-    return 1;
+    return fail("out of memory");
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "palvor-kit: error: %s\n", error.what());
-    return 1;
+    return fail(error.what());
   }
 }

@@ -19,7 +19,6 @@ OutputFile::OutputFile(const std::string& path)
   descriptor_ =
       ::open(part_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (descriptor_ < 0) fail("can't create ");
-  buffer_.reserve(kBufferBytes);
 }
 
 OutputFile::~OutputFile() {
@@ -29,6 +28,7 @@ OutputFile::~OutputFile() {
 
 void OutputFile::write(const void* bytes, size_t size) {
   const char* from = static_cast<const char*>(bytes);
+  if (buffer_.capacity() == 0) buffer_.reserve(kBufferBytes + size);
   buffer_.insert(buffer_.end(), from, from + size);
   if (buffer_.size() >= kBufferBytes) flush();
 }
@@ -43,6 +43,20 @@ void OutputFile::flush() {
     done += static_cast<size_t>(written);
   }
   buffer_.clear();
+}
+
+void OutputFile::writeAt(uint64_t offset, const void* bytes,
+                         size_t size) const {
+  const char* from = static_cast<const char*>(bytes);
+  while (size > 0) {
+    const ssize_t written =
+        ::pwrite(descriptor_, from, size, static_cast<off_t>(offset));
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) fail("can't write ");
+    from += written;
+    offset += static_cast<uint64_t>(written);
+    size -= static_cast<size_t>(written);
+  }
 }
 
 void OutputFile::commit() {

@@ -4,6 +4,7 @@
 #define PALVOR_KIT_OUTPUT_FILE_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,10 @@ class OutputFile {
 
   // Appends bytes; buffered.
   void write(const void* bytes, size_t size);
+
+  // Writes bytes at an offset, at once. Threads may do so side by side; a file
+  // is either appended to or written so.
+  void writeAt(uint64_t offset, const void* bytes, size_t size) const;
 
   // Writes the rest, closes the file and gives it its name.
   void commit();

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "kit/packer.h"
+
 namespace kit {
 namespace {
 
@@ -10,14 +12,16 @@ namespace {
 constexpr size_t kLongestInput = 1'073'741'823;  // characters
 constexpr uint64_t kMostInputs = 1'073'741'823;
 
-// The sorter counts in signed 32-bit integers.
-constexpr size_t kLongestText = 2'147'483'646;  // bytes
+// Letters that say something about what a text is.
+constexpr uint64_t kWorthJudging = 64;
+
+// Positions of a text are 32-bit numbers.
+constexpr size_t kMostWords = (size_t{1} << 28) - 1;
 
 }  // namespace
 
-PsaSource::PsaSource(std::vector<std::string> files, Ambiguous ambiguous,
-                     bool perRecord)
-    : files_(std::move(files)), ambiguous_(ambiguous), perRecord_(perRecord) {}
+PsaSource::PsaSource(std::vector<std::string> files, const ReadingRules& rules)
+    : files_(std::move(files)), rules_(rules) {}
 
 bool PsaSource::next(PsaText& psa) {
   psa = {};
@@ -25,19 +29,41 @@ bool PsaSource::next(PsaText& psa) {
     if (!reader_) {
       reader_ = std::make_unique<SequenceReader>(files_[fileIndex_]);
       fileGaveInput_ = false;
+      fileLetters_ = 0;
     }
     psa.file = files_[fileIndex_];
     while (reader_->nextRecord()) {
       readRecord(psa);
-      if (perRecord_ && finish(psa)) return true;
+      if (rules_.psaPerRecord && finish(psa)) return true;
     }
-    const bool found = !perRecord_ && finish(psa);
-    if (!fileGaveInput_) summary_.emptyFiles++;
-    reader_.reset();
-    fileIndex_++;
+    const bool found = !rules_.psaPerRecord && finish(psa);
+    endFile();
     if (found) return true;
   }
   return false;
+}
+
+// Sums up the current file, and leaves it. Unknown characters (N) may be most
+// of a genome; codes that leave a choice are rare in DNA and frequent in
+// protein.
+void PsaSource::endFile() {
+  uint64_t codes = 0;
+  const LetterCounts& letters = reader_->ambiguousLetters();
+  for (size_t letter = 0; letter < letters.size(); letter++) {
+    summary_.letters[letter] += letters[letter];
+    if (letter >= 'A' && letter <= 'Z' && letter != 'N') {
+      codes += letters[letter];
+    }
+  }
+  if (fileLetters_ >= kWorthJudging && 2 * codes > fileLetters_) {
+    throw std::runtime_error(
+        sourceName(files_[fileIndex_]) + ": of " +
+        std::to_string(fileLetters_) + " letters " + std::to_string(codes) +
+        " are ambiguous: this is probably protein, not DNA");
+  }
+  if (!fileGaveInput_) summary_.emptyFiles++;
+  reader_.reset();
+  fileIndex_++;
 }
 
 // Numbers what was read, if it holds any input.
@@ -50,15 +76,13 @@ bool PsaSource::finish(PsaText& psa) {
     throw std::runtime_error(psa.file + ": more inputs than " +
                              std::to_string(kMostInputs));
   }
-  for (const InputString& input : psa.inputs) {
-    summary_.characters += input.length;
-  }
+  for (const InputString& input : psa.inputs) psa.characters += input.length;
+  summary_.characters += psa.characters;
   fileGaveInput_ = true;
   return true;
 }
 
 void PsaSource::readRecord(PsaText& psa) {
-  const size_t textBefore = psa.text.size();
   const size_t inputsBefore = psa.inputs.size();
   uint64_t offset = 0;
   bool skip = false;
@@ -73,56 +97,79 @@ void PsaSource::readRecord(PsaText& psa) {
           std::min(piece.find_first_not_of('N', clean), piece.size());
       const size_t ambiguous = next - clean;
       if (ambiguous > 0) {
-        if (ambiguous_ == Ambiguous::kError) {
+        if (rules_.ambiguous == Ambiguous::kError) {
           throw std::runtime_error(reader_->located(
               "character " + std::to_string(offset + clean) + " of record '" +
-              reader_->name() + "' is ambiguous (see --ambiguous)"));
+              reader_->name() + "' is '" + reader_->firstAmbiguous() +
+              "', which is ambiguous (see --ambiguous)"));
         }
         summary_.ambiguous += ambiguous;
-        skip = skip || ambiguous_ == Ambiguous::kSkipRecord;
+        skip = skip || rules_.ambiguous == Ambiguous::kSkipRecord;
         endInput(psa);
       }
       offset += next;
       piece.remove_prefix(next);
     }
   }
+  fileLetters_ += offset;
   endInput(psa);
   if (skip) {
-    psa.text.resize(textBefore);
-    psa.inputs.resize(inputsBefore);
+    dropInputs(psa, inputsBefore);
     summary_.skippedRecords++;
   } else if (psa.inputs.size() == inputsBefore) {
     summary_.emptyRecords++;
   } else {
-    summary_.splits += psa.inputs.size() - inputsBefore - 1;
+    const size_t strands = rules_.bothStrands ? 2 : 1;
+    summary_.splits += (psa.inputs.size() - inputsBefore) / strands - 1;
   }
 }
 
 void PsaSource::addCharacters(PsaText& psa, std::string_view run,
                               uint64_t offset) {
   if (!inputOpen_) {
-    psa.inputs.push_back({psa.text.size(), 0, reader_->name(), offset});
+    psa.inputs.push_back(
+        {kCharactersPerWord * psa.words.size(), 0, reader_->name(), offset});
     inputOpen_ = true;
   }
-  psa.text.append(run);
   InputString& input = psa.inputs.back();
+  appendPacked(psa.words, input.length, run);
   input.length += run.size();
   if (input.length > kLongestInput) {
     throw std::runtime_error(reader_->located("an input of more than " +
                                               std::to_string(kLongestInput) +
                                               " characters"));
   }
-  if (psa.text.size() >= kLongestText) {
-    throw std::runtime_error(
-        reader_->located("more than " + std::to_string(kLongestText) +
-                         " characters for one suffix array" +
-                         (perRecord_ ? "" : " (see --psa-per record)")));
+  testSize(psa);
+}
+
+void PsaSource::testSize(const PsaText& psa) const {
+  if (psa.words.size() + kGapWords > kMostWords) {
+    throw std::runtime_error(reader_->located(
+        "more than " + std::to_string(kMostWords) +
+        " packed words for one suffix array" +
+        (rules_.psaPerRecord ? "" : " (see --psa-per record)")));
   }
 }
 
 void PsaSource::endInput(PsaText& psa) {
-  if (inputOpen_) psa.text += kSeparator;
+  if (!inputOpen_) return;
   inputOpen_ = false;
+  psa.words.resize(psa.words.size() + kGapWords);
+  if (!rules_.bothStrands) return;
+  InputString other = psa.inputs.back();
+  other.begin = kCharactersPerWord * psa.words.size();
+  other.reverse = true;
+  appendReverseComplement(
+      psa.words, psa.inputs.back().begin / kCharactersPerWord, other.length);
+  psa.words.resize(psa.words.size() + kGapWords);
+  psa.inputs.push_back(std::move(other));
+  testSize(psa);
+}
+
+void PsaSource::dropInputs(PsaText& psa, size_t from) {
+  if (from == psa.inputs.size()) return;
+  psa.words.resize(psa.inputs[from].begin / kCharactersPerWord);
+  psa.inputs.resize(from);
 }
 
 }  // namespace kit

@@ -20,13 +20,22 @@ enum class Ambiguous {
   kError        // stop
 };
 
+// How records become inputs and suffix arrays.
+struct ReadingRules {
+  Ambiguous ambiguous = Ambiguous::kSplit;
+  bool psaPerRecord = false;  // an array for each record, instead of each file
+  bool bothStrands = false;   // the reverse complement of each input follows it
+                              // as an input of its own
+};
+
 // What was read, and what was done about it.
 struct ReadingSummary {
   uint64_t records = 0;
   uint64_t inputs = 0;
-  uint64_t characters = 0;  // in the inputs
-  uint64_t ambiguous = 0;   // ambiguous characters, as far as they were read
-  uint64_t splits = 0;      // inputs that begin after ambiguous characters
+  uint64_t characters = 0;      // in the inputs, on all strands
+  uint64_t ambiguous = 0;       // ambiguous characters
+  LetterCounts letters{};       // which ones
+  uint64_t splits = 0;          // inputs that begin after ambiguous characters
   uint64_t skippedRecords = 0;  // left out for an ambiguous character
   uint64_t emptyRecords = 0;    // left out since nothing is in them
   uint64_t emptyFiles = 0;      // files that gave no input at all
@@ -34,9 +43,7 @@ struct ReadingSummary {
 
 class PsaSource {
  public:
-  // perRecord: each record gets an array of its own, instead of each file.
-  PsaSource(std::vector<std::string> files, Ambiguous ambiguous,
-            bool perRecord);
+  PsaSource(std::vector<std::string> files, const ReadingRules& rules);
 
   // Reads the next array's inputs. Arrays without any are passed over. False
   // when all files are read. Throws std::runtime_error with the file's name.
@@ -50,16 +57,19 @@ class PsaSource {
  private:
   void readRecord(PsaText& psa);
   void addCharacters(PsaText& psa, std::string_view run, uint64_t offset);
+  void endFile();
+  void testSize(const PsaText& psa) const;
   void endInput(PsaText& psa);
+  void dropInputs(PsaText& psa, size_t from);
   bool finish(PsaText& psa);
 
   std::vector<std::string> files_;
-  Ambiguous ambiguous_;
-  bool perRecord_;
+  ReadingRules rules_;
   std::unique_ptr<SequenceReader> reader_;  // of the current file, if any
   size_t fileIndex_ = 0;
   bool fileGaveInput_ = false;
-  bool inputOpen_ = false;  // the text ends in the middle of an input
+  uint64_t fileLetters_ = 0;  // of the current file
+  bool inputOpen_ = false;    // the text ends in the middle of an input
   int nextNumber_ = 0;
   ReadingSummary summary_;
 };

@@ -5,23 +5,31 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <stdexcept>
-#include <system_error>
+#include <cstring>
+
+#include "kit/file_error.h"
 
 namespace kit {
 namespace {
 
-[[noreturn]] void failOn(const std::string& path, const char* what) {
-  throw std::system_error(errno, std::generic_category(), what + path);
+[[noreturn]] void failOn(const std::string& path) {
+  throw FileError(path, std::strerror(errno));
 }
 
 }  // namespace
+
+bool isThere(const std::string& path) {
+  struct stat status = {};
+  if (::stat(path.c_str(), &status) == 0) return true;
+  if (errno == ENOENT || errno == ENOTDIR) return false;
+  failOn(path);
+}
 
 StoredBytes::StoredBytes(const std::string& path, size_t recordSize)
     : path_(path), recordSize_(recordSize) {
   // To open a pipe must not wait for its writer: it is refused below.
   descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor_ < 0) failOn(path, "can't open ");
+  if (descriptor_ < 0) failOn(path);
   struct stat status = {};
   const bool known = ::fstat(descriptor_, &status) == 0;
   const auto size = static_cast<uint64_t>(status.st_size);
@@ -31,11 +39,12 @@ StoredBytes::StoredBytes(const std::string& path, size_t recordSize)
   }
   ::close(descriptor_);
   if (!known || !S_ISREG(status.st_mode)) {
-    throw std::runtime_error(path + " is no regular file");
+    throw FileError(path, "no regular file");
   }
-  throw std::runtime_error(path + ": " + std::to_string(size) +
-                           " bytes are not a whole number of records of " +
-                           std::to_string(recordSize) + " bytes");
+  throw FileError(path,
+                  fmt::format("{} bytes are not a whole number of records "
+                              "of {} bytes",
+                              size, recordSize));
 }
 
 StoredBytes::~StoredBytes() { ::close(descriptor_); }
@@ -47,8 +56,8 @@ void StoredBytes::read(uint64_t first, size_t count, void* to) const {
   while (wanted > 0) {
     const ssize_t got = ::pread(descriptor_, next, wanted, offset);
     if (got < 0 && errno == EINTR) continue;
-    if (got < 0) failOn(path_, "can't read ");
-    if (got == 0) throw std::runtime_error(path_ + " became shorter meanwhile");
+    if (got < 0) failOn(path_);
+    if (got == 0) throw FileError(path_, "became shorter meanwhile");
     next += got;
     offset += got;
     wanted -= static_cast<size_t>(got);

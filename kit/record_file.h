@@ -10,8 +10,11 @@
 
 namespace kit {
 
-// The bytes of a file, at any offset. Throws std::runtime_error or
-// std::system_error, which name the file.
+// Whether there is a file, of whatever kind, at a path. Throws FileError if the
+// system does not say.
+bool isThere(const std::string& path);
+
+// The bytes of a file, at any offset. Throws FileError.
 class StoredBytes {
  public:
   // Opens a regular file whose size is a whole number of records.

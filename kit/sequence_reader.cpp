@@ -32,6 +32,30 @@ constexpr std::array<char, 256> makeSpellings() {
 
 constexpr std::array<char, 256> kSpellings = makeSpellings();
 
+// Text of which more than one letter in so many is no nucleotide code is no
+// DNA.
+constexpr size_t kForeignShare = 20;
+
+char capital(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+// Copies eight characters as capitals if all are A, C, G or T in either case.
+bool copyEight(const char* from, char* to) {
+  constexpr uint64_t kOnes = 0x0101010101010101u;
+  uint64_t bytes;
+  std::memcpy(&bytes, from, sizeof bytes);
+  bytes |= 0x20 * kOnes;
+  // Bits 2 and 1 tell a, c, g and t apart. Those letters are 0x61 with these
+  // bits, but for t, which is 0x74 where that gives 0x65.
+  const uint64_t isT = bytes >> 2 & ~(bytes >> 1) & kOnes;
+  const uint64_t letters = (0x61 * kOnes | (bytes & 0x06 * kOnes)) ^ isT * 0x11;
+  if (bytes != letters) return false;
+  bytes &= ~(0x20 * kOnes);
+  std::memcpy(to, &bytes, sizeof bytes);
+  return true;
+}
+
 bool isSpace(char c) {
   return kSpellings[static_cast<unsigned char>(c)] == kSkipped;
 }
@@ -175,17 +199,54 @@ std::string_view SequenceReader::readSequence() {
 }
 
 std::string_view SequenceReader::normalize(std::string_view piece) {
-  normalized_.resize(piece.size());
+  if (normalized_.size() < piece.size()) normalized_.resize(piece.size());
   char* out = normalized_.data();
-  for (char c : piece) {
-    const char spelling = kSpellings[static_cast<unsigned char>(c)];
-    if (spelling == kInvalid) {
-      fail(describeByte(c) + " in the sequence of record '" + name_ + "'");
+  firstAmbiguous_ = 0;
+  const char* in = piece.data();
+  const char* const end = in + piece.size();
+  while (in < end) {
+    while (end - in >= 8 && copyEight(in, out)) {
+      in += 8;
+      out += 8;
     }
-    *out = spelling;
-    out += spelling != kSkipped;
+    for (const char* const some = end - in < 8 ? end : in + 8; in < some;
+         in++) {
+      const char spelling = kSpellings[static_cast<unsigned char>(*in)];
+      if (spelling == kInvalid) refuse(piece, *in);
+      if (spelling == 'N') {
+        if (firstAmbiguous_ == 0) firstAmbiguous_ = *in;
+        ambiguous_[static_cast<size_t>(capital(*in))]++;
+      }
+      *out = spelling;
+      out += spelling != kSkipped;
+    }
   }
   return {normalized_.data(), static_cast<size_t>(out - normalized_.data())};
+}
+
+// Says what a character is that no sequence may hold, and whether the text
+// around it, as far as it is in the buffer, looks like protein.
+void SequenceReader::refuse(std::string_view piece, char found) const {
+  std::string reason =
+      describeByte(found) + " in the sequence of record '" + name_ + "'";
+  const std::string_view more(buffer_.data() + begin_, end_ - begin_);
+  size_t letters = 0, foreign = 0;
+  const auto judge = [&](std::string_view text) {
+    for (const char c : text) {
+      if (c == '>') break;  // the next record
+      if (capital(c) < 'A' || capital(c) > 'Z') continue;
+      letters++;
+      foreign += kSpellings[static_cast<unsigned char>(c)] == kInvalid;
+    }
+  };
+  judge(piece);
+  judge(more);
+  if (foreign * kForeignShare > letters) {
+    reason += "; of " + std::to_string(letters) + " letters " +
+              std::to_string(foreign) +
+              " stand for no nucleotide: this is probably protein, not DNA";
+  }
+  fail(reason);
 }
 
 // Takes the '+' line and as many quality characters as the sequence has. The

@@ -16,6 +16,7 @@
 #ifndef PALVOR_KIT_SEQUENCE_READER_H_
 #define PALVOR_KIT_SEQUENCE_READER_H_
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -25,6 +26,10 @@
 #include "kit/byte_source.h"
 
 namespace kit {
+
+// How often a file has each of the letters that come out as N, by the letter as
+// a capital.
+using LetterCounts = std::array<uint64_t, 128>;
 
 class SequenceReader {
  public:
@@ -44,6 +49,16 @@ class SequenceReader {
   // the sequence's end, and only there. Valid until the next call.
   std::string_view readSequence();
 
+  // The first letter, as it was written, that came out as N in the characters
+  // read last; there must be one.
+  char firstAmbiguous() const { return firstAmbiguous_; }
+
+  // Of all characters read so far.
+  const LetterCounts& ambiguousLetters() const { return ambiguous_; }
+
+  // Bytes of the file, as it is stored, that were used so far, in blocks.
+  uint64_t storedBytes() const { return source_->storedBytes(); }
+
   // Number of the line that was read last, from 1.
   uint64_t line() const { return line_; }
 
@@ -61,6 +76,7 @@ class SequenceReader {
   void readHeader();
   void finishFastqRecord();
   std::string_view normalize(std::string_view piece);
+  [[noreturn]] void refuse(std::string_view piece, char found) const;
 
   std::string path_;
   std::unique_ptr<ByteSource> source_;
@@ -74,6 +90,8 @@ class SequenceReader {
   uint64_t recordLength_ = 0;  // characters of the sequence read so far
   std::string name_;
   std::string normalized_;
+  char firstAmbiguous_ = 0;
+  LetterCounts ambiguous_{};
 };
 
 }  // namespace kit

@@ -1,29 +1,20 @@
-// palvor-kit simulate: random genomes, the same on every machine.
+#include "kit/simulate.h"
+
+#include <fmt/format.h>
 
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <filesystem>
-#include <memory>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "kit/commands.h"
+#include "kit/folders.h"
 #include "kit/output_file.h"
-#include "kit/table_printer.h"
+#include "kit/standard_output.h"
 
 namespace kit {
 namespace {
-
-struct SimulateOptions {
-  int genomes = 1;
-  uint64_t length = 0;
-  double divergence = 0;
-  uint64_t seed = 1;
-  std::string directory;  // empty: standard output
-};
 
 constexpr size_t kLineLength = 80;
 constexpr unsigned kLongestIndel = 10;  // characters
@@ -86,13 +77,15 @@ std::string mutate(Random& random, const std::string& ancestor,
 }
 
 std::string asFasta(const std::string& name, const std::string& genome) {
-  std::string text = ">" + name + "\n";
+  std::string text = fmt::format(">{}\n", name);
   for (size_t i = 0; i < genome.size(); i += kLineLength) {
     text.append(genome, i, kLineLength);
     text += '\n';
   }
   return text;
 }
+
+}  // namespace
 
 void simulate(const SimulateOptions& options) {
   if (std::isnan(options.divergence)) {
@@ -102,54 +95,21 @@ void simulate(const SimulateOptions& options) {
   const bool independent = options.divergence >= 1;
   std::string ancestor;
   if (!independent) ancestor = randomGenome(random, options.length);
-  if (!options.directory.empty()) {
-    std::filesystem::create_directories(options.directory);
-  }
+  if (!options.directory.empty()) createFolders(options.directory);
   for (int i = 0; i < options.genomes; i++) {
-    const std::string name = "genome_" + std::to_string(i);
+    const std::string name = fmt::format("genome_{}", i);
     const std::string text = asFasta(
         name, independent ? randomGenome(random, options.length)
                           : mutate(random, ancestor, options.divergence));
     if (options.directory.empty()) {
-      std::fwrite(text.data(), 1, text.size(), stdout);
+      writeOutput(text);
     } else {
-      OutputFile file(options.directory + "/" + name + ".fa");
+      OutputFile file(fmt::format("{}/{}.fa", options.directory, name));
       file.write(text.data(), text.size());
       file.commit();
     }
   }
   finishOutput();
-}
-
-}  // namespace
-
-void addSimulate(CLI::App& app) {
-  auto options = std::make_shared<SimulateOptions>();
-  CLI::App* command = app.add_subcommand(
-      "simulate",
-      "Make random genomes that descend from one ancestor, as FASTA. The same "
-      "options give the same genomes everywhere.");
-  command->add_option("--genomes", options->genomes, "how many")
-      ->check(CLI::Range(1, 1'000'000))
-      ->required();
-  command->add_option("--length", options->length, "characters of the ancestor")
-      ->check(CLI::Range(uint64_t{1}, uint64_t{1'073'741'823}))
-      ->required();
-  command
-      ->add_option("--divergence", options->divergence,
-                   "mutations for each character of the ancestor: 8 in 10 are "
-                   "substitutions, the others insertions and deletions of 1 to "
-                   "10 characters; 1 gives independent random genomes")
-      ->check(CLI::Range(0.0, 1.0))
-      ->required();
-  command->add_option("--seed", options->seed, "start of the random numbers")
-      ->capture_default_str();
-  command
-      ->add_option("-o,--output", options->directory,
-                   "write one file for each genome, DIR/genome_<i>.fa, instead "
-                   "of all to standard output")
-      ->type_name("DIR");
-  command->callback([options] { simulate(*options); });
 }
 
 }  // namespace kit

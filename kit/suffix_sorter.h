@@ -1,58 +1,60 @@
-// The suffixes of one suffix array's inputs, in order.
+// The suffixes of one suffix array's inputs, in order, in time proportional to
+// the text, whatever it repeats: the road for texts that repeat themselves too
+// much to be sorted bucket by bucket (kit/bucket_sorter.h).
 //
 // A suffix ends where its input ends. Suffixes are in the order of their
 // characters; one that is a prefix of another comes first, and equal ones,
 // which stand in different inputs, come in the order of their inputs.
 //
-// Takes 4 bytes of memory a character, 8 if there are several inputs or common
-// prefixes are wanted, beside the text itself, and time proportional to the
-// text, whatever it repeats.
+// Takes kBytesPerPosition bytes of memory for each position of the text, beside
+// the text.
 
 #ifndef PALVOR_KIT_SUFFIX_SORTER_H_
 #define PALVOR_KIT_SUFFIX_SORTER_H_
 
+#include <cstddef>
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
+#include "kit/input_finder.h"
 #include "kit/psa_text.h"
-#include "sources/lcp_entry.h"
 
 namespace kit {
 
 class SuffixSorter {
  public:
-  // Sorts. The text, of at least one input, must outlive the sorter.
-  // Throws std::runtime_error if the text cannot be sorted, and if an LCP that
-  // is wanted does not fit an entry.
-  SuffixSorter(const PsaText& psa, bool wantLcp);
+  static constexpr size_t kBytesPerPosition = 5;
 
-  // Number of suffixes: the characters of the inputs.
-  size_t size() const { return order_.size() - first_; }
+  // Sorts. The text and the finder must outlive the sorter.
+  // Throws std::runtime_error if the text is too long: 2^31 positions or more.
+  SuffixSorter(const PsaText& psa, const InputFinder& finder);
 
-  // Where the next suffix, in order, begins in the text. To be called size()
-  // times.
+  // Position of the next suffix, in order. To be called once for each character
+  // of the inputs.
   size_t next();
 
-  // The LCP entry of the suffix that `next` gave last with the one before it;
-  // 0 for the first. Only if LCPs are wanted.
-  LcpEntry entry() const { return index_ == first_ + 1 ? 0 : entry_; }
+  // Characters that the suffix which `next` gave last shares with the one
+  // before it; 0 for the first.
+  size_t shared() const { return shared_; }
 
  private:
-  void computePrefixes();
-  bool equalsTheOneBefore(size_t index) const;
+  void samplePrefixes();
+  size_t position(size_t index) const {
+    return static_cast<size_t>(order_[index]);
+  }
+  size_t sharedWithTheOneBefore(size_t index) const;
+  void findRun();
 
-  std::string_view text_;
-  bool wantLcp_;
-  std::vector<int32_t> order_;      // all suffixes, the separators' first
-  std::vector<uint32_t> prefixes_;  // by text position: the LCP entry with the
-                                    // suffix before, and a mark if they are
-                                    // equal; or empty
-  size_t first_ = 0;                // index of the first suffix of an input
-  size_t index_ = 0;                // of the suffix given last, plus 1
-  size_t runEnd_ = 0;               // end of its run of equal suffixes
-  LcpEntry entry_ = 0;              // of the suffix given last
-  LcpEntry runEntry_ = 0;           // of all of its run but the first
+  const PsaText& psa_;
+  const InputFinder& finder_;
+  std::vector<int32_t> order_;     // all positions, those in gaps first
+  std::vector<uint32_t> samples_;  // of every kSample-th position: the
+                                   // characters shared with the suffix before
+  size_t first_ = 0;               // index of the first suffix of an input
+  size_t index_ = 0;               // of the suffix given last, plus 1
+  size_t runEnd_ = 0;              // end of its run of equal suffixes
+  size_t aheadShared_ = 0;         // of the suffix at runEnd_
+  size_t shared_ = 0;              // of the suffix given last
 };
 
 }  // namespace kit

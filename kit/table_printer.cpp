@@ -1,25 +1,56 @@
 #include "kit/table_printer.h"
 
-#include <cstdio>
-#include <stdexcept>
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "kit/json.h"
 
 namespace kit {
 namespace {
 
-std::string textOf(const Cell& cell) {
-  if (const auto* number = std::get_if<uint64_t>(&cell)) {
-    return std::to_string(*number);
+void appendEscaped(std::string& line, const std::string& text) {
+  if (text.find_first_of("\t\n\\") == std::string::npos) {
+    line += text;
+    return;
   }
-  const auto* text = std::get_if<std::string>(&cell);
-  return text != nullptr ? *text : "";
+  for (const char c : text) {
+    if (c == '\t') {
+      line += "\\t";
+    } else if (c == '\n') {
+      line += "\\n";
+    } else if (c == '\\') {
+      line += "\\\\";
+    } else {
+      line += c;
+    }
+  }
 }
 
-std::string jsonOf(const Cell& cell) {
-  const bool text = std::holds_alternative<std::string>(cell);
-  return text ? jsonText(textOf(cell)) : textOf(cell);
+void append(std::string& line, const Cell& cell) {
+  if (const auto* number = std::get_if<uint64_t>(&cell)) {
+    const fmt::format_int digits(*number);
+    line.append(digits.data(), digits.size());
+  } else if (const auto* text = std::get_if<std::string>(&cell)) {
+    appendEscaped(line, *text);
+  }
+}
+
+void set(Json& object, const std::string& column, const Cell& cell) {
+  if (const auto* number = std::get_if<uint64_t>(&cell)) {
+    object[column] = *number;
+  } else if (const auto* text = std::get_if<std::string>(&cell)) {
+    object[column] = *text;
+  }
 }
 
 }  // namespace
+
+std::string escaped(const std::string& text) {
+  std::string result;
+  appendEscaped(result, text);
+  return result;
+}
 
 TablePrinter::TablePrinter(std::vector<std::string> columns, bool json)
     : columns_(std::move(columns)), json_(json) {
@@ -27,42 +58,21 @@ TablePrinter::TablePrinter(std::vector<std::string> columns, bool json)
 }
 
 void TablePrinter::row(const std::vector<Cell>& cells) {
-  std::string line;
+  if (json_) {
+    Json object = Json::object();
+    for (size_t i = 0; i < cells.size(); i++) {
+      set(object, columns_[i], cells[i]);
+    }
+    writeOutput(jsonLine(object));
+    return;
+  }
+  line_.clear();
   for (size_t i = 0; i < cells.size(); i++) {
-    if (!json_) {
-      if (i > 0) line += '\t';
-      line += textOf(cells[i]);
-    } else if (!std::holds_alternative<std::monostate>(cells[i])) {
-      line += line.empty() ? '{' : ',';
-      line += '"' + columns_[i] + "\":" + jsonOf(cells[i]);
-    }
+    if (i > 0) line_ += '\t';
+    append(line_, cells[i]);
   }
-  if (json_) line += '}';
-  line += '\n';
-  std::fwrite(line.data(), 1, line.size(), stdout);
-}
-
-std::string jsonText(const std::string& text) {
-  std::string result = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') {
-      result += '\\';
-      result += c;
-    } else if (static_cast<unsigned char>(c) < ' ') {
-      char escape[8];
-      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-      result += escape;
-    } else {
-      result += c;
-    }
-  }
-  return result + '"';
-}
-
-void finishOutput() {
-  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    throw std::runtime_error("can't write to standard output");
-  }
+  line_ += '\n';
+  writeOutput(line_);
 }
 
 }  // namespace kit

@@ -9,13 +9,20 @@
 #include <variant>
 #include <vector>
 
+#include "kit/standard_output.h"
+
 namespace kit {
 
-// Nothing, a number, or plain text without tabs and line ends.
+// Nothing, a number, or text. Between tabs, a text's own tabs, line ends and
+// backslashes are written \t, \n and \\.
 using Cell = std::variant<std::monostate, uint64_t, std::string>;
+
+// The text so written.
+std::string escaped(const std::string& text);
 
 class TablePrinter {
  public:
+  // All functions throw std::runtime_error if nothing can be written.
   TablePrinter(std::vector<std::string> columns, bool json);
 
   // One cell for each column. An empty one is an empty field, or no member.
@@ -24,13 +31,8 @@ class TablePrinter {
  private:
   std::vector<std::string> columns_;
   bool json_;
+  std::string line_;  // the last one, its memory to be used again
 };
-
-// A text as JSON writes it, in its quotes.
-std::string jsonText(const std::string& text);
-
-// Throws std::runtime_error if something could not be written.
-void finishOutput();
 
 }  // namespace kit
 

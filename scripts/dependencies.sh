@@ -28,9 +28,13 @@ gtest/gtest.h libgtest-dev
 gmock/gmock.h libgmock-dev
 benchmark/benchmark.h libbenchmark-dev
 divsufsort.h libdivsufsort-dev
+hwy/contrib/sort/vqsort.h libhwy-dev
 archive.h libarchive-dev
 zlib.h zlib1g-dev
+xxhash.h libxxhash-dev
 CLI/CLI.hpp libcli11-dev
+fmt/format.h libfmt-dev
+nlohmann/json.hpp nlohmann-json3-dev
 LIST
 }
 

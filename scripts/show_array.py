@@ -44,7 +44,8 @@ def names(inputs):
         for line in file:
             fields = line.rstrip("\n").split("\t")
             if fields[0].isdigit():
-                result.append(f"{os.path.basename(fields[2])} {fields[3]}")
+                other = " (reverse)" if fields[6:] == ["-"] else ""
+                result.append(f"{os.path.basename(fields[2])} {fields[3]}{other}")
     return result
 
 

@@ -7,6 +7,7 @@
 #include <sys/mount.h>
 #include <sys/statvfs.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <regex>
@@ -51,6 +52,7 @@ const std::vector<Scenario> kScenarios = {
      with(kMergeArray, {"-U", "-Z", "-f"}),
      kCheck},
     {"MergeTrees", {kPrepare}, kMergeTrees, kCheck},
+    {"MergeTreesBesideAnArray", {kPrepare, kMergeArray}, kMergeTrees, kCheck},
     {"MergeTreesInOrder",
      {kPrepare},
      with(kMergeTrees, {"-R", "-C", "-Z", "-M", "80", "-f"}),
@@ -61,9 +63,9 @@ const std::vector<Scenario> kScenarios = {
 };
 
 // Calls whose failure changes nothing that is read or written: closing what was
-// read, making a folder that is there, asking how best to read.
-const std::set<std::string> kHarmless = {"close", "mkdir", "fadvise64",
-                                         "ioctl", "lseek", "newfstatat"};
+// read, making a folder that is there, asking how best to read, or for room.
+const std::set<std::string> kHarmless = {
+    "close", "mkdir", "fadvise64", "ioctl", "lseek", "newfstatat", "statfs"};
 
 const std::vector<std::string> kKill = {"signal=SIGKILL"};
 
@@ -152,6 +154,13 @@ class Faults : public testing::TestWithParam<Scenario> {
     }
   }
 
+  // Calls are counted for each thread, so that where several share them out the
+  // one that is to fail may never come.
+  bool mayBeMissed() const {
+    const Command& command = scenario().command;
+    return std::find(command.begin(), command.end(), "-j") != command.end();
+  }
+
   // Whether a command left all that it leaves when nothing fails.
   bool isWhole(const Ground& ground) const { return ground.files() == files_; }
 
@@ -187,7 +196,8 @@ TEST_P(Faults, AreReportedWithTheFile) {
   failEachCall(false, [&](const FileCalls& calls, const Ground& ground,
                           const Outcome& outcome) {
     faults++;
-    if (outcome.status == 0 && kHarmless.contains(calls.call)) {
+    if (outcome.status == 0 &&
+        (kHarmless.contains(calls.call) || mayBeMissed())) {
       EXPECT_EQ(ground.withoutRoot(outcome.out), output_);
       EXPECT_TRUE(isWhole(ground));
       return;
@@ -204,6 +214,10 @@ TEST_P(Faults, KilledRunsLeaveNothingThatPasses) {
   if (scenario().proof.empty()) return;
   failEachCall(true, [&](const FileCalls&, const Ground& ground,
                          const Outcome& outcome) {
+    if (outcome.status == 0 && mayBeMissed()) {
+      EXPECT_TRUE(isWhole(ground));
+      return;
+    }
     EXPECT_EQ(outcome.status, 128 + SIGKILL);
     expectNoProof(ground);
   });

@@ -5,11 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/program.h"
@@ -17,6 +20,8 @@
 
 namespace {
 
+using testing::ContainsRegex;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 using Files = std::map<std::string, std::string>;  // of d.ST/, by their names
@@ -47,6 +52,11 @@ Outcome check(const Files& files, std::vector<std::string> options = {}) {
 Files longOnes() {
   return allMadeOf(">x\nGATTACAGATTACACATTACAGATTACAGGATTACAACCA\n>y\nGATTA\n",
                    ">z\nCATTACAGATTACANGATTA\n", 30);
+}
+
+// Until the system gives files a later time.
+void waitForTheClock() {
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
 }
 
 TEST(Check, PassesWhatIsRight) {
@@ -147,13 +157,17 @@ Change right(const std::string& tree, size_t record, uint32_t link) {
 //                            └─ 3 (4): TTC
 class CheckNames : public testing::Test {
  protected:
-  // Expects that this is said, after "d", of the files so changed.
-  void expect(const std::vector<Change>& changes, const std::string& fault) {
+  Outcome checkWith(const std::vector<Change>& changes) const {
     Files files = right_;
     for (const Change& change : changes) change(files);
-    const Outcome run = check(files);
+    return check(files);
+  }
+
+  // Expects that this is said, after "d", of the files so changed.
+  void expect(const std::vector<Change>& changes, const std::string& fault) {
+    const Outcome run = checkWith(changes);
     EXPECT_EQ(run.status, 1) << fault;
-    EXPECT_THAT(run.out + run.err, HasSubstr("/d.ST/d" + fault + "\n"));
+    EXPECT_THAT(run.out, HasSubstr("/d.ST/d" + fault));
   }
 
   const Files right_ = allMadeOf(">x\nGATTC\n", ">y\nGA\n", 9);
@@ -173,8 +187,8 @@ TEST_F(CheckNames, WrongLengths) {
          "1073741823");
   expect({set(".stplengths", 0, 1), set(".stplengths", 1, 2)},
          ".stplengths: the partitions do not cover the 2 inputs just once");
-  expect({set(".stplengths", 0, 2)},
-         "_0.stpsa: suffix 0 of input 1 is missing");
+  expect({set(".stplengths", 0, 2), lose(".inputs.tsv")},
+         "_0.stpsa: 5 of 7 records: unfinished");
 }
 
 TEST_F(CheckNames, WrongStrings) {
@@ -201,7 +215,7 @@ TEST_F(CheckNames, WrongSuffixArrays) {
   expect({repeat("_0.stpsa", 3)},
          "_0.stpsa: record 4: suffix 3 of input 0 is there a second time");
   expect({cut("_0.stpsa", kSuffix), cut("_0.stlcp", 4)},
-         "_0.stpsa: suffix 2 of input 0 is missing");
+         "_0.stpsa: 4 of 5 records: unfinished");
   expect({suffix("_0.stpsa", 1, 0, 1 << 2)},
          "_0.stpsa: record 1: input 1 is not one of this array's");
   expect({suffix("_0.stpsa", 1, 1, 5)},
@@ -234,7 +248,7 @@ TEST_F(CheckNames, AWrongMergedArray) {
          ".stpsa: record 4: prefix words 8F400001 00000000, expected 8F400000 "
          "00000000");
   expect({cut(".stpsa", kSuffix), cut(".stlcp", 4)},
-         ".stpsa: suffix 2 of input 0 is missing");
+         ".stpsa: 6 of 7 records: unfinished");
   expect({set(".stlcp", 4, 0)}, ".stlcp: record 4: entry 0, expected 8");
   expect({cut(".stlcp", 4)},
          ".stlcp: 6 entries, expected 7, as many as records");
@@ -297,24 +311,148 @@ TEST_F(CheckNames, TreesAndDividersThatDisagree) {
          "_0.stree: first prefix 00000000, its divider says 00000001");
   expect({set(".stdiv", 11, 1)},
          ".stdiv: record 1: reserved bytes that are not zero");
-  expect({cut(".stdiv", 24)}, ".stdiv: suffix 2 of input 0 is in no tree");
+  expect({cut(".stdiv", 24), lose("_1.stree")},
+         ".stdiv: 5 of 7 suffixes: unfinished, suffix 2 of input 0 is in no "
+         "tree");
+}
+
+TEST_F(CheckNames, WhatOtherRunsLeft) {
+  expect({[](Files& files) { files["d_7.stree"] = files["d_1.stree"]; }},
+         "_7.stree: not one of the 2 trees that ");
+  // An array written after trees.
+  expect({lose(".stdiv")}, "_0.stree: not one of the 0 trees that ");
+}
+
+TEST_F(CheckNames, TablesOfInputsThatLie) {
+  const auto table = [](const std::string& text) -> Change {
+    return [=](Files& files) { files["d.inputs.tsv"] = text; };
+  };
+  const std::string first = "0\t0\ta.fa\tx\t0\t5\n";
+  EXPECT_EQ(checkWith({table(first + "1\t1\tb.fa\t\\t\\n\t7\t2\n")}).status, 0);
+  EXPECT_EQ(checkWith({table("0\t0\ta.fa\tx\t0\t5\t+\n"
+                             "1\t1\ta.fa\tx\t0\t2\t-\n")})
+                .status,
+            0);
+  expect({table("")}, ".inputs.tsv: 0 lines, expected 2, one for each input");
+  expect({table(first)}, ".inputs.tsv: 1 lines, expected 2");
+  expect({table(first + "1\t1\tb.fa\ty\t0\t3\n")},
+         ".inputs.tsv: line 2: 3 characters, expected 2");
+  expect({table(first + "1\t0\tb.fa\ty\t0\t2\n")},
+         ".inputs.tsv: line 2: suffix array 0, expected 1");
+  expect({table(first + first)}, ".inputs.tsv: line 2: input 0, expected 1");
+  expect({table(first + "1\t1\tb.fa\ty\n")},
+         ".inputs.tsv: line 2: too few fields");
+  expect({table(first + "1\t1\tb.fa\ty\t0\t2\t?\n")},
+         ".inputs.tsv: line 2: '?' is no strand, + or -");
+  expect({table(first + "1\t1\tb.fa\ty\t0\t2\t+\tmore\n")},
+         ".inputs.tsv: line 2: too many fields");
+  expect({table(first + "1\t1\tb.fa\ty\t-1\t2\n")},
+         ".inputs.tsv: line 2: '-1' is no number");
+  expect({table(first + "1\t1\tb.fa\ty\\\t0\t2\n")},
+         ".inputs.tsv: line 2: ends within an escaped character");
+  expect({table(first + "1\t1\tb.fa\ty\t0\t2")},
+         ".inputs.tsv: line 2: ends within a line");
 }
 
 TEST(Check, GoesOnAndCounts) {
   Files files = longOnes();
   const size_t last = files["d.stpsa"].size() / kSuffix - 1;
-  exchange(".stpsa", last - 1)(files);
+  repeat(".stpsa", last - 1)(files);
   set("_1.stbin", 1, 1)(files);
-  const Outcome all = check(files, {"--all", "--json"});
+  lose("_1.stpsa")(files);
+  const Outcome all = check(files, {"--all"});
   EXPECT_EQ(all.status, 1);
-  EXPECT_THAT(all.out, HasSubstr("d_1.stbin\",\"record\":1,\"fault\":"));
-  EXPECT_THAT(all.out, HasSubstr("d.stpsa\",\"record\":" +
-                                 std::to_string(last) + ",\"fault\":"));
-  const size_t faults = linesOf(all.out).size() - 1;
-  EXPECT_GE(faults, 2U);
-  EXPECT_THAT(all.out,
-              HasSubstr("{\"faults\":" + std::to_string(faults) + ","));
+  EXPECT_THAT(all.out, HasSubstr("d_1.stbin: record 1: the trailer"));
+  EXPECT_THAT(all.out, HasSubstr("d_1.stpsa: No such file or directory\n"));
+  EXPECT_THAT(all.out, HasSubstr("d.stpsa: record " + std::to_string(last) +
+                                 ": suffix"));
+  EXPECT_THAT(all.out, ContainsRegex("d.stpsa: suffix .* is missing\n"));
+  EXPECT_EQ(all.err,
+            "palvor-kit: error: " + std::to_string(linesOf(all.out).size()) +
+                " faults found\n");
   EXPECT_THAT(check(files).err, HasSubstr("stopped at the first fault"));
+}
+
+// Each line is an object, whatever is wrong, and the last one sums up.
+TEST(Check, ReportsInJson) {
+  const Files right = longOnes();
+  const auto lines = [&](const Change& change, const std::string& option) {
+    Files files = right;
+    change(files);
+    const Outcome run = check(files, {"--json", option});
+    EXPECT_EQ(run.status, 1);
+    return linesOf(run.out);
+  };
+  const std::string stopped = R"({"faults":1,"complete":false,"checked":)";
+  for (const char* option : {"-z", "--all"}) {
+    // Nothing can be checked without the strings.
+    const auto missing = lines(lose("_1.stbin"), option);
+    ASSERT_EQ(missing.size(), 2U);
+    EXPECT_THAT(missing[0],
+                EndsWith(R"(d_1.stbin","fault":"No such file or directory"})"));
+    EXPECT_EQ(missing[1], stopped + "\"\"}");
+  }
+  const auto cutOne = lines(cut(".stlcp", 3), "-j2");
+  ASSERT_EQ(cutOne.size(), 2U);
+  EXPECT_THAT(cutOne[0], ContainsRegex("d.stlcp\",\"fault\":\".* are not a"));
+  EXPECT_THAT(cutOne[1], HasSubstr(stopped + "\"4 inputs, 2 suffix arrays,"));
+  const auto going = lines(cut(".stlcp", 3), "--all");
+  EXPECT_THAT(going.back(), HasSubstr(R"({"faults":1,"complete":true,)"));
+  const auto record = lines(set("_1.stbin", 1, 1), "-j2");
+  EXPECT_THAT(record[0], HasSubstr(R"(_1.stbin","record":1,"fault":"the)"));
+}
+
+TEST(Check, ReportsPathsThatAreNoUtf8InJson) {
+  const TemporaryFolder folder;
+  const Outcome run =
+      runKit({"check", folder.path("\xFF\"\n/"), "d", "--json"});
+  EXPECT_THAT(linesOf(run.out)[0], HasSubstr("/\xEF\xBF\xBD\\\"\\n/d.ST/d.st"));
+}
+
+TEST(Check, ProvesAMergeOfTheFirstInputs) {
+  const TemporaryFolder folder;
+  const std::string root = folder.path("");
+  ASSERT_EQ(runKit({"prepare", "-o", root, "-p", "d", "--psa-per", "record",
+                    folder.write("a.fa", ">x\nGATTC\n>y\nGA\n>z\nACC\n")})
+                .status,
+            0);
+  for (const char* mode : {"-a", "-R"}) {
+    ASSERT_EQ(runPalvor({root, "d", mode, "-q", "-N", "2", "-n", "4"}).status,
+              0);
+    const Outcome run = runKit({"check", root, "d", "-N", "2"});
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_THAT(run.out, HasSubstr("the first 2 of 3 inputs, 2 suffix arrays"));
+    EXPECT_EQ(runKit({"check", root, "d"}).status, 1);
+    EXPECT_EQ(runKit({"check", root, "d", "-N", "1"}).status, 1);
+  }
+  folder.write("d.ST/d.stplengths", std::string("\3\0\0\0", 4));
+  EXPECT_THAT(runKit({"check", root, "d", "-N", "2"}).err,
+              HasSubstr("palvor merges all inputs, whatever -N says"));
+}
+
+// A run for trees empties the dividers file first. Beside an array that an
+// earlier run has left, the file tells only by its age what became of it.
+TEST(Check, SeesARunForTreesThatWasKilled) {
+  const TemporaryFolder folder;
+  const std::string root = folder.path("");
+  ASSERT_EQ(runKit({"prepare", "-o", root, "-p", "d",
+                    folder.write("a.fa", ">x\nGATTC\n")})
+                .status,
+            0);
+  ASSERT_EQ(runPalvor({root, "d", "-a", "-q"}).status, 0);
+  EXPECT_EQ(runKit({"check", root, "d"}).status, 0);
+  // A copy has the files in any order, and is as good.
+  for (const auto& [name, bytes] : folder.files("d.ST")) {
+    if (name != "d.stdiv") folder.write("copy/d.ST/" + name, bytes);
+  }
+  waitForTheClock();
+  folder.write("copy/d.ST/d.stdiv", "");
+  EXPECT_EQ(runKit({"check", folder.path("copy/"), "d"}).status, 0);
+
+  folder.write("d.ST/d.stdiv", "");
+  const Outcome killed = runKit({"check", root, "d"});
+  EXPECT_EQ(killed.status, 1);
+  EXPECT_THAT(killed.out, HasSubstr("/d.ST/d.stdiv: emptied after "));
 }
 
 }  // namespace

@@ -54,6 +54,8 @@ TEST_F(PrepareErrors, NameTheFileAndTheReason) {
   expectError(withFile("@x\nACGT\n+\nIII\n"), in + ":4: ");
   expectError(withFile(">x\nACNT\n", {"--ambiguous", "error"}), in + ":2: ");
   expectError(withFile("\x1f\x8b garbage"), in + ": ");
+  expectError(withFile(">x\nACYT\n", {"--ambiguous", "error"}),
+              "character 2 of record 'x' is 'Y'");
   // After an array that was complete, and with several at work.
   expectError(withFile(">x\nACGT\n", {good_, folder_.write("b.fa", "?")}),
               "b.fa:1: ");
@@ -63,6 +65,27 @@ TEST_F(PrepareErrors, NameTheFileAndTheReason) {
   std::filesystem::create_directory(folder_.path("folder"));
   expectError(withFile(">x\nA\n", {folder_.path("folder")}),
               folder_.path("folder") + ": ");
+}
+
+TEST_F(PrepareErrors, IncludeProtein) {
+  const std::string in = folder_.path("in.fa");
+  expectError(withFile(">x\nMKTAYIAKQRQISFVKSHFSRQ\n>y\nACGT\n"),
+              in + ":2: 'I' in the sequence of record 'x'; of 22 letters 7 "
+                   "stand for no nucleotide: this is probably protein");
+  // One foreign letter among many is a fault of its own.
+  const Outcome one =
+      runKit({"prepare", "-o", out_, "-p", "x",
+              folder_.write("one.fa", ">x\n" + std::string(50, 'A') + "E\n")});
+  EXPECT_EQ(one.status, 1);
+  EXPECT_THAT(one.err, testing::Not(HasSubstr("protein")));
+  std::string codes = ">x\n", unknown = ">x\n";
+  for (int i = 0; i < 40; i++) codes += "MK\nA", unknown += "NN\nA";
+  expectError(withFile(codes),
+              in + ": of 120 letters 80 are ambiguous: this is probably");
+  EXPECT_EQ(runKit({"prepare", "-o", out_, "-p", "n",
+                    folder_.write("unknown.fa", unknown)})
+                .status,
+            0);
 }
 
 TEST_F(PrepareErrors, IncludeOutputThatCannotBeWritten) {
@@ -80,6 +103,22 @@ TEST_F(PrepareErrors, IncludeOutputThatCannotBeWritten) {
              {.output = "/dev/full"});
   EXPECT_EQ(unsaid.status, 1);
   EXPECT_THAT(unsaid.err, HasSubstr("standard output"));
+}
+
+TEST_F(PrepareErrors, LeaveNoEmptyFolder) {
+  const std::string deep = folder_.path("deep");
+  expectError({"-o", deep + "/er", "-p", "x", folder_.path("none")}, "none: ");
+  EXPECT_FALSE(std::filesystem::exists(deep));
+  // What was there before stays.
+  std::filesystem::create_directories(deep);
+  expectError({"-o", deep, "-p", "x", folder_.write("bad.fa", "?")}, "bad.fa");
+  EXPECT_TRUE(std::filesystem::is_empty(deep));
+}
+
+TEST_F(PrepareErrors, IncludeTextsThatRepeatTooMuchForTheMemory) {
+  const std::string repeats = ">x\n" + std::string(6'000'000, 'A') + "\n";
+  expectError(withFile(repeats, {"--memory", "40M"}),
+              "in.fa: repeats itself so much that sorting it takes 30 MB");
 }
 
 TEST_F(PrepareErrors, IncludeNamesThatPalvorCannotTake) {

@@ -96,6 +96,30 @@ TEST(SequenceReader, RefusesWhatIsNeitherAndNamesTheLine) {
   }
 }
 
+// Characters are read several at a time where all are A, C, G or T: every byte
+// among such ones means what it means alone.
+TEST(SequenceReader, ReadsEveryByteAmongOthersAsAlone) {
+  for (int byte = 0; byte < 256; byte++) {
+    if (byte == '\n') continue;
+    const char c = static_cast<char>(byte);
+    const std::string alone = outcomeOf(std::string(">a\nA\nA") + c + "\n");
+    // A '>' at the start of a line begins a record.
+    for (size_t at = c == '>' ? 1 : 0; at < 8; at++) {
+      const std::string others = "acgtACGT";
+      const std::string found = outcomeOf(">a\nA\n" + others.substr(0, at) + c +
+                                          others.substr(at) + "\n");
+      if (alone.starts_with("error")) {
+        EXPECT_THAT(found, StartsWith(alone.substr(0, 20))) << byte;
+        continue;
+      }
+      const std::string capitals = "ACGTACGT";
+      EXPECT_EQ(found, "a:A" + capitals.substr(0, at) + alone.substr(4) +
+                           capitals.substr(at))
+          << byte;
+    }
+  }
+}
+
 TEST(SequenceReader, ReadsLinesOfAnyLength) {
   // Longer than any buffer, and with line ends wherever a buffer may end.
   std::string text, bytes = ">long " + std::string(300'000, 'x') + "\n";

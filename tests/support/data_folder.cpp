@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "support/inputs.h"
 
 namespace {
@@ -59,6 +61,11 @@ Outcome DataFolder::merge(const std::string& options,
 
 void DataFolder::expectMerge(const std::string& options) const {
   SCOPED_TRACE("options " + options);
+  // A merge replaces the trees of the one before only as far as it has some.
+  for (int tree = 0;
+       std::filesystem::remove(path("x_" + std::to_string(tree) + ".stree"));) {
+    tree++;
+  }
   const Outcome merged = merge(options);
   ASSERT_EQ(merged.status, 0) << merged.err;
   ASSERT_EQ(merged.out, "");

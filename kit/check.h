@@ -1,0 +1,30 @@
+// Proves a data folder and what palvor made of it, from the definitions and
+// without the merge's code.
+
+#ifndef PALVOR_KIT_CHECK_H_
+#define PALVOR_KIT_CHECK_H_
+
+#include <cstdint>
+#include <string>
+
+namespace kit {
+
+struct CheckOptions {
+  std::string inputdir;
+  std::string prefix;
+  std::string odir, opfx, sdir, spfx;  // as palvor's; empty: not given
+  bool zeroOrigin = false;             // as palvor's -z
+  uint64_t nmerge = 0;                 // as palvor's -N; 0: all inputs
+  bool goOn = false;                   // after a fault
+  bool json = false;
+  int jobs = 1;  // suffix arrays checked at once
+};
+
+// Checks the folder, its suffix arrays, and the merged array or the trees or
+// both. Prints each fault, and at last what was checked. Throws std::exception
+// if there is any fault, and if the check cannot be done.
+void check(CheckOptions options);
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_CHECK_H_
