@@ -4,6 +4,7 @@
 #include <string>
 
 #include "kit/table_fields.h"
+#include "palvor/format/packing.h"
 
 namespace kit {
 namespace {
@@ -22,7 +23,7 @@ void writeStrings(const DataFolder& folder, const PsaText& psa) {
     const auto bits = static_cast<int64_t>(2 * input.length);
     writeWords(folder.path(psa.firstInput + i, ".stbin"),
                psa.words.data() + input.begin / kCharactersPerWord,
-               static_cast<size_t>(storedWords(bits)));
+               static_cast<size_t>(palvor::storedWords(bits)));
   }
 }
 
