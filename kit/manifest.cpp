@@ -52,7 +52,7 @@ Manifest::Manifest(std::string folder, std::string path, std::string options)
 bool Manifest::resume() {
   errno = 0;
   std::ifstream file(path_);
-  if (!file.is_open() && errno == ENOENT) return false;
+  if (!file.is_open() && (errno == ENOENT || errno == ENOTDIR)) return false;
   if (!file.is_open()) {
     throw std::system_error(errno, std::generic_category(),
                             "can't open " + path_);

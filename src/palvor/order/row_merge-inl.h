@@ -104,8 +104,7 @@ class RowMerge final : public KeyRows {
                         int64_t suffixBits);
   static HWY_INLINE void moveByKey(Rows<kRoom>& rows, Bits walked, int k,
                                    int64_t key, Walked& counted);
-  HWY_INLINE int moveAmongEqualKeys(Rows<kRoom>& rows, int k, int64_t key,
-                                    LcpEntry own);
+  HWY_NOINLINE int moveAmongEqualKeys(int k, int64_t key, LcpEntry own);
   HWY_NOINLINE void moveHead(int k);
   void count(const Walked& walked);
   template <bool kShort>
@@ -128,6 +127,7 @@ template <int kRoom>
 template <bool kShort>
 int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
   const Collection& text = front_.text();
+  const PackedString* const strings = text.data();
   Rows<kRoom> rows(rows_);
   rows.load();
   const Bits walked = rowsBelow<kRoom>(rows_.count - 1);
@@ -142,7 +142,8 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
     const Suffix* const next = current + 1;
     const int64_t key = cursor.upcomingKey;
     const int64_t lastKey = rows.firstKey();
-    if (next >= cursor.lastTested || text.remainingBits(*next) < 64) break;
+    if (next >= cursor.lastTested) break;
+    if (strings[inputNumber(*next)].bits - 2 * next->pos < 64) break;
     if (kShort && rows.beginnings(key) != 0) break;
     const LcpEntry own = entryOfKeys(lastKey, key);
     if (read && (lastKey >= key || !front_.entries[k].takeExpected(own))) break;
@@ -156,7 +157,8 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
     cursor.upcomingKey = prefixKey(next[1]);
     if (lastKey >= key || rows.equal(key) != 0) {
       rows.store();
-      k = moveAmongEqualKeys(rows, k, key, own);
+      k = moveAmongEqualKeys(k, key, own);
+      rows.load();
       if (!front_.ascends) {
         n++;
         break;
@@ -198,11 +200,11 @@ HWY_INLINE void RowMerge<kRoom>::moveByKey(Rows<kRoom>& rows, Bits walked,
 
 // Moves the head's stream k to the row of its new suffix, which is long and
 // begins with no listed one, but whose key is not above the last one or equals
-// another. `own` is the entry that the keys tell. Returns the stream that comes
-// next.
+// another. `own` is the entry that the keys tell. The rows are in their tables.
+// Returns the stream that comes next. Apart from the hot path, which needs all
+// registers.
 template <int kRoom>
-HWY_INLINE int RowMerge<kRoom>::moveAmongEqualKeys(Rows<kRoom>& rows, int k,
-                                                   int64_t key, LcpEntry own) {
+int RowMerge<kRoom>::moveAmongEqualKeys(int k, int64_t key, LcpEntry own) {
   Cursor& cursor = cursors_[k];
   if (rows_.keys[0] < key) {
     front_.cost.settled += ownComparisons();
@@ -211,10 +213,14 @@ HWY_INLINE int RowMerge<kRoom>::moveAmongEqualKeys(Rows<kRoom>& rows, int k,
     own = front_.ownEntry(k);
   }
   cursor.own = own;
+  Rows<kRoom> rows(rows_);
+  rows.load();
   const Move move = front_.ascends
                         ? findAmongEqualKeys(rows, k, *cursor.current, own)
                         : findByWalk(*cursor.current, own);
-  return moveTo(rows, move, key, kLong << kLengthShift | k);
+  const int next = moveTo(rows, move, key, kLong << kLengthShift | k);
+  rows.store();
+  return next;
 }
 
 // Finds the row of stream k's long suffix, whose key others have. A walk, but

@@ -1,5 +1,5 @@
 // The rows for AVX-512, held in registers: by hand where Highway has no
-// instruction for it (leading zeros, and moving all numbers by one lane).
+// instruction for it (leading zeros, one lane to all, all by one lane).
 // Results are a bit for each row; what is said of rows without a suffix means
 // nothing.
 
@@ -32,7 +32,13 @@ struct NumberGroup {
   static constexpr uint32_t kAll = (1U << kCount) - 1;
 
   static HWY_INLINE Lanes all(int64_t a) { return hn::Set(Tag(), a); }
-  static HWY_INLINE Lanes allFirst(Lanes a) { return all(hn::GetLane(a)); }
+  static HWY_INLINE Lanes allFirst(Lanes a) {
+    if constexpr (kCount == 4) {
+      return Lanes{_mm256_broadcastq_epi64(_mm256_castsi256_si128(a.raw))};
+    } else {
+      return Lanes{_mm512_broadcastq_epi64(_mm512_castsi512_si128(a.raw))};
+    }
+  }
 
   static HWY_INLINE uint32_t less(Lanes a, Lanes b) { return hn::Lt(a, b).raw; }
   static HWY_INLINE uint32_t equal(Lanes a, Lanes b) {

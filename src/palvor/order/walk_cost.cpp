@@ -14,7 +14,7 @@
 #include "palvor/simd/lanes-inl.h"
 #include "palvor/simd/vectors-inl.h"
 
-HWY_BEFORE_NAMESPACE();
+PALVOR_BEFORE_NAMESPACE();
 namespace palvor {
 namespace HWY_NAMESPACE {
 namespace {

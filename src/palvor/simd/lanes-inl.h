@@ -16,7 +16,7 @@
 
 #include "palvor/simd/vectors-inl.h"
 
-HWY_BEFORE_NAMESPACE();
+PALVOR_BEFORE_NAMESPACE();
 namespace palvor {
 namespace HWY_NAMESPACE {
 

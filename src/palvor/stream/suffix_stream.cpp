@@ -96,15 +96,17 @@ void SuffixStream::refuseRecord(const Suffix* record, uint32_t input) const {
 // Tests the next records and moves their input numbers to the stream's origin.
 void SuffixStream::testRecords() {
   const uint64_t limit = static_cast<uint64_t>(text_->inputs()) << 2;
+  const PackedString* const strings = text_->data();
+  const uint64_t origin = origin_;
   Suffix* const end = std::min(end_, tested_ + kTestedAtOnce);
-  for (; tested_ < end; tested_++) {
-    const uint64_t input = uint64_t{tested_->input} + origin_;
-    if (input >= limit ||
-        tested_->pos >= (*text_)[static_cast<uint32_t>(input >> 2)].bits / 2) {
-      refuseRecord(tested_, static_cast<uint32_t>(input >> 2));
+  for (Suffix* record = tested_; record < end; record++) {
+    const uint64_t input = record->input + origin;
+    if (input >= limit || record->pos >= strings[input >> 2].bits / 2) {
+      refuseRecord(record, static_cast<uint32_t>(input >> 2));
     }
-    tested_->input = static_cast<uint32_t>(input);
+    record->input = static_cast<uint32_t>(input);
   }
+  tested_ = end;
 }
 
 bool SuffixStream::advanceAnew() {

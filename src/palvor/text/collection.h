@@ -45,6 +45,8 @@ class Collection {
     return strings_[input];
   }
 
+  const PackedString* data() const { return strings_.data(); }
+
   // A suffix's length in bits. Its input must be one of these.
   int remainingBits(const Suffix& suffix) const {
     return static_cast<int>(strings_[inputNumber(suffix)].bits -
