@@ -100,15 +100,18 @@ install_dependencies() {
   fi
 }
 
-# Configures and builds a preset of CMakePresets.json. Call it at the root of
-# the project. Quiet unless something fails.
+# build_preset PRESET [TARGET...]
+# Configures and builds a preset of CMakePresets.json, all of it if no targets
+# are given. Call it at the root of the project. Quiet unless something fails.
 build_preset() {
-  local preset=$1 log generator=()
+  local preset=$1 log generator=() targets=()
+  shift
+  if [ $# -gt 0 ]; then targets=(--target "$@"); fi
   if [ ! -e "build/$preset/CMakeCache.txt" ]; then generator=(-G Ninja); fi
   echo "== Building palvor and palvor-kit (preset $preset)"
   log=$(mktemp)
   if ! { cmake --preset "$preset" "${generator[@]}" &&
-    cmake --build --preset "$preset" -j "$(nproc)"; } >"$log" 2>&1; then
+    cmake --build --preset "$preset" -j "$(nproc)" "${targets[@]}"; } >"$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"
     echo "The build failed." >&2
