@@ -1,0 +1,57 @@
+// Which k-mers of a string are looked at when like text is looked for.
+//
+// Positions are chosen by what stands there, so that two copies of a text are
+// looked at in the same places, wherever they stand: those where the
+// characters GA stand, one in 16 of unrelated text, which a few operations on
+// a word find for 31 positions at once. Where there is none for long, as in a
+// run of one character, every 64th position is taken.
+
+#ifndef PALVOR_TEXT_SAMPLED_KMERS_H_
+#define PALVOR_TEXT_SAMPLED_KMERS_H_
+
+#include <bit>
+#include <cstdint>
+
+#include "palvor/text/packed_string.h"
+
+namespace palvor {
+
+inline constexpr uint32_t kKmer = 24;  // characters
+
+// How many characters must follow a k-mer's first one in its string: its own,
+// and what is read at once with it.
+inline constexpr uint32_t kKmerReach = 32;
+
+// A mixture of the characters of the k-mer at a position, behind which its
+// string has kKmerReach characters.
+inline uint64_t kmerHash(const PackedString& string, uint32_t position) {
+  const uint64_t kmer = manyCharacters(string, position) >> (64 - 2 * kKmer);
+  const uint64_t mixed = kmer * 0x9E3779B97F4A7C15U;
+  return (mixed ^ mixed >> 32) * 0xD6E8FEB86659FD93U;
+}
+
+// The first position from `from` on that is looked at, below `end`, or `end`.
+// Behind `end` the string must have kKmerReach characters.
+inline uint32_t nextSampled(const PackedString& string, uint32_t from,
+                            uint32_t end) {
+  constexpr uint64_t kFirstBits = 0xAAAAAAAAAAAAAAAA;
+  constexpr uint64_t kGs = kFirstBits;  // G is 10, A is 00
+  for (uint32_t window = 0; window < 2; window++, from += 31) {
+    if (from >= end) return end;
+    const uint64_t characters = manyCharacters(string, from);
+    const uint64_t notG = characters ^ kGs;
+    const uint64_t gs = ~(notG | notG << 1) & kFirstBits;
+    const uint64_t as = ~(characters | characters << 1) & kFirstBits;
+    // Behind the 32nd character, nothing is known.
+    const uint64_t found = gs & (as << 2);
+    if (found != 0) {
+      const auto distance = static_cast<uint32_t>(std::countl_zero(found)) / 2;
+      return from + distance < end ? from + distance : end;
+    }
+  }
+  return from < end ? from : end;
+}
+
+}  // namespace palvor
+
+#endif  // PALVOR_TEXT_SAMPLED_KMERS_H_

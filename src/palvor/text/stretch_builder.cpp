@@ -1,0 +1,273 @@
+#include "palvor/text/stretch_builder.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
+#include <utility>
+
+#include "palvor/text/kmer_table.h"
+#include "palvor/text/likeness.h"
+#include "palvor/text/sampled_kmers.h"
+#include "palvor/text/stretch_numbers.h"
+
+namespace palvor {
+namespace {
+
+// Positions of the axis, the ends of strings included. One more than the last
+// is a number, too.
+constexpr uint64_t kAxis = uint64_t{Stretches::kNowhere} - 1;
+
+// Text behind a difference is looked at this far, in characters, and goes on
+// along the diagonal if so many of them are alike. Unrelated text has 8.
+constexpr uint32_t kBehind = 32;
+constexpr uint32_t kAlike = 20;
+
+// A string may take one stretch for so many characters, and some more; what is
+// left of one that takes more is anchored at itself.
+constexpr uint32_t kDensest = 24;
+constexpr size_t kFewStretches = 256;
+
+// A position in a string.
+struct Place {
+  size_t string;  // in the order of the axis
+  uint32_t position;
+};
+
+}  // namespace
+
+class StretchBuilder {
+ public:
+  StretchBuilder(std::span<const PackedString> strings,
+                 const std::vector<bool>& takePart) {
+    layOut(strings, takePart);
+  }
+
+  Stretches build() {
+    if (strings_.empty()) return std::move(result_);
+    for (current_ = 0; current_ < strings_.size(); current_++) walk();
+    fillBlocks(axisEnd_);
+    result_.stretches_.push_back({Stretches::kNowhere, 0, 0, 0});
+    result_.alike_ = numberStretches(result_.stretches_, axisEnd_);
+    return std::move(result_);
+  }
+
+ private:
+  // Gives all strings that take part their places on the axis.
+  void layOut(std::span<const PackedString> strings,
+              const std::vector<bool>& takePart) {
+    std::vector<uint32_t> order(strings.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::ranges::stable_sort(order, [&](uint32_t a, uint32_t b) {
+      return lengthOf(strings[a]) > lengthOf(strings[b]);
+    });
+    result_.bases_.assign(strings.size(), Stretches::kNowhere);
+    uint64_t base = 0;
+    for (const uint32_t s : order) {
+      const uint64_t next = base + lengthOf(strings[s]) + 1;
+      if (!takePart[s] || next > kAxis) continue;
+      result_.bases_[s] = static_cast<uint32_t>(base);
+      strings_.push_back(strings[s]);
+      bases_.push_back(static_cast<uint32_t>(base));
+      base = next;
+    }
+    if (strings_.empty()) return;
+    axisEnd_ = static_cast<uint32_t>(base);
+    result_.blocks_.resize((axisEnd_ - 1) / Stretches::kBlock + 1);
+    result_.stretches_.reserve(axisEnd_ / 256 + 2 * strings_.size());
+    kmers_ = KmerTable(lengthOf(strings_[0]) / 16);
+  }
+
+  const PackedString& string() const { return strings_[current_]; }
+  uint32_t base() const { return bases_[current_]; }
+
+  // The place of a position on the axis.
+  Place placeOf(uint32_t axisPosition) const {
+    const auto behind = std::ranges::upper_bound(bases_, axisPosition);
+    const auto s = static_cast<size_t>(behind - bases_.begin()) - 1;
+    return {s, axisPosition - bases_[s]};
+  }
+
+  // Writes the current string as stretches.
+  void walk() {
+    const uint32_t length = lengthOf(string());
+    const size_t most =
+        result_.stretches_.size() + length / kDensest + kFewStretches;
+    const uint32_t end = length > kKmerReach ? length - kKmerReach : 0;
+    uint32_t covered = 0;
+    uint32_t at = nextSampled(string(), 0, end);
+    while (at < end && result_.stretches_.size() < most) {
+      const uint32_t next =
+          kmers_.findOrAdd(kmerHash(string(), at), base() + at);
+      if (next != KmerTable::kNone) {
+        const uint32_t to = follow(covered, at, placeOf(next), most);
+        if (to > covered) {
+          covered = to;
+          at = nextSampled(string(), covered, end);
+          continue;
+        }
+      }
+      at = nextSampled(string(), at + 1, end);
+    }
+    if (covered <= length) append(selfAnchored(covered));
+  }
+
+  // Follows an earlier place's text, whose k-mer is likely to be that at `at`,
+  // to both sides, over differences. Nothing is known from `covered` on.
+  // Returns from where on that is so now: behind the last difference, `covered`
+  // if the texts are not alike, or behind the string's end.
+  uint32_t follow(uint32_t covered, uint32_t at, Place earlier, size_t most) {
+    const PackedString& other = strings_[earlier.string];
+    uint32_t run =
+        commonCharacters(string(), at, other, earlier.position, UINT32_MAX);
+    if (run < kKmer) return covered;
+    const uint32_t before =
+        commonCharactersBefore(string(), at, other, earlier.position,
+                               std::min(at - covered, earlier.position));
+    at -= before;
+    earlier.position -= before;
+    run += before;
+    if (covered < at) append(selfAnchored(covered));
+    while (true) {
+      copy(at, earlier, run);
+      at += run + 1;
+      earlier.position += run + 1;
+      if (at > lengthOf(string()) ||
+          earlier.position > lengthOf(strings_[earlier.string]) ||
+          !goesOn(at, earlier) || result_.stretches_.size() >= most) {
+        return at;
+      }
+      run = commonCharacters(string(), at, other, earlier.position, UINT32_MAX);
+    }
+  }
+
+  // Whether two places behind a difference are alike enough to go on.
+  bool goesOn(uint32_t at, Place earlier) const {
+    const PackedString& other = strings_[earlier.string];
+    const uint32_t left =
+        std::min(lengthOf(string()) - at, lengthOf(other) - earlier.position);
+    if (left < kBehind) {
+      return left > 0 && commonCharacters(string(), at, other, earlier.position,
+                                          left) == left;
+    }
+    const uint64_t differing =
+        manyCharacters(string(), at) ^ manyCharacters(other, earlier.position);
+    const uint64_t characters =
+        (differing | differing >> 1) & 0x5555555555555555;
+    return kBehind - static_cast<uint32_t>(std::popcount(characters)) >= kAlike;
+  }
+
+  // Writes the `run` characters from `at` on, and the one behind them, as what
+  // an earlier place runs along. That has the same characters, but another one
+  // behind them.
+  void copy(uint32_t at, Place earlier, uint32_t run) {
+    const uint32_t end = base() + at + run;  // where the two differ
+    const uint32_t symbol = symbolAt(string(), at + run);
+    const uint32_t otherSymbol =
+        symbolAt(strings_[earlier.string], earlier.position + run);
+    uint32_t own = base() + at;
+    uint32_t from = bases_[earlier.string] + earlier.position;
+    uint32_t number = stretchAt(from);
+    while (own <= end) {
+      const Stretch stretch = result_.stretches_[number];
+      const uint32_t passed = from - stretch.start;
+      Stretch piece = {own, stretch.anchor + passed, 0, 0};
+      const uint32_t agreed = stretch.end - from;
+      if (agreed < end - own) {
+        // The earlier text parts from it first.
+        piece.end = own + agreed;
+        piece.symbols = stretch.symbols;
+      } else if (agreed > end - own) {
+        piece.end = end;
+        piece.symbols = makeSymbols(symbol, otherSymbol);
+      } else if (symbol != anchorSymbolOf(stretch) || symbol == kEndOfString) {
+        piece.end = end;
+        piece.symbols = makeSymbols(symbol, anchorSymbolOf(stretch));
+      } else {
+        goOn(piece, end + 1);
+      }
+      append(piece);
+      // There is one: what was just written begins behind what it copies.
+      const uint32_t next = result_.stretches_[number + 1].start;
+      const uint32_t step = std::min(next - from, end + 1 - own);
+      own += step;
+      from += step;
+      number++;
+    }
+  }
+
+  // Ends a piece that is known to agree with its anchor up to `from`: where it
+  // really does.
+  void goOn(Stretch& piece, uint32_t from) const {
+    const uint32_t at = from - base();
+    const Place place = placeOf(piece.anchor + (from - piece.start));
+    const PackedString& other = strings_[place.string];
+    const uint32_t run =
+        commonCharacters(string(), at, other, place.position, UINT32_MAX);
+    piece.end = from + run;
+    piece.symbols = makeSymbols(symbolAt(string(), at + run),
+                                symbolAt(other, place.position + run));
+  }
+
+  // New text, from a position of the current string on.
+  Stretch selfAnchored(uint32_t position) const {
+    const uint32_t start = base() + position;
+    return {start, start, base() + lengthOf(string()),
+            makeSymbols(kEndOfString, kEndOfString)};
+  }
+
+  // The stretch that a position before what is being written belongs to.
+  uint32_t stretchAt(uint32_t axisPosition) const {
+    const uint32_t block = axisPosition / Stretches::kBlock;
+    const auto last = static_cast<uint32_t>(result_.stretches_.size()) - 1;
+    if (block >= filled_) return last;
+    uint32_t number = result_.blocks_[block];
+    while (number < last &&
+           result_.stretches_[number + 1].start <= axisPosition) {
+      number++;
+    }
+    return number;
+  }
+
+  // Writes a stretch, unless the last one goes on.
+  void append(const Stretch& stretch) {
+    if (!result_.stretches_.empty()) {
+      const Stretch& last = result_.stretches_.back();
+      if (last.start >= base() && last.end == stretch.end &&
+          last.anchor - last.start == stretch.anchor - stretch.start) {
+        return;
+      }
+      fillBlocks(stretch.start);
+    }
+    result_.stretches_.push_back(stretch);
+  }
+
+  // The blocks that begin before a position begin in the last stretch.
+  void fillBlocks(uint32_t before) {
+    const auto last = static_cast<uint32_t>(result_.stretches_.size()) - 1;
+    while (filled_ < result_.blocks_.size() &&
+           filled_ * Stretches::kBlock < before) {
+      result_.blocks_[filled_++] = last;
+    }
+  }
+
+  Stretches result_;
+  std::vector<PackedString> strings_;  // those that take part
+  std::vector<uint32_t> bases_;        // their places on the axis
+  uint32_t axisEnd_ = 0;
+  KmerTable kmers_{0};   // of new text, by positions on the axis
+  size_t current_ = 0;   // string that is being written
+  uint32_t filled_ = 0;  // blocks
+};
+
+Stretches buildStretches(std::span<const PackedString> strings,
+                         const std::vector<bool>& takePart) {
+  return StretchBuilder(strings, takePart).build();
+}
+
+Stretches buildStretches(std::span<const PackedString> strings) {
+  return buildStretches(strings, stringsWithLikes(strings));
+}
+
+}  // namespace palvor
