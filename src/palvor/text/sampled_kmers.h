@@ -22,12 +22,16 @@ inline constexpr uint32_t kKmer = 24;  // characters
 // and what is read at once with it.
 inline constexpr uint32_t kKmerReach = 32;
 
+// A number whose upper bits depend on all bits of this one.
+inline uint64_t mixed(uint64_t number) {
+  const uint64_t spread = number * 0x9E3779B97F4A7C15U;
+  return (spread ^ spread >> 32) * 0xD6E8FEB86659FD93U;
+}
+
 // A mixture of the characters of the k-mer at a position, behind which its
 // string has kKmerReach characters.
 inline uint64_t kmerHash(const PackedString& string, uint32_t position) {
-  const uint64_t kmer = manyCharacters(string, position) >> (64 - 2 * kKmer);
-  const uint64_t mixed = kmer * 0x9E3779B97F4A7C15U;
-  return (mixed ^ mixed >> 32) * 0xD6E8FEB86659FD93U;
+  return mixed(manyCharacters(string, position) >> (64 - 2 * kKmer));
 }
 
 // The first position from `from` on that is looked at, below `end`, or `end`.

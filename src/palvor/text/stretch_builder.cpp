@@ -24,6 +24,10 @@ constexpr uint64_t kAxis = uint64_t{Stretches::kNowhere} - 1;
 constexpr uint32_t kBehind = 32;
 constexpr uint32_t kAlike = 20;
 
+// Where the diagonal breaks off as it did in an earlier string, text behind it
+// is taken to be the same if so many characters are.
+constexpr uint32_t kBehindBreak = 12;
+
 // A string may take one stretch for so many characters, and some more; what is
 // left of one that takes more is anchored at itself.
 constexpr uint32_t kDensest = 24;
@@ -129,17 +133,40 @@ class StretchBuilder {
     earlier.position -= before;
     run += before;
     if (covered < at) append(selfAnchored(covered));
-    while (true) {
+    do {
       copy(at, earlier, run);
       at += run + 1;
       earlier.position += run + 1;
-      if (at > lengthOf(string()) ||
-          earlier.position > lengthOf(strings_[earlier.string]) ||
-          !goesOn(at, earlier) || result_.stretches_.size() >= most) {
-        return at;
-      }
-      run = commonCharacters(string(), at, other, earlier.position, UINT32_MAX);
+    } while (result_.stretches_.size() < most && goOnBehind(at, earlier, run));
+    return at;
+  }
+
+  // Finds what the text from `at` on, just behind a difference, runs along:
+  // `earlier`, which comes in as the place on the same diagonal as before, and
+  // for how many characters, `run`. False if nothing is found, or nothing left.
+  bool goOnBehind(uint32_t at, Place& earlier, uint32_t& run) {
+    if (at > lengthOf(string())) return false;
+    const Stretch& last = result_.stretches_.back();
+    if (last.end >= base() + at) {
+      // It differs from the earlier text, but not from what that differs from.
+      earlier = placeOf(last.anchor + (base() + at - last.start));
+      run = last.end - (base() + at);
+      return true;
     }
+    const PackedString& other = strings_[earlier.string];
+    if (earlier.position <= lengthOf(other) && goesOn(at, earlier)) {
+      run = commonCharacters(string(), at, other, earlier.position, UINT32_MAX);
+      return true;
+    }
+    // Others may have left the anchor's text here in the same way.
+    const uint64_t place = last.anchor + (last.end - last.start);
+    const uint32_t next = breaks_.findOrAdd(
+        mixed(place << 3 | symbolOf(last)), base() + at);
+    if (next == KmerTable::kNone) return false;
+    earlier = placeOf(next);
+    run = commonCharacters(string(), at, strings_[earlier.string],
+                           earlier.position, UINT32_MAX);
+    return run >= kBehindBreak;
   }
 
   // Whether two places behind a difference are alike enough to go on.
@@ -256,7 +283,8 @@ class StretchBuilder {
   std::vector<PackedString> strings_;  // those that take part
   std::vector<uint32_t> bases_;        // their places on the axis
   uint32_t axisEnd_ = 0;
-  KmerTable kmers_{0};   // of new text, by positions on the axis
+  KmerTable breaks_{1 << 12};  // positions on the axis behind broken diagonals
+  KmerTable kmers_{0};  // of new text, by positions on the axis
   size_t current_ = 0;   // string that is being written
   uint32_t filled_ = 0;  // blocks
 };
