@@ -100,7 +100,7 @@ inline uint32_t commonCharactersBefore(const PackedString& a,
 }
 
 // The bits that two different symbols share: 1 if the first bits of their
-// characters are equal, else 0. An end shares none.
+// characters are equal, else 0. An end shares none, not even with another.
 inline uint32_t sharedBits(uint32_t a, uint32_t b) {
   return a != kEndOfString && b != kEndOfString && ((a - 1) ^ (b - 1)) < 2 ? 1
                                                                            : 0;

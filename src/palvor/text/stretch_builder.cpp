@@ -4,20 +4,15 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <numeric>
 #include <utility>
 
+#include "palvor/text/axis.h"
 #include "palvor/text/kmer_table.h"
 #include "palvor/text/likeness.h"
 #include "palvor/text/sampled_kmers.h"
-#include "palvor/text/stretch_numbers.h"
 
 namespace palvor {
 namespace {
-
-// Positions of the axis, the ends of strings included. One more than the last
-// is a number, too.
-constexpr uint64_t kAxis = uint64_t{Stretches::kNowhere} - 1;
 
 // Text behind a difference is looked at this far, in characters, and goes on
 // along the diagonal if so many of them are alike. Unrelated text has 8.
@@ -33,65 +28,32 @@ constexpr uint32_t kBehindBreak = 12;
 constexpr uint32_t kDensest = 24;
 constexpr size_t kFewStretches = 256;
 
-// A position in a string.
-struct Place {
-  size_t string;  // in the order of the axis
-  uint32_t position;
-};
-
 }  // namespace
 
 class StretchBuilder {
  public:
   StretchBuilder(std::span<const PackedString> strings,
-                 const std::vector<bool>& takePart) {
-    layOut(strings, takePart);
-  }
+                 const std::vector<bool>& takePart)
+      : axis_(strings, takePart) {}
 
   Stretches build() {
-    if (strings_.empty()) return std::move(result_);
-    for (current_ = 0; current_ < strings_.size(); current_++) walk();
-    fillBlocks(axisEnd_);
-    result_.stretches_.push_back({Stretches::kNowhere, 0, 0, 0});
-    result_.alike_ = numberStretches(result_.stretches_, axisEnd_);
+    if (axis_.strings() == 0) return {};
+    result_.bases_ = axis_.basesByInput();
+    result_.blocks_.resize((axis_.end() - 1) / Stretches::kBlock + 1);
+    result_.stretches_.reserve(axis_.end() / 256 + 2 * axis_.strings());
+    kmers_ = KmerTable(lengthOf(axis_.string(0)) / 16);
+    for (current_ = 0; current_ < axis_.strings(); current_++) walk();
+    fillBlocks(axis_.end());
+    result_.stretches_.push_back({Axis::kNowhere, 0, 0, 0});
+    result_.ranks_ = StretchRanks(axis_, result_.stretches_);
     return std::move(result_);
   }
 
  private:
-  // Gives all strings that take part their places on the axis.
-  void layOut(std::span<const PackedString> strings,
-              const std::vector<bool>& takePart) {
-    std::vector<uint32_t> order(strings.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::ranges::stable_sort(order, [&](uint32_t a, uint32_t b) {
-      return lengthOf(strings[a]) > lengthOf(strings[b]);
-    });
-    result_.bases_.assign(strings.size(), Stretches::kNowhere);
-    uint64_t base = 0;
-    for (const uint32_t s : order) {
-      const uint64_t next = base + lengthOf(strings[s]) + 1;
-      if (!takePart[s] || next > kAxis) continue;
-      result_.bases_[s] = static_cast<uint32_t>(base);
-      strings_.push_back(strings[s]);
-      bases_.push_back(static_cast<uint32_t>(base));
-      base = next;
-    }
-    if (strings_.empty()) return;
-    axisEnd_ = static_cast<uint32_t>(base);
-    result_.blocks_.resize((axisEnd_ - 1) / Stretches::kBlock + 1);
-    result_.stretches_.reserve(axisEnd_ / 256 + 2 * strings_.size());
-    kmers_ = KmerTable(lengthOf(strings_[0]) / 16);
-  }
+  using Place = Axis::Place;
 
-  const PackedString& string() const { return strings_[current_]; }
-  uint32_t base() const { return bases_[current_]; }
-
-  // The place of a position on the axis.
-  Place placeOf(uint32_t axisPosition) const {
-    const auto behind = std::ranges::upper_bound(bases_, axisPosition);
-    const auto s = static_cast<size_t>(behind - bases_.begin()) - 1;
-    return {s, axisPosition - bases_[s]};
-  }
+  const PackedString& string() const { return axis_.string(current_); }
+  uint32_t base() const { return axis_.base(current_); }
 
   // Writes the current string as stretches.
   void walk() {
@@ -105,7 +67,7 @@ class StretchBuilder {
       const uint32_t next =
           kmers_.findOrAdd(kmerHash(string(), at), base() + at);
       if (next != KmerTable::kNone) {
-        const uint32_t to = follow(covered, at, placeOf(next), most);
+        const uint32_t to = follow(covered, at, axis_.placeOf(next), most);
         if (to > covered) {
           covered = to;
           at = nextSampled(string(), covered, end);
@@ -122,7 +84,7 @@ class StretchBuilder {
   // Returns from where on that is so now: behind the last difference, `covered`
   // if the texts are not alike, or behind the string's end.
   uint32_t follow(uint32_t covered, uint32_t at, Place earlier, size_t most) {
-    const PackedString& other = strings_[earlier.string];
+    const PackedString& other = axis_.string(earlier.string);
     uint32_t run =
         commonCharacters(string(), at, other, earlier.position, UINT32_MAX);
     if (run < kKmer) return covered;
@@ -149,29 +111,29 @@ class StretchBuilder {
     const Stretch& last = result_.stretches_.back();
     if (last.end >= base() + at) {
       // It differs from the earlier text, but not from what that differs from.
-      earlier = placeOf(last.anchor + (base() + at - last.start));
+      earlier = axis_.placeOf(last.anchor + (base() + at - last.start));
       run = last.end - (base() + at);
       return true;
     }
-    const PackedString& other = strings_[earlier.string];
+    const PackedString& other = axis_.string(earlier.string);
     if (earlier.position <= lengthOf(other) && goesOn(at, earlier)) {
       run = commonCharacters(string(), at, other, earlier.position, UINT32_MAX);
       return true;
     }
     // Others may have left the anchor's text here in the same way.
-    const uint64_t place = last.anchor + (last.end - last.start);
+    const uint64_t place = leftAt(last);
     const uint32_t next = breaks_.findOrAdd(
-        mixed(place << 3 | symbolOf(last)), base() + at);
+        mixed(place << 3 | symbolOf(last.parting)), base() + at);
     if (next == KmerTable::kNone) return false;
-    earlier = placeOf(next);
-    run = commonCharacters(string(), at, strings_[earlier.string],
+    earlier = axis_.placeOf(next);
+    run = commonCharacters(string(), at, axis_.string(earlier.string),
                            earlier.position, UINT32_MAX);
     return run >= kBehindBreak;
   }
 
   // Whether two places behind a difference are alike enough to go on.
   bool goesOn(uint32_t at, Place earlier) const {
-    const PackedString& other = strings_[earlier.string];
+    const PackedString& other = axis_.string(earlier.string);
     const uint32_t left =
         std::min(lengthOf(string()) - at, lengthOf(other) - earlier.position);
     if (left < kBehind) {
@@ -192,9 +154,9 @@ class StretchBuilder {
     const uint32_t end = base() + at + run;  // where the two differ
     const uint32_t symbol = symbolAt(string(), at + run);
     const uint32_t otherSymbol =
-        symbolAt(strings_[earlier.string], earlier.position + run);
+        symbolAt(axis_.string(earlier.string), earlier.position + run);
     uint32_t own = base() + at;
-    uint32_t from = bases_[earlier.string] + earlier.position;
+    uint32_t from = axis_.base(earlier.string) + earlier.position;
     uint32_t number = stretchAt(from);
     while (own <= end) {
       const Stretch stretch = result_.stretches_[number];
@@ -204,13 +166,14 @@ class StretchBuilder {
       if (agreed < end - own) {
         // The earlier text parts from it first.
         piece.end = own + agreed;
-        piece.symbols = stretch.symbols;
+        piece.parting = stretch.parting;
       } else if (agreed > end - own) {
         piece.end = end;
-        piece.symbols = makeSymbols(symbol, otherSymbol);
-      } else if (symbol != anchorSymbolOf(stretch) || symbol == kEndOfString) {
+        piece.parting = makeParting(symbol, otherSymbol);
+      } else if (symbol != anchorSymbolOf(stretch.parting) ||
+                 symbol == kEndOfString) {
         piece.end = end;
-        piece.symbols = makeSymbols(symbol, anchorSymbolOf(stretch));
+        piece.parting = makeParting(symbol, anchorSymbolOf(stretch.parting));
       } else {
         goOn(piece, end + 1);
       }
@@ -228,12 +191,12 @@ class StretchBuilder {
   // really does.
   void goOn(Stretch& piece, uint32_t from) const {
     const uint32_t at = from - base();
-    const Place place = placeOf(piece.anchor + (from - piece.start));
-    const PackedString& other = strings_[place.string];
+    const Place place = axis_.placeOf(piece.anchor + (from - piece.start));
+    const PackedString& other = axis_.string(place.string);
     const uint32_t run =
         commonCharacters(string(), at, other, place.position, UINT32_MAX);
     piece.end = from + run;
-    piece.symbols = makeSymbols(symbolAt(string(), at + run),
+    piece.parting = makeParting(symbolAt(string(), at + run),
                                 symbolAt(other, place.position + run));
   }
 
@@ -241,7 +204,7 @@ class StretchBuilder {
   Stretch selfAnchored(uint32_t position) const {
     const uint32_t start = base() + position;
     return {start, start, base() + lengthOf(string()),
-            makeSymbols(kEndOfString, kEndOfString)};
+            makeParting(kEndOfString, kEndOfString)};
   }
 
   // The stretch that a position before what is being written belongs to.
@@ -279,14 +242,12 @@ class StretchBuilder {
     }
   }
 
+  Axis axis_;
   Stretches result_;
-  std::vector<PackedString> strings_;  // those that take part
-  std::vector<uint32_t> bases_;        // their places on the axis
-  uint32_t axisEnd_ = 0;
   KmerTable breaks_{1 << 12};  // positions on the axis behind broken diagonals
-  KmerTable kmers_{0};  // of new text, by positions on the axis
-  size_t current_ = 0;   // string that is being written
-  uint32_t filled_ = 0;  // blocks
+  KmerTable kmers_{0};         // of new text, by positions on the axis
+  size_t current_ = 0;         // string that is being written
+  uint32_t filled_ = 0;        // blocks
 };
 
 Stretches buildStretches(std::span<const PackedString> strings,

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "palvor/text/packed_string.h"
+#include "palvor/text/stretch_walk.h"
 #include "palvor/text/stretches.h"
 
 namespace palvor {
@@ -17,17 +18,10 @@ struct SuffixPlace {
   uint32_t position;
 };
 
-// What is known of two suffixes.
-struct StretchParting {
-  uint32_t bits;  // bits that they share: all of them if known, else at least
-  bool known;     // whether the rest is true; otherwise it means nothing
-  int order;      // below 0: the first one sorts first; 0: they are equal
-};
-
-// Looks at stretches alone, and stops where two stretches at the same place
-// have different anchors: then an even number of bits are known to be shared,
-// and the strings have to be read from there on. `known` characters, 0 or more,
-// are known to be shared and are not looked at; both suffixes have as many.
+// Compares two suffixes, of which `known` characters are known to be shared;
+// both have as many. Looks at stretches alone, at a few of them, and says up to
+// where the suffixes agree if that does not tell: then the strings have to be
+// read from there on. Suffixes without anchors are not known.
 StretchParting followStretches(const Stretches& stretches,
                                std::span<const PackedString> strings,
                                SuffixPlace a, SuffixPlace b, uint32_t known);

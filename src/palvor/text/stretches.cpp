@@ -3,8 +3,8 @@
 namespace palvor {
 
 size_t Stretches::memory() const {
-  return stretches_.size() * sizeof(Stretch) +
-         sizeof(uint32_t) * (bases_.size() + blocks_.size() + alike_.size());
+  return stretches_.size() * sizeof(Stretch) + ranks_.memory() +
+         sizeof(uint32_t) * (bases_.size() + blocks_.size());
 }
 
 }  // namespace palvor

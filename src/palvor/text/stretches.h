@@ -4,36 +4,67 @@
 // Strains are edited copies of one another. Once it is known along which
 // earlier text each string runs (text/stretch.h), the common prefix and the
 // order of most pairs of suffixes follow from integers, and no string is read:
-// a suffix has an *anchor*, a position on the axis of all strings, and it is
-// known exactly how far the suffix runs along the text there, and what it has
-// then (text/second_key.h). Where two suffixes have the same anchor and part
-// from it at the same place in the same way, the stretches behind that place
-// go on (text/stretch_comparison.h).
+// a suffix has an *anchor*, a position on the axis of all strings, and a
+// *second key*, which orders all suffixes of that anchor (text/second_key.h).
 //
 // Everything here is true by the strings alone, whatever suffix arrays say.
 //
-// The axis: strings that take part lie on it from the longest to the shortest,
-// each followed by one position for its end. Strings that are like no other
-// text, and those that find no room on an axis of 2^32 positions, are left out:
-// their suffixes have no anchors.
+// Strings that are like no other text, and those that find no room on the axis,
+// are left out: their suffixes have no anchors.
+//
+// How a merge that knows the common prefixes of listed suffixes uses it. Equal
+// prefix words say that two suffixes agree for 32 characters, so anchors are
+// taken from there on, for all records of a buffer at once, long before they
+// are merged: what a record's anchor is depends on nothing else.
+//
+//   anchorAt(axisPosition(input, pos + 32)), if the string takes part and the
+//   suffix has more than 32 characters. Asked for early in two steps: 32
+//   records ahead the block, 16 ahead the stretch.
+//
+// Beside the prefix keys, rows hold per listed suffix
+//
+//   anchors  64 bits: its anchor's position; where it has none, a number above
+//            2^32 that no other has, such as 2^32 + its stream
+//   seconds  64 bits: its second key
+//
+// and both move with it. A new suffix s with prefix key w, anchor a and second
+// key k finds its place so:
+//
+//   1. equal = places with prefix key w. None: as ever.
+//   2. known = places of `equal` with anchor a. If known = equal, as for nine
+//      of ten, its place is behind
+//        below(w) | (known & places whose second key is below k)
+//      which is a popcount. The entry with the one before, if it is known, and
+//      that of the one behind, follow from the keys alone:
+//        64 + commonBits(k, k')           if partBeforeRanks(k, k')
+//        64 + commonBitsBehind(k, k')     otherwise
+//      The firstbit is 0 if that is the shorter one's length, else 1. L is a
+//      field of the key, so vectors can take min(L, L') for all places at once,
+//      which is right wherever L differs.
+//   3. A place with the key k itself: the suffixes are equal, if
+//      ranked(k) or keySymbol(k) is an end, and s goes behind it, as equal
+//      suffixes stand in the order in which the merge met them. Otherwise
+//      compareByStretches decides.
+//   4. If `equal` holds others, with other anchors, the known places still
+//      bound the range in which s can go, and give the common prefix with its
+//      two ends; those within it are walked as ever, by common prefixes, and
+//      compared by compareByStretches or by the strings.
 
 #ifndef PALVOR_TEXT_STRETCHES_H_
 #define PALVOR_TEXT_STRETCHES_H_
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
-#include "palvor/text/packed_string.h"
+#include "palvor/text/axis.h"
 #include "palvor/text/second_key.h"
 #include "palvor/text/stretch.h"
+#include "palvor/text/stretch_ranks.h"
 
 namespace palvor {
 
-// Where a suffix is anchored. Two anchors with equal positions tell which of
-// their suffixes sorts first, and their common prefix, unless both keys are
-// equal (text/second_key.h).
+// Where a suffix is anchored.
 struct Anchor {
   uint32_t position;  // on the axis
   uint64_t key;       // the second key
@@ -41,15 +72,15 @@ struct Anchor {
 
 class Stretches {
  public:
-  static constexpr uint32_t kNowhere = UINT32_MAX;
-
   Stretches() = default;
 
   // Whether no string takes part.
   bool empty() const { return stretches_.empty(); }
 
   // Whether a string takes part.
-  bool holds(uint32_t input) const { return bases_[input] != kNowhere; }
+  bool holds(uint32_t input) const {
+    return !bases_.empty() && bases_[input] != Axis::kNowhere;
+  }
 
   // A suffix's position on the axis; its string must take part. The position
   // may be the end of the string.
@@ -76,23 +107,31 @@ class Stretches {
   Anchor anchorAt(uint32_t axisPosition) const {
     const Stretch& stretch = stretches_[stretchAt(axisPosition)];
     return {stretch.anchor + (axisPosition - stretch.start),
-            secondKey(stretch.end - axisPosition, stretch.symbols)};
+            secondKey(stretch.end - axisPosition, stretch.parting)};
   }
 
+  // The common prefix, in bits, of two suffixes of equal anchors whose keys
+  // differ in their ranks alone.
+  uint32_t commonBitsBehind(uint64_t a, uint64_t b) const {
+    return (partingBits(a) & ~1U) + 2 +
+           ranks_.commonBits(keyRank(a), keyRank(b));
+  }
+
+  // Whether suffixes of equal anchor and this key are equal, unless its symbol
+  // is an end: then they always are.
+  bool ranked(uint64_t key) const { return ranks_.known(keyRank(key)); }
+
   // Stretches by number, ascending on the axis. Behind the last one stands one
-  // more, which starts at kNowhere.
+  // more, which starts at Axis::kNowhere.
   const Stretch& operator[](uint32_t number) const {
     return stretches_[number];
   }
 
+  const Stretch* all() const { return stretches_.data(); }
+  const StretchRanks& ranks() const { return ranks_; }
+
   // How many there are.
   size_t size() const { return stretches_.empty() ? 0 : stretches_.size() - 1; }
-
-  // Per stretch, a number that it shares with all that have the same anchor,
-  // extent, distance from start to end, and symbols, and with no others: their
-  // text is the same up to where the next ones begin. Sixteen numbers behind
-  // the last one may be read, too.
-  const uint32_t* alike() const { return alike_.data(); }
 
   // What it takes, in bytes.
   size_t memory() const;
@@ -102,10 +141,10 @@ class Stretches {
 
   static constexpr uint32_t kBlock = 64;  // positions
 
-  std::vector<uint32_t> bases_;   // per input; kNowhere: takes no part
+  std::vector<uint32_t> bases_;   // per input, on the axis; or kNowhere
   std::vector<uint32_t> blocks_;  // per block, the stretch that it begins in
   std::vector<Stretch> stretches_;
-  std::vector<uint32_t> alike_;
+  StretchRanks ranks_;
 };
 
 }  // namespace palvor

@@ -1,0 +1,264 @@
+#include "palvor/text/stretch_ranks.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "palvor/text/second_key.h"
+#include "palvor/text/stretch_walk.h"
+
+namespace palvor {
+namespace {
+
+// What a comparison may cost where ranks are made, and how many there may be
+// that walk at all: so many, and one for each stretch.
+constexpr WalkLimits kLimits = {64, 4096};
+constexpr size_t kWalks = 10'000;
+
+// Equal up to the ends of their strings: more than any common prefix.
+constexpr uint32_t kEqual = UINT32_MAX - 1;
+
+// Stretches are sorted by where they leave their anchors' texts.
+struct Leaving {
+  uint32_t at;
+  uint32_t stretch;
+};
+
+// By three times eleven bits, the lowest first.
+void sortByPlace(std::vector<Leaving>& leaving) {
+  constexpr uint32_t kDigit = 11;
+  std::vector<Leaving> sorted(leaving.size());
+  for (uint32_t shift = 0; shift < 32; shift += kDigit) {
+    std::array<uint32_t, 1 << kDigit> places{};
+    const auto digit = [&](const Leaving& one) {
+      return one.at >> shift & ((1U << kDigit) - 1);
+    };
+    for (const Leaving& one : leaving) places[digit(one)]++;
+    uint32_t sum = 0;
+    for (uint32_t& place : places) sum += std::exchange(place, sum);
+    for (const Leaving& one : leaving) sorted[places[digit(one)]++] = one;
+    leaving.swap(sorted);
+  }
+}
+
+}  // namespace
+
+class StretchRanker {
+ public:
+  StretchRanker(const Axis& axis, std::span<Stretch> stretches,
+                StretchRanks& ranks)
+      : axis_(axis), stretches_(stretches), ranks_(ranks) {}
+
+  void rank() {
+    group();
+    const auto count = static_cast<uint32_t>(order_.size());
+    for (uint32_t rank = count; rank-- > 0;) {
+      if (sizes_[rank] > 1) rankWithOthers(rank);
+    }
+    ranks_.least_.resize(count / StretchRanks::kBlock);
+    for (size_t b = 0; b < ranks_.least_.size(); b++) {
+      const auto first = ranks_.common_.begin() +
+                         static_cast<ptrdiff_t>(b * StretchRanks::kBlock);
+      ranks_.least_[b] = *std::min_element(first, first + StretchRanks::kBlock);
+    }
+  }
+
+ private:
+  // What stands behind a difference.
+  struct Member {
+    uint32_t stretch;  // that ends with the difference
+    uint32_t anchor;   // of the suffix behind it
+    uint64_t key;
+    WalkingSuffix behind;
+  };
+
+  struct Compared {
+    int order;
+    uint32_t bits;
+    bool known;
+  };
+
+  // Brings stretches that share a difference together. The lowest rank of each
+  // group stands for it until it is ranked.
+  void group() {
+    std::vector<Leaving> leaving;
+    for (uint32_t n = 0; n + 1 < stretches_.size(); n++) {
+      if (symbolOf(stretches_[n].parting) == kEndOfString) continue;
+      leaving.push_back({leftAt(stretches_[n]), n});
+    }
+    sortByPlace(leaving);
+    const auto count = static_cast<uint32_t>(leaving.size());
+    const auto symbol = [&](const Leaving& one) {
+      return symbolOf(stretches_[one.stretch].parting);
+    };
+    order_.resize(count);
+    sizes_.assign(count, 0);
+    ranks_.common_.assign(count, 0);
+    for (uint32_t from = 0; from < count;) {
+      uint32_t to = from + 1;
+      while (to < count && leaving[to].at == leaving[from].at) to++;
+      std::stable_sort(leaving.begin() + from, leaving.begin() + to,
+                       [&](const Leaving& a, const Leaving& b) {
+                         return symbol(a) < symbol(b);
+                       });
+      while (from < to) {
+        const uint32_t first = from;
+        do {
+          order_[from] = leaving[from].stretch;
+          stretches_[order_[from]].parting |= first << kRankShift;
+          from++;
+        } while (from < to && symbol(leaving[from]) == symbol(leaving[first]));
+        sizes_[first] = from - first;
+        if (from - first > 1) ranks_.common_[first] = StretchRanks::kUnknown;
+      }
+    }
+  }
+
+  // Ranks a group, and before it those that its order depends on.
+  void rankWithOthers(uint32_t group) {
+    if (begun_.empty()) begun_.resize(order_.size());
+    if (begun_[group]) return;
+    waiting_.push_back(group);
+    begun_[group] = true;
+    while (!waiting_.empty()) {
+      const uint32_t next = waiting_.back();
+      lookBehind(next);
+      const size_t before = waiting_.size();
+      for (size_t m = 1; m < members_.size(); m++) {
+        if (!shareUnranked(members_[m - 1], members_[m])) continue;
+        const uint32_t needed = keyRank(members_[m].key);
+        if (begun_[needed]) continue;
+        begun_[needed] = true;
+        waiting_.push_back(needed);
+      }
+      if (waiting_.size() > before) continue;
+      waiting_.pop_back();
+      rankMembers(next);
+    }
+  }
+
+  // Fills members_ with a group's, in the order of anchors and keys.
+  void lookBehind(uint32_t group) {
+    members_.clear();
+    for (uint32_t i = 0; i < sizes_[group]; i++) {
+      const uint32_t n = order_[group + i];
+      const Stretch& stretch = stretches_[n];
+      const Axis::Place place = axis_.placeOf(stretch.end);
+      WalkingSuffix behind(axis_.string(place.string),
+                           place.position - (stretch.end - stretch.start),
+                           stretch.start, &stretch,
+                           &stretches_[stretches_.size() - 1]);
+      behind.advance(stretch.end + 1 - stretch.start);
+      members_.push_back({n, behind.anchor(),
+                          secondKey(behind.agreed(), behind.stretch().parting),
+                          behind});
+    }
+    std::ranges::sort(members_, [](const Member& a, const Member& b) {
+      return a.anchor != b.anchor ? a.anchor < b.anchor
+             : a.key != b.key     ? a.key < b.key
+                                  : a.stretch < b.stretch;
+    });
+  }
+
+  bool shareUnranked(const Member& a, const Member& b) const {
+    return a.anchor == b.anchor && a.key == b.key &&
+           keySymbol(a.key) != kEndOfString && !ranks_.known(keyRank(a.key));
+  }
+
+  Compared compare(const Member& a, const Member& b) {
+    if (a.anchor == b.anchor && !shareUnranked(a, b)) {
+      if (a.key == b.key) return {0, kEqual, true};
+      const uint32_t bits =
+          partBeforeRanks(a.key, b.key)
+              ? commonBits(a.key, b.key)
+              : (partingBits(a.key) & ~1U) + 2 +
+                    ranks_.commonBits(keyRank(a.key), keyRank(b.key));
+      return {a.key < b.key ? -1 : 1, bits, true};
+    }
+    if (walks_ > kWalks + stretches_.size()) return {0, 0, false};
+    walks_++;
+    const StretchParting found =
+        compareWalking(a.behind, b.behind, ranks_, kLimits);
+    return {found.order, found.order == 0 ? kEqual : found.bits, found.known};
+  }
+
+  // Puts members_ into order, if need be. False if that can't be told.
+  bool sortMembers() {
+    bool ordered = true;
+    for (size_t m = 1; m < members_.size(); m++) {
+      const Member& a = members_[m - 1];
+      const Member& b = members_[m];
+      if (a.anchor != b.anchor || shareUnranked(a, b)) ordered = false;
+    }
+    if (ordered) return true;
+    for (size_t m = 1; m < members_.size(); m++) {
+      // Behind all that are not above it.
+      size_t from = 0;
+      size_t to = m;
+      while (from < to) {
+        const size_t middle = (from + to) / 2;
+        const Compared found = compare(members_[middle], members_[m]);
+        if (!found.known) return false;
+        if (found.order > 0) {
+          to = middle;
+        } else {
+          from = middle + 1;
+        }
+      }
+      std::rotate(members_.begin() + static_cast<ptrdiff_t>(from),
+                  members_.begin() + static_cast<ptrdiff_t>(m),
+                  members_.begin() + static_cast<ptrdiff_t>(m) + 1);
+    }
+    return true;
+  }
+
+  // Ranks a group by its members_.
+  void rankMembers(uint32_t group) {
+    if (!sortMembers()) return;
+    common_.assign(1, 0);
+    for (size_t m = 1; m < members_.size(); m++) {
+      const Compared found = compare(members_[m - 1], members_[m]);
+      if (!found.known) return;
+      common_.push_back(found.order == 0 ? kEqual : found.bits);
+    }
+    uint32_t rank = group;
+    for (uint32_t m = 0; m < members_.size(); m++) {
+      if (common_[m] != kEqual) rank = group + m;
+      ranks_.common_[group + m] = common_[m];
+      uint32_t& parting = stretches_[members_[m].stretch].parting;
+      parting = (parting & ((1U << kRankShift) - 1)) | rank << kRankShift;
+    }
+  }
+
+  const Axis& axis_;
+  std::span<Stretch> stretches_;
+  StretchRanks& ranks_;
+  std::vector<uint32_t> order_;    // stretches, by difference
+  std::vector<uint32_t> sizes_;    // per group, at its lowest rank
+  std::vector<bool> begun_;        // per group, too
+  std::vector<uint32_t> waiting_;  // groups
+  std::vector<Member> members_;
+  std::vector<uint32_t> common_;
+  size_t walks_ = 0;
+};
+
+StretchRanks::StretchRanks(const Axis& axis, std::span<Stretch> stretches) {
+  StretchRanker(axis, stretches, *this).rank();
+}
+
+uint32_t StretchRanks::commonBits(uint32_t a, uint32_t b) const {
+  uint32_t from = std::min(a, b) + 1;
+  const uint32_t to = std::max(a, b) + 1;
+  uint32_t least = UINT32_MAX;
+  while (from < to) {
+    if (from % kBlock == 0 && to - from >= kBlock) {
+      least = std::min(least, least_[from / kBlock]);
+      from += kBlock;
+    } else {
+      least = std::min(least, common_[from++]);
+    }
+  }
+  return least;
+}
+
+}  // namespace palvor
