@@ -17,7 +17,7 @@ WalkingSuffix walkingSuffix(const Stretches& stretches,
           stretches.all() + stretches.size()};
 }
 
-StretchParting compareWithin(const WalkLimits& limits,
+StretchParting compareWithin(WalkLimits limits,
                              const Stretches& stretches,
                              std::span<const PackedString> strings,
                              SuffixPlace a, SuffixPlace b, uint32_t known) {

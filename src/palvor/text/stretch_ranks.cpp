@@ -10,10 +10,11 @@
 namespace palvor {
 namespace {
 
-// What a comparison may cost where ranks are made, and how many there may be
-// that walk at all: so many, and one for each stretch.
-constexpr WalkLimits kLimits = {64, 4096};
-constexpr size_t kWalks = 10'000;
+// What one comparison may cost where ranks are made, and all of them: so much,
+// and so many stretches and characters for each stretch.
+constexpr WalkLimits kOneWalk = {4096, 1 << 16};
+constexpr WalkLimits kAllWalks = {1 << 16, 1 << 20};
+constexpr WalkLimits kWalksPerStretch = {4, 64};
 
 // Equal up to the ends of their strings: more than any common prefix.
 constexpr uint32_t kEqual = UINT32_MAX - 1;
@@ -47,7 +48,14 @@ class StretchRanker {
  public:
   StretchRanker(const Axis& axis, std::span<Stretch> stretches,
                 StretchRanks& ranks)
-      : axis_(axis), stretches_(stretches), ranks_(ranks) {}
+      : axis_(axis), stretches_(stretches), ranks_(ranks) {
+    const auto limit = [&](uint32_t all, uint32_t each) {
+      return static_cast<uint32_t>(std::min<uint64_t>(
+          UINT32_MAX, all + uint64_t{each} * stretches.size()));
+    };
+    limits_ = {limit(kAllWalks.stretches, kWalksPerStretch.stretches),
+               limit(kAllWalks.characters, kWalksPerStretch.characters)};
+  }
 
   void rank() {
     group();
@@ -175,10 +183,13 @@ class StretchRanker {
                     ranks_.commonBits(keyRank(a.key), keyRank(b.key));
       return {a.key < b.key ? -1 : 1, bits, true};
     }
-    if (walks_ > kWalks + stretches_.size()) return {0, 0, false};
-    walks_++;
+    const WalkLimits most = {std::min(limits_.stretches, kOneWalk.stretches),
+                             std::min(limits_.characters, kOneWalk.characters)};
+    WalkLimits left = most;
     const StretchParting found =
-        compareWalking(a.behind, b.behind, ranks_, kLimits);
+        compareWalking(a.behind, b.behind, ranks_, left);
+    limits_.stretches -= most.stretches - left.stretches;
+    limits_.characters -= most.characters - left.characters;
     return {found.order, found.order == 0 ? kEqual : found.bits, found.known};
   }
 
@@ -239,7 +250,7 @@ class StretchRanker {
   std::vector<uint32_t> waiting_;  // groups
   std::vector<Member> members_;
   std::vector<uint32_t> common_;
-  size_t walks_ = 0;
+  WalkLimits limits_;
 };
 
 StretchRanks::StretchRanks(const Axis& axis, std::span<Stretch> stretches) {

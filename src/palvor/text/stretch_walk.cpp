@@ -14,11 +14,10 @@ int orderOf(uint64_t a, uint64_t b) { return a < b ? -1 : a > b ? 1 : 0; }
 
 StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
                               const StretchRanks& ranks,
-                              const WalkLimits& limits) {
+                              WalkLimits& limits) {
   const uint32_t from = a.position();
   if (a.axisPosition() == b.axisPosition()) return {2 * a.rest(), true, 0};
-  uint32_t read = 0;
-  for (uint32_t steps = 0; steps < limits.stretches; steps++) {
+  for (; limits.stretches > 0; limits.stretches--) {
     const uint32_t passed = 2 * (a.position() - from);
     if (a.anchor() == b.anchor()) {
       const uint32_t agreed = a.agreed();
@@ -44,10 +43,10 @@ StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
       b.advance(agreed + 1);
       continue;
     }
-    if (read >= limits.characters) return {passed, false, 0};
+    if (limits.characters == 0) return {passed, false, 0};
     const uint32_t most =
         std::min(std::max(kReadAtOnce, std::min(a.covered(), b.covered())),
-                 limits.characters - read);
+                 limits.characters);
     const uint32_t common = commonCharacters(a.string(), a.position(),
                                              b.string(), b.position(), most);
     if (common < most) {
@@ -56,7 +55,7 @@ StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
       return {passed + 2 * common + sharedBits(symbolA, symbolB), true,
               orderOf(symbolA, symbolB)};
     }
-    read += common;
+    limits.characters -= common;
     a.advance(common);
     b.advance(common);
   }

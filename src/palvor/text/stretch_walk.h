@@ -88,10 +88,11 @@ struct WalkLimits {
   uint32_t characters = UINT32_MAX;
 };
 
-// Compares two suffixes from where they have come to.
+// Compares two suffixes from where they have come to. What it takes is taken
+// off the limits.
 StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
                               const StretchRanks& ranks,
-                              const WalkLimits& limits);
+                              WalkLimits& limits);
 
 }  // namespace palvor
 
