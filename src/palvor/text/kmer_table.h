@@ -8,7 +8,8 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+
+#include "palvor/text/huge_pages.h"
 
 namespace palvor {
 
@@ -48,12 +49,12 @@ class KmerTable {
   size_t slotOf(uint32_t tag) const {
     return static_cast<size_t>(static_cast<uint64_t>(tag) << 32 >> shift_);
   }
-  static int shiftFor(const std::vector<Slot>& slots) {
+  static int shiftFor(const HugeTable<Slot>& slots) {
     return 64 - std::countr_zero(slots.size());
   }
 
   void grow() {
-    std::vector<Slot> old(2 * slots_.size());
+    HugeTable<Slot> old(2 * slots_.size());
     old.swap(slots_);
     shift_ = shiftFor(slots_);
     for (const Slot& moved : old) {
@@ -64,7 +65,7 @@ class KmerTable {
     }
   }
 
-  std::vector<Slot> slots_;  // a power of two of them
+  HugeTable<Slot> slots_;  // a power of two of them
   int shift_;
   size_t used_ = 0;
 };

@@ -58,16 +58,17 @@ inline constexpr int kBitsShift = 29;    // of L
 inline constexpr int kSymbolShift = 26;  // of x; below it stands the rank
 
 // Of a suffix that agrees with its anchor's text for `characters` characters,
-// and parts as its stretch says (text/stretch.h).
+// and parts as its stretch says (text/stretch.h). Without a branch: which way a
+// suffix parts can't be foreseen.
 inline uint64_t secondKey(uint32_t characters, uint32_t parting) {
   const uint32_t own = symbolOf(parting);
   const uint32_t anchors = anchorSymbolOf(parting);
-  const uint64_t bits = 2 * uint64_t{characters} + sharedBits(own, anchors);
-  const uint64_t below =
-      uint64_t{own} << kSymbolShift | uint64_t{rankOf(parting)};
-  if (own == anchors) return kSame | bits << kBitsShift | below;
-  if (own < anchors) return bits << kBitsShift | below;
-  return kUpwards | (bits ^ UINT32_MAX) << kBitsShift | below;
+  const uint64_t up = own > anchors ? 1 : 0;
+  const uint64_t same = own == anchors ? 1 : 0;
+  const uint32_t bits = 2 * characters + sharedBits(own, anchors);
+  const uint32_t inBits = bits ^ (0 - static_cast<uint32_t>(up));
+  return up << 62 | same << 61 | uint64_t{inBits} << kBitsShift |
+         uint64_t{own} << kSymbolShift | rankOf(parting);
 }
 
 // L, in bits.

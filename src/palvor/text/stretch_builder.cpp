@@ -40,12 +40,15 @@ class StretchBuilder {
     if (axis_.strings() == 0) return {};
     result_.bases_ = axis_.basesByInput();
     result_.blocks_.resize((axis_.end() - 1) / Stretches::kBlock + 1);
-    result_.stretches_.reserve(axis_.end() / 256 + 2 * axis_.strings());
+    result_.stretches_.reserve(axis_.end() / 64 + 2 * axis_.strings());
     kmers_ = KmerTable(lengthOf(axis_.string(0)) / 16);
     for (current_ = 0; current_ < axis_.strings(); current_++) walk();
     fillBlocks(axis_.end());
-    result_.stretches_.push_back({Axis::kNowhere, 0, 0, 0});
-    result_.ranks_ = StretchRanks(axis_, result_.stretches_);
+    result_.stretches_.resize(
+        result_.stretches_.size() + Stretches::kEndMarks,
+        {Axis::kNowhere, 0, 0, makeParting(kEndOfString, kEndOfString)});
+    result_.ranks_ = StretchRanks(
+        axis_, std::span(result_.stretches_).first(result_.size() + 1));
     return std::move(result_);
   }
 

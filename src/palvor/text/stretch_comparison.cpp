@@ -17,8 +17,7 @@ WalkingSuffix walkingSuffix(const Stretches& stretches,
           stretches.all() + stretches.size()};
 }
 
-StretchParting compareWithin(WalkLimits limits,
-                             const Stretches& stretches,
+StretchParting compareWithin(WalkLimits limits, const Stretches& stretches,
                              std::span<const PackedString> strings,
                              SuffixPlace a, SuffixPlace b, uint32_t known) {
   StretchParting parting = compareWalking(

@@ -26,9 +26,9 @@ struct Leaving {
 };
 
 // By three times eleven bits, the lowest first.
-void sortByPlace(std::vector<Leaving>& leaving) {
+void sortByPlace(HugeTable<Leaving>& leaving) {
   constexpr uint32_t kDigit = 11;
-  std::vector<Leaving> sorted(leaving.size());
+  HugeTable<Leaving> sorted(leaving.size());
   for (uint32_t shift = 0; shift < 32; shift += kDigit) {
     std::array<uint32_t, 1 << kDigit> places{};
     const auto digit = [&](const Leaving& one) {
@@ -89,7 +89,7 @@ class StretchRanker {
   // Brings stretches that share a difference together. The lowest rank of each
   // group stands for it until it is ranked.
   void group() {
-    std::vector<Leaving> leaving;
+    HugeTable<Leaving> leaving;
     for (uint32_t n = 0; n + 1 < stretches_.size(); n++) {
       if (symbolOf(stretches_[n].parting) == kEndOfString) continue;
       leaving.push_back({leftAt(stretches_[n]), n});
@@ -244,8 +244,8 @@ class StretchRanker {
   const Axis& axis_;
   std::span<Stretch> stretches_;
   StretchRanks& ranks_;
-  std::vector<uint32_t> order_;    // stretches, by difference
-  std::vector<uint32_t> sizes_;    // per group, at its lowest rank
+  HugeTable<uint32_t> order_;      // stretches, by difference
+  HugeTable<uint32_t> sizes_;      // per group, at its lowest rank
   std::vector<bool> begun_;        // per group, too
   std::vector<uint32_t> waiting_;  // groups
   std::vector<Member> members_;

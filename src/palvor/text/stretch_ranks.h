@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "palvor/text/axis.h"
+#include "palvor/text/huge_pages.h"
 #include "palvor/text/stretch.h"
 
 namespace palvor {
@@ -60,7 +61,7 @@ class StretchRanks {
 
   // Per rank, the common prefix with the one before, if they share a
   // difference; the largest number for one that is equal to the one before.
-  std::vector<uint32_t> common_;
+  HugeTable<uint32_t> common_;
   std::vector<uint32_t> least_;  // of each kBlock of these
 };
 

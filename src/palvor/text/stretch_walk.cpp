@@ -13,8 +13,7 @@ int orderOf(uint64_t a, uint64_t b) { return a < b ? -1 : a > b ? 1 : 0; }
 }  // namespace
 
 StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
-                              const StretchRanks& ranks,
-                              WalkLimits& limits) {
+                              const StretchRanks& ranks, WalkLimits& limits) {
   const uint32_t from = a.position();
   if (a.axisPosition() == b.axisPosition()) return {2 * a.rest(), true, 0};
   for (; limits.stretches > 0; limits.stretches--) {

@@ -91,8 +91,7 @@ struct WalkLimits {
 // Compares two suffixes from where they have come to. What it takes is taken
 // off the limits.
 StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
-                              const StretchRanks& ranks,
-                              WalkLimits& limits);
+                              const StretchRanks& ranks, WalkLimits& limits);
 
 }  // namespace palvor
 

@@ -17,9 +17,8 @@
 // taken from there on, for all records of a buffer at once, long before they
 // are merged: what a record's anchor is depends on nothing else.
 //
-//   anchorAt(axisPosition(input, pos + 32)), if the string takes part and the
-//   suffix has more than 32 characters. Asked for early in two steps: 32
-//   records ahead the block, 16 ahead the stretch.
+//   anchorsAt, for axisPosition(input, pos + 32), or kNowhere if the string
+//   takes no part, or the suffix has no more than 32 characters.
 //
 // Beside the prefix keys, rows hold per listed suffix
 //
@@ -55,9 +54,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "palvor/text/axis.h"
+#include "palvor/text/huge_pages.h"
 #include "palvor/text/second_key.h"
 #include "palvor/text/stretch.h"
 #include "palvor/text/stretch_ranks.h"
@@ -88,27 +89,23 @@ class Stretches {
     return bases_[input] + position;
   }
 
-  // The number of the stretch that a position on the axis belongs to. Takes
-  // two look-ups, for which the next two functions ask early.
+  // The number of the stretch that a position on the axis belongs to.
   uint32_t stretchAt(uint32_t axisPosition) const {
     uint32_t number = blocks_[axisPosition / kBlock];
     while (stretches_[number + 1].start <= axisPosition) number++;
     return number;
   }
-  [[gnu::always_inline]] void prefetchBlock(uint32_t axisPosition) const {
-    __builtin_prefetch(&blocks_[axisPosition / kBlock]);
-  }
-  // Best asked for when the block has come, before the stretch is needed.
-  [[gnu::always_inline]] void prefetchStretch(uint32_t axisPosition) const {
-    __builtin_prefetch(&stretches_[blocks_[axisPosition / kBlock]]);
-  }
 
   // The anchor of the suffix there.
   Anchor anchorAt(uint32_t axisPosition) const {
-    const Stretch& stretch = stretches_[stretchAt(axisPosition)];
-    return {stretch.anchor + (axisPosition - stretch.start),
-            secondKey(stretch.end - axisPosition, stretch.parting)};
+    return anchorIn(stretchAt(axisPosition), axisPosition);
   }
+
+  // Those of many suffixes, in any order: each takes two look-ups, which are
+  // asked for long before they are needed. `anchors` and `keys` have room for
+  // one each. A position that is Axis::kNowhere gets itself and the key 0.
+  void anchorsAt(std::span<const uint32_t> axisPositions, uint32_t* anchors,
+                 uint64_t* keys) const;
 
   // The common prefix, in bits, of two suffixes of equal anchors whose keys
   // differ in their ranks alone.
@@ -121,8 +118,8 @@ class Stretches {
   // is an end: then they always are.
   bool ranked(uint64_t key) const { return ranks_.known(keyRank(key)); }
 
-  // Stretches by number, ascending on the axis. Behind the last one stands one
-  // more, which starts at Axis::kNowhere.
+  // Stretches by number, ascending on the axis. Behind the last one stand
+  // end marks, which start at Axis::kNowhere.
   const Stretch& operator[](uint32_t number) const {
     return stretches_[number];
   }
@@ -131,7 +128,9 @@ class Stretches {
   const StretchRanks& ranks() const { return ranks_; }
 
   // How many there are.
-  size_t size() const { return stretches_.empty() ? 0 : stretches_.size() - 1; }
+  size_t size() const {
+    return stretches_.empty() ? 0 : stretches_.size() - kEndMarks;
+  }
 
   // What it takes, in bytes.
   size_t memory() const;
@@ -139,11 +138,18 @@ class Stretches {
  private:
   friend class StretchBuilder;
 
-  static constexpr uint32_t kBlock = 64;  // positions
+  static constexpr uint32_t kBlock = 64;    // positions
+  static constexpr uint32_t kEndMarks = 3;  // behind the last stretch
 
-  std::vector<uint32_t> bases_;   // per input, on the axis; or kNowhere
-  std::vector<uint32_t> blocks_;  // per block, the stretch that it begins in
-  std::vector<Stretch> stretches_;
+  Anchor anchorIn(uint32_t number, uint32_t axisPosition) const {
+    const Stretch& stretch = stretches_[number];
+    return {stretch.anchor + (axisPosition - stretch.start),
+            secondKey(stretch.end - axisPosition, stretch.parting)};
+  }
+
+  std::vector<uint32_t> bases_;  // per input, on the axis; or kNowhere
+  HugeTable<uint32_t> blocks_;   // per block, the stretch that it begins in
+  HugeTable<Stretch> stretches_;
   StretchRanks ranks_;
 };
 
