@@ -361,6 +361,7 @@ TEST(Stretches, OrderOfAllSymbolsBehindTheSameText) {
 TEST(Stretches, RunsAndTandemRepeats) {
   Genomes genomes(4);
   for (const size_t period : {1, 2, 3, 5, 16, 30, 64, 100}) {
+    SCOPED_TRACE(testing::Message() << "period " << period);
     const std::string unit = genomes.unrelated(period);
     std::string tandem;
     while (tandem.size() < 700) tandem += unit;
@@ -398,6 +399,62 @@ TEST(Stretches, RandomCollections) {
   // with the same few characters by chance.
   EXPECT_GT(sum.byKeys, sum.pairs / 20);
   EXPECT_GT(sum.byFollowing, sum.pairs / 3);
+}
+
+// More than the common prefixes of ranks are looked at one by one.
+TEST(Stretches, HundredsOfStrainsShareADifference) {
+  Genomes genomes(9);
+  const std::string text = genomes.unrelated(260);
+  std::string mutated = text;
+  mutated[60] = text[60] == 'A' ? 'C' : 'A';
+  mutated[110] = text[110] == 'G' ? 'T' : 'G';
+  std::vector<std::string> texts = {text};
+  for (size_t i = 0; i < 400; i++) {
+    texts.push_back(mutated);
+    for (size_t d = 0; d < 3; d++) {
+      texts.back()[150 + genomes.below(110)] = kCharacters[genomes.below(4)];
+    }
+  }
+  const Collection collection(texts);
+  const Stretches stretches = collection.stretches();
+  Settled settled;
+  for (uint32_t i = 0; i < 8'000; i++) {
+    const auto a = static_cast<uint32_t>(genomes.below(texts.size()));
+    const auto b = static_cast<uint32_t>(genomes.below(texts.size()));
+    const auto at = static_cast<uint32_t>(genomes.below(200));
+    expectTrue(collection, stretches, {a, at}, {b, at}, settled);
+    if (HasFatalFailure()) return;
+  }
+  EXPECT_GT(settled.byKeys, settled.pairs * 95 / 100);
+}
+
+// Each unit is followed by the rest of them: what is too long to be ranked is
+// left, and compared all the same.
+TEST(Stretches, DifferencesThatAreNotRanked) {
+  Genomes genomes(10);
+  const std::string unit = genomes.unrelated(100);
+  std::string changed = unit;
+  changed[40] = unit[40] == 'A' ? 'C' : 'A';
+  changed[70] = unit[70] == 'G' ? 'T' : 'G';
+  std::string text = unit;
+  for (size_t i = 0; i < 3'000; i++) text += changed;
+  const Collection collection({text});
+  const Stretches stretches = collection.stretches();
+  expectTrue(collection, stretches);
+  Settled settled;
+  size_t unknown = 0;
+  for (uint32_t i = 0; i < 300; i++) {
+    const auto a = static_cast<uint32_t>(100 * genomes.below(2'900));
+    const auto b = static_cast<uint32_t>(100 * genomes.below(2'900));
+    expectTrue(collection, stretches, {0, a + i % 100}, {0, b + i % 100},
+               settled);
+    if (HasFatalFailure()) return;
+    const StretchParting followed =
+        followStretches(stretches, collection.strings(), {0, a}, {0, b}, 0);
+    unknown += followed.known ? 0 : 1;
+  }
+  RecordProperty("unknown", static_cast<int>(unknown));
+  std::printf("unknown %zu of 300, by keys %zu\n", unknown, settled.byKeys);
 }
 
 TEST(Stretches, AStringOfManyDifferencesIsLeftAlone) {

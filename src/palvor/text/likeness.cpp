@@ -1,5 +1,7 @@
 #include "palvor/text/likeness.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -12,9 +14,8 @@ namespace {
 constexpr uint32_t kWindow = 2048;        // characters read at once
 constexpr uint64_t kReadWhole = 4 << 20;  // characters in all
 constexpr uint32_t kEvery = 4;            // of so many windows one is read
-constexpr uint64_t kSparse = 8;        // of so many sampled k-mers one is told
-constexpr uint32_t kMayBeJudged = 64;  // k-mers that are enough for a string
-constexpr uint32_t kLikes = 50;        // one k-mer in so many
+constexpr uint32_t kMayBeJudged = 32;     // k-mers that are enough for a string
+constexpr uint32_t kLikes = 50;           // one k-mer in so many
 
 struct Sample {
   uint64_t taken = 0;
@@ -25,12 +26,43 @@ struct Sample {
   }
 };
 
+// The first position from `from` on, below `end`, where GAAT or GACT stands, as
+// at one of 128 positions of unrelated text; or `end`, behind which the string
+// has kKmerReach characters.
+uint32_t nextSparse(const PackedString& string, uint32_t from, uint32_t end) {
+  constexpr uint64_t kFirstBits = 0xAAAAAAAAAAAAAAAA;
+  for (; from < end; from += 29) {
+    const uint64_t characters = manyCharacters(string, from);
+    const uint64_t first = characters & kFirstBits;
+    const uint64_t second = characters << 1 & kFirstBits;
+    const uint64_t found = first & ~second &                 // G
+                           ~(first << 2) & ~(second << 2) &  // A
+                           ~(first << 4) &                   // A or C
+                           (first << 6) & (second << 6);     // T
+    if (found == 0) continue;
+    const auto distance = static_cast<uint32_t>(std::countl_zero(found)) / 2;
+    return std::min(end, from + distance);
+  }
+  return end;
+}
+
+// Whether a few characters stand there over and over, in which nothing may be
+// found to look at.
+bool repeatsItself(const PackedString& string, uint32_t position) {
+  if (lengthOf(string) - position < 2 * kKmerReach) return false;
+  const uint64_t characters = manyCharacters(string, position);
+  for (uint32_t unit = 1; unit <= 4; unit++) {
+    if (manyCharacters(string, position + unit) == characters) return true;
+  }
+  return false;
+}
+
 class Sampler {
  public:
   Sampler(std::span<const PackedString> strings, uint64_t characters)
       : strings_(strings),
         every_(characters <= kReadWhole ? 1 : kEvery),
-        table_(characters / 16 / kSparse / every_),
+        table_(characters / 128 / every_),
         samples_(strings.size()) {}
 
   std::vector<bool> sample() {
@@ -58,12 +90,15 @@ class Sampler {
  private:
   void read(size_t s, uint32_t from, uint32_t end) {
     const PackedString& string = strings_[s];
-    for (uint32_t at = nextSampled(string, from, end); at < end;
-         at = nextSampled(string, at + 1, end)) {
-      const uint64_t hash = kmerHash(string, at);
-      if (hash % kSparse != 0) continue;
+    if (repeatsItself(string, from)) {
       samples_[s].taken++;
-      const uint32_t first = table_.findOrAdd(hash, static_cast<uint32_t>(s));
+      samples_[s].found++;
+    }
+    for (uint32_t at = nextSparse(string, from, end); at < end;
+         at = nextSparse(string, at + 1, end)) {
+      samples_[s].taken++;
+      const uint32_t first =
+          table_.findOrAdd(kmerHash(string, at), static_cast<uint32_t>(s));
       if (first == KmerTable::kNone) continue;
       samples_[s].found++;
       if (first != s) samples_[first].found++;

@@ -28,6 +28,12 @@ constexpr uint32_t kBehindBreak = 12;
 constexpr uint32_t kDensest = 24;
 constexpr size_t kFewStretches = 256;
 
+// The least distance of a text and what it copies, in characters.
+constexpr uint32_t kShortestUnit = 64;
+
+// K-mers that are looked up together.
+constexpr uint32_t kBatch = 16;
+
 }  // namespace
 
 class StretchBuilder {
@@ -55,38 +61,67 @@ class StretchBuilder {
  private:
   using Place = Axis::Place;
 
+  struct Sampled {
+    uint32_t position;
+    uint64_t hash;
+  };
+
+  uint32_t axisPosition(Place place) const {
+    return axis_.base(place.string) + place.position;
+  }
+
   const PackedString& string() const { return axis_.string(current_); }
   uint32_t base() const { return axis_.base(current_); }
 
   // Writes the current string as stretches.
   void walk() {
     const uint32_t length = lengthOf(string());
-    const size_t most =
-        result_.stretches_.size() + length / kDensest + kFewStretches;
+    most_ = std::min<size_t>(
+        result_.stretches_.size() + length / kDensest + kFewStretches,
+        kRanks - axis_.strings());
     const uint32_t end = length > kKmerReach ? length - kKmerReach : 0;
     uint32_t covered = 0;
-    uint32_t at = nextSampled(string(), 0, end);
-    while (at < end && result_.stretches_.size() < most) {
-      const uint32_t next =
-          kmers_.findOrAdd(kmerHash(string(), at), base() + at);
-      if (next != KmerTable::kNone) {
-        const uint32_t to = follow(covered, at, axis_.placeOf(next), most);
-        if (to > covered) {
-          covered = to;
-          at = nextSampled(string(), covered, end);
-          continue;
-        }
+    uint32_t at = 0;
+    uint32_t batch = 1;
+    while (at < end && result_.stretches_.size() < most_) {
+      // Behind a difference, the first k-mer is mostly known; in new text none
+      // is for long.
+      sampleFrom(at, end, batch);
+      batch = std::min(2 * batch, kBatch);
+      at = sampled_.empty() ? end : sampled_.back().position + 1;
+      for (const Sampled& kmer : sampled_) {
+        const uint32_t earlier =
+            kmers_.findOrAdd(kmer.hash, base() + kmer.position);
+        if (earlier == KmerTable::kNone) continue;
+        const uint32_t to =
+            follow(covered, kmer.position, axis_.placeOf(earlier));
+        if (to == covered) continue;
+        covered = to;
+        at = to;
+        batch = 1;
+        break;
       }
-      at = nextSampled(string(), at + 1, end);
     }
     if (covered <= length) append(selfAnchored(covered));
+  }
+
+  // Takes the next `count` k-mers from a position on, as far as they begin
+  // before `end`, and asks for their places in the table.
+  void sampleFrom(uint32_t from, uint32_t end, uint32_t count) {
+    sampled_.clear();
+    for (uint32_t at = nextSampled(string(), from, end);
+         at < end && sampled_.size() < count;
+         at = nextSampled(string(), at + 1, end)) {
+      sampled_.push_back({at, kmerHash(string(), at)});
+      kmers_.prefetch(sampled_.back().hash);
+    }
   }
 
   // Follows an earlier place's text, whose k-mer is likely to be that at `at`,
   // to both sides, over differences. Nothing is known from `covered` on.
   // Returns from where on that is so now: behind the last difference, `covered`
   // if the texts are not alike, or behind the string's end.
-  uint32_t follow(uint32_t covered, uint32_t at, Place earlier, size_t most) {
+  uint32_t follow(uint32_t covered, uint32_t at, Place earlier) {
     const PackedString& other = axis_.string(earlier.string);
     uint32_t run =
         commonCharacters(string(), at, other, earlier.position, UINT32_MAX);
@@ -97,12 +132,22 @@ class StretchBuilder {
     at -= before;
     earlier.position -= before;
     run += before;
+    // A tandem repeat of a short unit is taken to be one of several units, or
+    // each would be a stretch.
+    const uint32_t shift = base() + at - axisPosition(earlier);
+    if (shift < kShortestUnit) {
+      const uint32_t more = (kShortestUnit - 1) / shift * shift;
+      if (more >= run) return covered;
+      at += more;
+      run -= more;
+    }
     if (covered < at) append(selfAnchored(covered));
     do {
-      copy(at, earlier, run);
-      at += run + 1;
+      const uint32_t behind = at + run + 1;
+      at = copy(at, earlier, run);
+      if (at < behind) return at;
       earlier.position += run + 1;
-    } while (result_.stretches_.size() < most && goOnBehind(at, earlier, run));
+    } while (goOnBehind(at, earlier, run));
     return at;
   }
 
@@ -128,6 +173,7 @@ class StretchBuilder {
     const uint32_t next = breaks_.findOrAdd(
         mixed(place << 3 | symbolOf(last.parting)), base() + at);
     if (next == KmerTable::kNone) return false;
+    if (base() + at - next < kShortestUnit) return false;
     earlier = axis_.placeOf(next);
     run = commonCharacters(string(), at, axis_.string(earlier.string),
                            earlier.position, UINT32_MAX);
@@ -152,8 +198,9 @@ class StretchBuilder {
 
   // Writes the `run` characters from `at` on, and the one behind them, as what
   // an earlier place runs along. That has the same characters, but another one
-  // behind them.
-  void copy(uint32_t at, Place earlier, uint32_t run) {
+  // behind them. Returns how far it came: behind that one, unless the string
+  // has its most stretches.
+  uint32_t copy(uint32_t at, Place earlier, uint32_t run) {
     const uint32_t end = base() + at + run;  // where the two differ
     const uint32_t symbol = symbolAt(string(), at + run);
     const uint32_t otherSymbol =
@@ -161,7 +208,7 @@ class StretchBuilder {
     uint32_t own = base() + at;
     uint32_t from = axis_.base(earlier.string) + earlier.position;
     uint32_t number = stretchAt(from);
-    while (own <= end) {
+    while (own <= end && result_.stretches_.size() < most_) {
       const Stretch stretch = result_.stretches_[number];
       const uint32_t passed = from - stretch.start;
       Stretch piece = {own, stretch.anchor + passed, 0, 0};
@@ -188,6 +235,7 @@ class StretchBuilder {
       from += step;
       number++;
     }
+    return own - base();
   }
 
   // Ends a piece that is known to agree with its anchor up to `from`: where it
@@ -249,8 +297,10 @@ class StretchBuilder {
   Stretches result_;
   KmerTable breaks_{1 << 12};  // positions on the axis behind broken diagonals
   KmerTable kmers_{0};         // of new text, by positions on the axis
-  size_t current_ = 0;         // string that is being written
-  uint32_t filled_ = 0;        // blocks
+  std::vector<Sampled> sampled_;
+  size_t most_ = 0;      // stretches, when the current string is written
+  size_t current_ = 0;   // string that is being written
+  uint32_t filled_ = 0;  // blocks
 };
 
 Stretches buildStretches(std::span<const PackedString> strings,

@@ -63,12 +63,6 @@ class StretchRanker {
     for (uint32_t rank = count; rank-- > 0;) {
       if (sizes_[rank] > 1) rankWithOthers(rank);
     }
-    ranks_.least_.resize(count / StretchRanks::kBlock);
-    for (size_t b = 0; b < ranks_.least_.size(); b++) {
-      const auto first = ranks_.common_.begin() +
-                         static_cast<ptrdiff_t>(b * StretchRanks::kBlock);
-      ranks_.least_[b] = *std::min_element(first, first + StretchRanks::kBlock);
-    }
   }
 
  private:
@@ -102,6 +96,7 @@ class StretchRanker {
     order_.resize(count);
     sizes_.assign(count, 0);
     ranks_.common_.assign(count, 0);
+    ranks_.least_.assign(count / StretchRanks::kBlock, 0);
     for (uint32_t from = 0; from < count;) {
       uint32_t to = from + 1;
       while (to < count && leaving[to].at == leaving[from].at) to++;
@@ -232,12 +227,20 @@ class StretchRanker {
       if (!found.known) return;
       common_.push_back(found.order == 0 ? kEqual : found.bits);
     }
+    const auto size = static_cast<uint32_t>(members_.size());
     uint32_t rank = group;
-    for (uint32_t m = 0; m < members_.size(); m++) {
+    for (uint32_t m = 0; m < size; m++) {
       if (common_[m] != kEqual) rank = group + m;
       ranks_.common_[group + m] = common_[m];
       uint32_t& parting = stretches_[members_[m].stretch].parting;
       parting = (parting & ((1U << kRankShift) - 1)) | rank << kRankShift;
+    }
+    // Those of the blocks that lie in the group as a whole.
+    constexpr uint32_t kBlock = StretchRanks::kBlock;
+    for (uint32_t b = (group + kBlock - 1) / kBlock;
+         (b + 1) * kBlock <= group + size; b++) {
+      const uint32_t* const first = ranks_.common_.data() + b * kBlock;
+      ranks_.least_[b] = *std::min_element(first, first + kBlock);
     }
   }
 

@@ -62,7 +62,7 @@ class StretchRanks {
   // Per rank, the common prefix with the one before, if they share a
   // difference; the largest number for one that is equal to the one before.
   HugeTable<uint32_t> common_;
-  std::vector<uint32_t> least_;  // of each kBlock of these
+  std::vector<uint32_t> least_;  // of kBlock of these that share one
 };
 
 }  // namespace palvor

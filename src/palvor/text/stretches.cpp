@@ -5,46 +5,58 @@
 namespace palvor {
 namespace {
 
-// How many suffixes ahead the block of one and its stretch are asked for.
-constexpr size_t kBlockAhead = 32;
-constexpr size_t kStretchAhead = 16;
+// Suffixes between one look-up and the next, at least.
+constexpr size_t kAhead = 16;
 
 }  // namespace
 
 void Stretches::anchorsAt(std::span<const uint32_t> axisPositions,
                           uint32_t* anchors, uint64_t* keys) const {
+  if (empty()) {
+    std::ranges::copy(axisPositions, anchors);
+    std::fill_n(keys, axisPositions.size(), 0);
+    return;
+  }
   const size_t count = axisPositions.size();
-  const auto blockOf = [&](size_t i) {
-    const uint32_t position = axisPositions[i];
-    return &blocks_[position == Axis::kNowhere ? 0 : position / kBlock];
-  };
-  for (size_t step = 0; step < count + kBlockAhead; step++) {
-    if (step < count) __builtin_prefetch(blockOf(step));
-    const size_t near = step - (kBlockAhead - kStretchAhead);
-    if (near < count) {
-      const Stretch* stretch = &stretches_[*blockOf(near)];
-      __builtin_prefetch(stretch);
-      __builtin_prefetch(stretch + 3);
+  const uint32_t* const blocks = blocks_.data();
+  const Stretch* const stretches = stretches_.data();
+  const uint32_t last = stretches[size() - 1].end;
+  // What is nowhere is looked up, too, which costs less than a branch.
+  const auto place = [&](size_t i) { return std::min(axisPositions[i], last); };
+  uint32_t numbers[2 * kAhead];
+  for (size_t from = 0; from < count + 2 * kAhead; from += kAhead) {
+    const size_t to = std::min(count, from + kAhead);
+    for (size_t i = from; i < to; i++) {
+      __builtin_prefetch(blocks + place(i) / kBlock);
     }
-    const size_t i = step - kBlockAhead;
-    if (i >= count) continue;
-    const uint32_t position = axisPositions[i];
-    if (position == Axis::kNowhere) {
-      anchors[i] = position;
-      keys[i] = 0;
-      continue;
+    const size_t numbersFrom = from < kAhead ? count : from - kAhead;
+    for (size_t i = numbersFrom; i < std::min(count, from); i++) {
+      const uint32_t number = blocks[place(i) / kBlock];
+      __builtin_prefetch(stretches + number);
+      __builtin_prefetch(stretches + number + kEndMarks);
+      numbers[i % (2 * kAhead)] = number;
     }
-    // How many stretches begin before it in its block can't be foreseen: no
-    // branches for the first three.
-    uint32_t number = *blockOf(i);
-    const Stretch* stretch = &stretches_[number];
-    for (uint32_t next = 1; next <= kEndMarks; next++) {
-      number += stretch[next].start <= position ? 1 : 0;
+    const size_t lookFrom = from < 2 * kAhead ? count : from - 2 * kAhead;
+    for (size_t i = lookFrom; i < std::min(count, from - kAhead); i++) {
+      const uint32_t position = axisPositions[i];
+      const uint32_t inside = place(i);
+      const Stretch* stretch = stretches + numbers[i % (2 * kAhead)];
+      // How many stretches begin before it in its block can't be foreseen: no
+      // branches for the first few.
+      uint32_t passed = 0;
+      for (uint32_t next = 1; next <= kEndMarks; next++) {
+        passed += stretch[next].start <= inside ? 1 : 0;
+      }
+      stretch += passed;
+      if (passed == kEndMarks) {
+        while (stretch[1].start <= inside) stretch++;
+      }
+      const uint64_t key = secondKey(stretch->end - inside, stretch->parting);
+      anchors[i] = position == Axis::kNowhere
+                       ? position
+                       : stretch->anchor + (inside - stretch->start);
+      keys[i] = position == Axis::kNowhere ? 0 : key;
     }
-    while (stretches_[number + 1].start <= position) number++;
-    const Anchor anchor = anchorIn(number, position);
-    anchors[i] = anchor.position;
-    keys[i] = anchor.key;
   }
 }
 
