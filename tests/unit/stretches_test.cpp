@@ -428,33 +428,30 @@ TEST(Stretches, HundredsOfStrainsShareADifference) {
   EXPECT_GT(settled.byKeys, settled.pairs * 95 / 100);
 }
 
-// Each unit is followed by the rest of them: what is too long to be ranked is
-// left, and compared all the same.
+// What stands behind each difference is the same difference again, thousands of
+// times: that is left without ranks, and compared all the same.
 TEST(Stretches, DifferencesThatAreNotRanked) {
   Genomes genomes(10);
-  const std::string unit = genomes.unrelated(100);
+  const std::string unit = genomes.unrelated(80);
   std::string changed = unit;
   changed[40] = unit[40] == 'A' ? 'C' : 'A';
-  changed[70] = unit[70] == 'G' ? 'T' : 'G';
-  std::string text = unit;
-  for (size_t i = 0; i < 3'000; i++) text += changed;
+  std::string text;
+  for (size_t i = 0; i < 2'000; i++) text += unit + unit + unit + changed;
   const Collection collection({text});
   const Stretches stretches = collection.stretches();
   expectTrue(collection, stretches);
   Settled settled;
   size_t unknown = 0;
-  for (uint32_t i = 0; i < 300; i++) {
-    const auto a = static_cast<uint32_t>(100 * genomes.below(2'900));
-    const auto b = static_cast<uint32_t>(100 * genomes.below(2'900));
-    expectTrue(collection, stretches, {0, a + i % 100}, {0, b + i % 100},
-               settled);
+  for (uint32_t i = 0; i < 200; i++) {
+    const auto a = static_cast<uint32_t>(320 * genomes.below(1'900)) + i;
+    const auto b = static_cast<uint32_t>(320 * genomes.below(1'900)) + i;
+    expectTrue(collection, stretches, {0, a}, {0, b}, settled);
     if (HasFatalFailure()) return;
     const StretchParting followed =
         followStretches(stretches, collection.strings(), {0, a}, {0, b}, 0);
     unknown += followed.known ? 0 : 1;
   }
-  RecordProperty("unknown", static_cast<int>(unknown));
-  std::printf("unknown %zu of 300, by keys %zu\n", unknown, settled.byKeys);
+  EXPECT_GT(unknown, 100);
 }
 
 TEST(Stretches, AStringOfManyDifferencesIsLeftAlone) {

@@ -16,6 +16,9 @@ constexpr WalkLimits kOneWalk = {4096, 1 << 16};
 constexpr WalkLimits kAllWalks = {1 << 16, 1 << 20};
 constexpr WalkLimits kWalksPerStretch = {4, 64};
 
+// Of a larger group, members are not moved one by one.
+constexpr size_t kMostMoved = 4096;
+
 // Equal up to the ends of their strings: more than any common prefix.
 constexpr uint32_t kEqual = UINT32_MAX - 1;
 
@@ -70,8 +73,9 @@ class StretchRanker {
   struct Member {
     uint32_t stretch;  // that ends with the difference
     uint32_t anchor;   // of the suffix behind it
+    uint32_t behind;   // that suffix's position on the axis
+    uint32_t next;     // and its stretch
     uint64_t key;
-    WalkingSuffix behind;
   };
 
   struct Compared {
@@ -84,6 +88,7 @@ class StretchRanker {
   // group stands for it until it is ranked.
   void group() {
     HugeTable<Leaving> leaving;
+    leaving.reserve(stretches_.size());
     for (uint32_t n = 0; n + 1 < stretches_.size(); n++) {
       if (symbolOf(stretches_[n].parting) == kEndOfString) continue;
       leaving.push_back({leftAt(stretches_[n]), n});
@@ -100,10 +105,11 @@ class StretchRanker {
     for (uint32_t from = 0; from < count;) {
       uint32_t to = from + 1;
       while (to < count && leaving[to].at == leaving[from].at) to++;
-      std::stable_sort(leaving.begin() + from, leaving.begin() + to,
-                       [&](const Leaving& a, const Leaving& b) {
-                         return symbol(a) < symbol(b);
-                       });
+      std::sort(leaving.begin() + from, leaving.begin() + to,
+                [&](const Leaving& a, const Leaving& b) {
+                  return symbol(a) != symbol(b) ? symbol(a) < symbol(b)
+                                                : a.stretch < b.stretch;
+                });
       while (from < to) {
         const uint32_t first = from;
         do {
@@ -145,22 +151,39 @@ class StretchRanker {
     members_.clear();
     for (uint32_t i = 0; i < sizes_[group]; i++) {
       const uint32_t n = order_[group + i];
-      const Stretch& stretch = stretches_[n];
-      const Axis::Place place = axis_.placeOf(stretch.end);
-      WalkingSuffix behind(axis_.string(place.string),
-                           place.position - (stretch.end - stretch.start),
-                           stretch.start, &stretch,
-                           &stretches_[stretches_.size() - 1]);
-      behind.advance(stretch.end + 1 - stretch.start);
-      members_.push_back({n, behind.anchor(),
-                          secondKey(behind.agreed(), behind.stretch().parting),
-                          behind});
+      const uint32_t at = stretches_[n].end + 1;
+      uint32_t next = n + 1;
+      if (stretches_[next + 1].start <= at) next = stretchAt(next, at);
+      const Stretch& stretch = stretches_[next];
+      members_.push_back({n, stretch.anchor + (at - stretch.start), at, next,
+                          secondKey(stretch.end - at, stretch.parting)});
+    }
+    if (members_.size() == 2) {
+      if (std::pair(members_[1].anchor, members_[1].key) <
+          std::pair(members_[0].anchor, members_[0].key)) {
+        std::swap(members_[0], members_[1]);
+      }
+      return;
     }
     std::ranges::sort(members_, [](const Member& a, const Member& b) {
       return a.anchor != b.anchor ? a.anchor < b.anchor
              : a.key != b.key     ? a.key < b.key
                                   : a.stretch < b.stretch;
     });
+  }
+
+  // The stretch of a position on the axis that lies behind stretch n's start.
+  uint32_t stretchAt(uint32_t n, uint32_t axisPosition) const {
+    const auto behind = std::upper_bound(
+        stretches_.begin() + n, stretches_.end(), axisPosition,
+        [](uint32_t at, const Stretch& stretch) { return at < stretch.start; });
+    return static_cast<uint32_t>(behind - stretches_.begin()) - 1;
+  }
+
+  WalkingSuffix walkBehind(const Member& member) const {
+    const Axis::Place place = axis_.placeOf(member.behind);
+    return {axis_.string(place.string), place.position, member.behind,
+            &stretches_[member.next], &stretches_[stretches_.size() - 1]};
   }
 
   bool shareUnranked(const Member& a, const Member& b) const {
@@ -182,7 +205,7 @@ class StretchRanker {
                              std::min(limits_.characters, kOneWalk.characters)};
     WalkLimits left = most;
     const StretchParting found =
-        compareWalking(a.behind, b.behind, ranks_, left);
+        compareWalking(walkBehind(a), walkBehind(b), ranks_, left);
     limits_.stretches -= most.stretches - left.stretches;
     limits_.characters -= most.characters - left.characters;
     return {found.order, found.order == 0 ? kEqual : found.bits, found.known};
@@ -197,6 +220,7 @@ class StretchRanker {
       if (a.anchor != b.anchor || shareUnranked(a, b)) ordered = false;
     }
     if (ordered) return true;
+    if (members_.size() > kMostMoved) return false;
     for (size_t m = 1; m < members_.size(); m++) {
       // Behind all that are not above it.
       size_t from = 0;

@@ -5,8 +5,10 @@
 namespace palvor {
 namespace {
 
-// Characters that are read at least before stretches are looked at again.
+// Characters that are read at least before stretches are looked at again: more
+// each time that it is in vain.
 constexpr uint32_t kReadAtOnce = 64;
+constexpr uint32_t kMostAtOnce = 4096;
 
 int orderOf(uint64_t a, uint64_t b) { return a < b ? -1 : a > b ? 1 : 0; }
 
@@ -16,6 +18,7 @@ StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
                               const StretchRanks& ranks, WalkLimits& limits) {
   const uint32_t from = a.position();
   if (a.axisPosition() == b.axisPosition()) return {2 * a.rest(), true, 0};
+  uint32_t atOnce = kReadAtOnce;
   for (; limits.stretches > 0; limits.stretches--) {
     const uint32_t passed = 2 * (a.position() - from);
     if (a.anchor() == b.anchor()) {
@@ -38,13 +41,14 @@ StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
       if (ranks.known(keyRank(keyA))) {
         return {passed + 2 * a.rest(), true, 0};
       }
+      atOnce = kReadAtOnce;
       a.advance(agreed + 1);
       b.advance(agreed + 1);
       continue;
     }
     if (limits.characters == 0) return {passed, false, 0};
     const uint32_t most =
-        std::min(std::max(kReadAtOnce, std::min(a.covered(), b.covered())),
+        std::min(std::max(atOnce, std::min(a.covered(), b.covered())),
                  limits.characters);
     const uint32_t common = commonCharacters(a.string(), a.position(),
                                              b.string(), b.position(), most);
@@ -55,6 +59,7 @@ StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
               orderOf(symbolA, symbolB)};
     }
     limits.characters -= common;
+    atOnce = std::min(2 * atOnce, kMostAtOnce);
     a.advance(common);
     b.advance(common);
   }
