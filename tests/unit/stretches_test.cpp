@@ -276,6 +276,12 @@ TEST(Stretches, NoStringTakesPart) {
   const Stretches none = buildStretches(collection.strings(), {false, false});
   EXPECT_TRUE(none.empty());
   EXPECT_EQ(none.size(), 0);
+  const uint32_t nowhere = Axis::kNowhere;
+  uint32_t anchor = 0;
+  uint64_t key = 1;
+  none.anchorsAt({&nowhere, 1}, &anchor, &key);
+  EXPECT_EQ(anchor, Axis::kNowhere);
+  EXPECT_EQ(key, 0);
   const StretchParting followed =
       followStretches(none, collection.strings(), {1, 1}, {1, 6}, 1);
   EXPECT_FALSE(followed.known);
@@ -303,6 +309,36 @@ TEST(Stretches, StringsThatTakeNoPartHaveNoAnchors) {
   EXPECT_TRUE(same.known);
   EXPECT_EQ(same.bits, 2 * 197);
   EXPECT_EQ(same.order, 0);
+}
+
+TEST(Stretches, AnchorsOfManySuffixesAtOnce) {
+  Genomes genomes(11);
+  std::vector<std::string> texts = {genomes.unrelated(3'000)};
+  for (size_t i = 0; i < 3; i++) {
+    texts.push_back(genomes.descendant(texts.back(), 80));
+  }
+  const Collection collection(texts);
+  const Stretches stretches = collection.stretches();
+  std::vector<uint32_t> positions;
+  for (const SuffixPlace place : placesOf(collection)) {
+    positions.push_back(stretches.axisPosition(place.input, place.position));
+    if (genomes.below(5) == 0) positions.push_back(Axis::kNowhere);
+  }
+  std::ranges::reverse(positions);
+  for (const size_t count : {size_t{0}, size_t{1}, size_t{15}, size_t{16},
+                             size_t{33}, size_t{100}, positions.size()}) {
+    std::vector<uint32_t> anchors(count);
+    std::vector<uint64_t> keys(count);
+    stretches.anchorsAt(std::span(positions).first(count), anchors.data(),
+                        keys.data());
+    for (size_t i = 0; i < count; i++) {
+      const bool nowhere = positions[i] == Axis::kNowhere;
+      const Anchor expected = nowhere ? Anchor{Axis::kNowhere, 0}
+                                      : stretches.anchorAt(positions[i]);
+      ASSERT_EQ(anchors[i], expected.position);
+      ASSERT_EQ(keys[i], expected.key);
+    }
+  }
 }
 
 TEST(Stretches, VeryShortStrings) {
@@ -463,7 +499,7 @@ TEST(Stretches, AStringOfManyDifferencesIsLeftAlone) {
   }
   const Collection collection({text, edited});
   const Stretches stretches = collection.stretches();
-  EXPECT_LT(stretches.size(), 80'000 / 24 + 600);
+  EXPECT_LT(stretches.size(), 80'000 / 32 + 600);
   expectTrue(collection, stretches);
 }
 

@@ -1,10 +1,10 @@
 // Which k-mers of a string are looked at when like text is looked for.
 //
 // Positions are chosen by what stands there, so that two copies of a text are
-// looked at in the same places, wherever they stand: those where the
-// characters GA stand, one in 16 of unrelated text, which a few operations on
-// a word find for 31 positions at once. Where there is none for long, as in a
-// run of one character, every 64th position is taken.
+// looked at in the same places, wherever they stand: those where GAA or GAC
+// stands, one in 32 of unrelated text, which a few operations on a word find
+// for 30 positions at once. Where there is none for long, as in a run of one
+// character, every 61st position is taken.
 
 #ifndef PALVOR_TEXT_SAMPLED_KMERS_H_
 #define PALVOR_TEXT_SAMPLED_KMERS_H_
@@ -39,15 +39,16 @@ inline uint64_t kmerHash(const PackedString& string, uint32_t position) {
 inline uint32_t nextSampled(const PackedString& string, uint32_t from,
                             uint32_t end) {
   constexpr uint64_t kFirstBits = 0xAAAAAAAAAAAAAAAA;
-  constexpr uint64_t kGs = kFirstBits;  // G is 10, A is 00
-  for (uint32_t window = 0; window < 2; window++, from += 31) {
+  // Of the last two characters it is not known what follows.
+  constexpr uint64_t kWindow = ~uint64_t{0xF};
+  for (uint32_t window = 0; window < 2; window++, from += 30) {
     if (from >= end) return end;
     const uint64_t characters = manyCharacters(string, from);
-    const uint64_t notG = characters ^ kGs;
-    const uint64_t gs = ~(notG | notG << 1) & kFirstBits;
-    const uint64_t as = ~(characters | characters << 1) & kFirstBits;
-    // Behind the 32nd character, nothing is known.
-    const uint64_t found = gs & (as << 2);
+    const uint64_t first = characters & kFirstBits;
+    const uint64_t second = characters << 1 & kFirstBits;
+    const uint64_t found = first & ~second &                 // G
+                           ~(first << 2) & ~(second << 2) &  // A
+                           ~(first << 4) & kWindow;          // A or C
     if (found != 0) {
       const auto distance = static_cast<uint32_t>(std::countl_zero(found)) / 2;
       return from + distance < end ? from + distance : end;

@@ -25,7 +25,7 @@ constexpr uint32_t kBehindBreak = 12;
 
 // A string may take one stretch for so many characters, and some more; what is
 // left of one that takes more is anchored at itself.
-constexpr uint32_t kDensest = 24;
+constexpr uint32_t kDensest = 32;
 constexpr size_t kFewStretches = 256;
 
 // The least distance of a text and what it copies, in characters.
@@ -47,14 +47,11 @@ class StretchBuilder {
     result_.bases_ = axis_.basesByInput();
     result_.blocks_.resize((axis_.end() - 1) / Stretches::kBlock + 1);
     result_.stretches_.reserve(axis_.end() / 64 + 2 * axis_.strings());
-    kmers_ = KmerTable(lengthOf(axis_.string(0)) / 16);
+    kmers_ = KmerTable(lengthOf(axis_.string(0)) / 32);
     for (current_ = 0; current_ < axis_.strings(); current_++) walk();
     fillBlocks(axis_.end());
-    result_.stretches_.resize(
-        result_.stretches_.size() + Stretches::kEndMarks,
-        {Axis::kNowhere, 0, 0, makeParting(kEndOfString, kEndOfString)});
-    result_.ranks_ = StretchRanks(
-        axis_, std::span(result_.stretches_).first(result_.size() + 1));
+    result_.stretches_.push_back({Axis::kNowhere, 0, 0, 0});
+    result_.ranks_ = StretchRanks(axis_, result_.stretches_);
     return std::move(result_);
   }
 

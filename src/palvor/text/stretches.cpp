@@ -8,6 +8,9 @@ namespace {
 // Suffixes between one look-up and the next, at least.
 constexpr size_t kAhead = 16;
 
+// The next stretches may lie in the next line of the cache.
+constexpr size_t kNextLine = 3;
+
 }  // namespace
 
 void Stretches::anchorsAt(std::span<const uint32_t> axisPositions,
@@ -33,7 +36,7 @@ void Stretches::anchorsAt(std::span<const uint32_t> axisPositions,
     for (size_t i = numbersFrom; i < std::min(count, from); i++) {
       const uint32_t number = blocks[place(i) / kBlock];
       __builtin_prefetch(stretches + number);
-      __builtin_prefetch(stretches + number + kEndMarks);
+      __builtin_prefetch(stretches + number + kNextLine);
       numbers[i % (2 * kAhead)] = number;
     }
     const size_t lookFrom = from < 2 * kAhead ? count : from - 2 * kAhead;
@@ -41,16 +44,7 @@ void Stretches::anchorsAt(std::span<const uint32_t> axisPositions,
       const uint32_t position = axisPositions[i];
       const uint32_t inside = place(i);
       const Stretch* stretch = stretches + numbers[i % (2 * kAhead)];
-      // How many stretches begin before it in its block can't be foreseen: no
-      // branches for the first few.
-      uint32_t passed = 0;
-      for (uint32_t next = 1; next <= kEndMarks; next++) {
-        passed += stretch[next].start <= inside ? 1 : 0;
-      }
-      stretch += passed;
-      if (passed == kEndMarks) {
-        while (stretch[1].start <= inside) stretch++;
-      }
+      while (stretch[1].start <= inside) stretch++;
       const uint64_t key = secondKey(stretch->end - inside, stretch->parting);
       anchors[i] = position == Axis::kNowhere
                        ? position

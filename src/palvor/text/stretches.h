@@ -118,8 +118,8 @@ class Stretches {
   // is an end: then they always are.
   bool ranked(uint64_t key) const { return ranks_.known(keyRank(key)); }
 
-  // Stretches by number, ascending on the axis. Behind the last one stand
-  // end marks, which start at Axis::kNowhere.
+  // Stretches by number, ascending on the axis. Behind the last one stands
+  // an end mark, which starts at Axis::kNowhere.
   const Stretch& operator[](uint32_t number) const {
     return stretches_[number];
   }
@@ -128,9 +128,7 @@ class Stretches {
   const StretchRanks& ranks() const { return ranks_; }
 
   // How many there are.
-  size_t size() const {
-    return stretches_.empty() ? 0 : stretches_.size() - kEndMarks;
-  }
+  size_t size() const { return stretches_.empty() ? 0 : stretches_.size() - 1; }
 
   // What it takes, in bytes.
   size_t memory() const;
@@ -138,8 +136,7 @@ class Stretches {
  private:
   friend class StretchBuilder;
 
-  static constexpr uint32_t kBlock = 64;    // positions
-  static constexpr uint32_t kEndMarks = 3;  // behind the last stretch
+  static constexpr uint32_t kBlock = 64;  // positions
 
   Anchor anchorIn(uint32_t number, uint32_t axisPosition) const {
     const Stretch& stretch = stretches_[number];
