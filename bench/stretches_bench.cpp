@@ -20,6 +20,7 @@
 #include <cstring>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "palvor/text/likeness.h"
@@ -180,6 +181,7 @@ int main(int argc, char** argv) {
   size_t ranks = 0;
   size_t byFollowing = 0;
   double following = 0;
+  std::vector<std::pair<uint64_t, uint64_t>> keys;
   std::vector<Pair> left;
   std::vector<Pair> followed;
   for (const Pair& pair : pairs) {
@@ -190,15 +192,14 @@ int main(int argc, char** argv) {
       const palvor::Anchor b = stretches.anchorAt(
           stretches.axisPosition(pair.b.input, pair.b.position + 32));
       if (a.position == b.position &&
-          (a.key != b.key || palvor::keySymbol(a.key) == palvor::kEndOfString ||
-           stretches.ranked(a.key))) {
+          (a.key != b.key || stretches.equalIfAlike(a.key))) {
         const bool equal = a.key == b.key;
         const bool byRanks = !equal && !palvor::partBeforeRanks(a.key, b.key);
         const uint32_t bits =
-            equal     ? lengths[pair.a.input] - 2 * pair.a.position - 64
-            : byRanks ? stretches.commonBitsBehind(a.key, b.key)
-                      : palvor::commonBits(a.key, b.key);
+            equal ? lengths[pair.a.input] - 2 * pair.a.position - 64
+                  : stretches.commonBits(a.key, b.key);
         byKeys++;
+        if (!equal) keys.push_back({a.key, b.key});
         ranks += byRanks ? 1 : 0;
         if (a.key > b.key || 64 + bits != pair.bits) wrong++;
         continue;
@@ -222,6 +223,16 @@ int main(int argc, char** argv) {
       percent(byFollowing, pairs.size()), percent(left.size(), pairs.size()),
       following / static_cast<double>(left.size() + 1));
 
+  {
+    const Timer keysTimer;
+    uint64_t sum = 0;
+    for (const auto& [a, b] : keys) {
+      sum += stretches.commonBits(a, b) + (a < b ? 1 : 0);
+    }
+    std::printf("by keys          %.1f ns a comparison (sum %llu)\n",
+                keysTimer.nanoseconds(keys.size()),
+                static_cast<unsigned long long>(sum));
+  }
   const auto compareAll = [&](const char* name,
                               const std::vector<Pair>& compared) {
     const Timer compareTimer;
@@ -232,6 +243,7 @@ int main(int argc, char** argv) {
       if (found.order > 0 || found.bits != pair.bits) wrong++;
       shared += found.bits / 2;
     }
+    if (compared.empty()) return;
     std::printf("%s %.1f ns a comparison (%.0f characters)\n", name,
                 compareTimer.nanoseconds(compared.size()),
                 shared / static_cast<double>(compared.size() + 1));

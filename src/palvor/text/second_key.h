@@ -34,8 +34,9 @@
 // ranks, and the common prefix is 2 l + 2 bits and what the ranks say.
 //
 // Claim 4. If the keys are equal, so are the suffixes, unless the ranks say
-// that nothing is known (Stretches::ranked): then the text has to be looked at
-// from the (l + 1)th character on. The symbol of such keys is never an end.
+// that nothing is known (Stretches::equalIfAlike): then the text has to be
+// looked at from the (l + 1)th character on. The symbol of such keys is never
+// an end.
 //
 // Together: among suffixes of equal anchor the order is that of the keys as
 // plain integers, signed or not. Downwards come first, the nearest difference
@@ -86,17 +87,21 @@ inline uint32_t keyRank(uint64_t key) {
 }
 
 // Whether two keys, of equal anchors, tell the common prefix without a look at
-// ranks.
+// ranks; and what it is then, in bits.
 inline bool partBeforeRanks(uint64_t a, uint64_t b) {
   return (a ^ b) >> kSymbolShift != 0;
 }
-
-// It, in bits.
-inline uint32_t commonBits(uint64_t a, uint64_t b) {
+inline uint32_t commonBitsBeforeRanks(uint64_t a, uint64_t b) {
   const uint32_t bitsA = partingBits(a);
   const uint32_t bitsB = partingBits(b);
   if (bitsA != bitsB) return std::min(bitsA, bitsB);
   return (bitsA & ~1U) + sharedBits(keySymbol(a), keySymbol(b));
+}
+
+// What they share if they don't part before their ranks, and the symbol is no
+// end: the characters up to the difference, and that.
+inline uint32_t bitsBeforeRanks(uint64_t key) {
+  return (partingBits(key) & ~1U) + 2;
 }
 
 }  // namespace palvor

@@ -196,8 +196,8 @@ class StretchRanker {
       if (a.key == b.key) return {0, kEqual, true};
       const uint32_t bits =
           partBeforeRanks(a.key, b.key)
-              ? commonBits(a.key, b.key)
-              : (partingBits(a.key) & ~1U) + 2 +
+              ? commonBitsBeforeRanks(a.key, b.key)
+              : bitsBeforeRanks(a.key) +
                     ranks_.commonBits(keyRank(a.key), keyRank(b.key));
       return {a.key < b.key ? -1 : 1, bits, true};
     }
@@ -263,7 +263,7 @@ class StretchRanker {
     constexpr uint32_t kBlock = StretchRanks::kBlock;
     for (uint32_t b = (group + kBlock - 1) / kBlock;
          (b + 1) * kBlock <= group + size; b++) {
-      const uint32_t* const first = ranks_.common_.data() + b * kBlock;
+      const uint32_t* const first = &ranks_.common_[size_t{b} * kBlock];
       ranks_.least_[b] = *std::min_element(first, first + kBlock);
     }
   }

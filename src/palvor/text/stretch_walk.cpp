@@ -27,14 +27,15 @@ StretchParting compareWalking(WalkingSuffix a, WalkingSuffix b,
       const uint64_t keyA = secondKey(agreed, parting);
       const uint64_t keyB = secondKey(b.agreed(), b.stretch().parting);
       if (partBeforeRanks(keyA, keyB)) {
-        return {passed + commonBits(keyA, keyB), true, orderOf(keyA, keyB)};
+        return {passed + commonBitsBeforeRanks(keyA, keyB), true,
+                orderOf(keyA, keyB)};
       }
       if (symbolOf(parting) == kEndOfString) {
         return {passed + 2 * agreed, true, 0};
       }
       // An inherited difference.
       if (keyA != keyB) {
-        return {passed + 2 * agreed + 2 +
+        return {passed + bitsBeforeRanks(keyA) +
                     ranks.commonBits(keyRank(keyA), keyRank(keyB)),
                 true, orderOf(keyA, keyB)};
       }

@@ -26,7 +26,7 @@ void Stretches::anchorsAt(std::span<const uint32_t> axisPositions,
   const uint32_t last = stretches[size() - 1].end;
   // What is nowhere is looked up, too, which costs less than a branch.
   const auto place = [&](size_t i) { return std::min(axisPositions[i], last); };
-  uint32_t numbers[2 * kAhead];
+  uint32_t numbers[2 * kAhead] = {};
   for (size_t from = 0; from < count + 2 * kAhead; from += kAhead) {
     const size_t to = std::min(count, from + kAhead);
     for (size_t i = from; i < to; i++) {

@@ -14,40 +14,48 @@
 //
 // How a merge that knows the common prefixes of listed suffixes uses it. Equal
 // prefix words say that two suffixes agree for 32 characters, so anchors are
-// taken from there on, for all records of a buffer at once, long before they
-// are merged: what a record's anchor is depends on nothing else.
+// taken from there on. They depend on nothing but the record: they can be had
+// for all records of a buffer at once, long before these are merged.
 //
 //   anchorsAt, for axisPosition(input, pos + 32), or kNowhere if the string
 //   takes no part, or the suffix has no more than 32 characters.
 //
+// (Where few prefix words are equal, as with genomes of two species, that is
+// wasted: then anchorAt, when it is needed, for the new suffix and those that
+// are listed with its prefix words and have none yet.)
+//
 // Beside the prefix keys, rows hold per listed suffix
 //
-//   anchors  64 bits: its anchor's position; where it has none, a number above
-//            2^32 that no other has, such as 2^32 + its stream
+//   anchors  64 bits: its anchor's position; where it has none, a number that
+//            no other has, such as 2^32 + its stream
 //   seconds  64 bits: its second key
 //
-// and both move with it. A new suffix s with prefix key w, anchor a and second
-// key k finds its place so:
+// which move with it, or stand by stream and are gathered where prefix keys are
+// equal. A new suffix s with prefix key w, anchor a and second key k finds its
+// place so:
 //
 //   1. equal = places with prefix key w. None: as ever.
-//   2. known = places of `equal` with anchor a. If known = equal, as for nine
-//      of ten, its place is behind
-//        below(w) | (known & places whose second key is below k)
-//      which is a popcount. The entry with the one before, if it is known, and
-//      that of the one behind, follow from the keys alone:
-//        64 + commonBits(k, k')           if partBeforeRanks(k, k')
-//        64 + commonBitsBehind(k, k')     otherwise
-//      The firstbit is 0 if that is the shorter one's length, else 1. L is a
-//      field of the key, so vectors can take min(L, L') for all places at once,
-//      which is right wherever L differs.
-//   3. A place with the key k itself: the suffixes are equal, if
-//      ranked(k) or keySymbol(k) is an end, and s goes behind it, as equal
-//      suffixes stand in the order in which the merge met them. Otherwise
-//      compareByStretches decides.
-//   4. If `equal` holds others, with other anchors, the known places still
-//      bound the range in which s can go, and give the common prefix with its
-//      two ends; those within it are walked as ever, by common prefixes, and
-//      compared by compareByStretches or by the strings.
+//   2. known = places of `equal` with anchor a, and among them
+//      lower = places whose second key is below k. If known = equal, as for
+//      nearly all of strains, s goes behind all with prefix keys below w and
+//      behind `lower`: a popcount. Of the neighbours there, those with prefix
+//      key w share 64 + commonBits(k, k') bits with s, which the entries say;
+//      firstbit is 0 if that is the shorter suffix's length, else 1. L is a
+//      field of the keys, so that vectors can take min(L, L') for all places at
+//      once: right wherever the L differ.
+//   3. A place with the key k itself: if equalIfAlike(k), the suffixes are
+//      equal, share all their bits, and s goes behind it, as equal suffixes
+//      leave in the order in which they came. Otherwise it is compared.
+//   4. If `equal` holds others, the known places bound the range in which s can
+//      go, and tell its common prefixes with both ends; within it the list is
+//      walked as ever, by stored common prefixes, and what has to be compared
+//      is compared: by followStretches, which tells up to where the two agree
+//      if it can't tell more, and then by the strings from there on, with what
+//      is remembered of long matches; or by compareByStretches, which does both
+//      without a memory.
+//
+// What a comparison by words would have examined follows from the common prefix
+// alone, so that counts stay what they are.
 
 #ifndef PALVOR_TEXT_STRETCHES_H_
 #define PALVOR_TEXT_STRETCHES_H_
@@ -107,16 +115,18 @@ class Stretches {
   void anchorsAt(std::span<const uint32_t> axisPositions, uint32_t* anchors,
                  uint64_t* keys) const;
 
-  // The common prefix, in bits, of two suffixes of equal anchors whose keys
-  // differ in their ranks alone.
-  uint32_t commonBitsBehind(uint64_t a, uint64_t b) const {
-    return (partingBits(a) & ~1U) + 2 +
-           ranks_.commonBits(keyRank(a), keyRank(b));
+  // The common prefix, in bits, of two suffixes of equal anchors and different
+  // keys.
+  uint32_t commonBits(uint64_t a, uint64_t b) const {
+    if (partBeforeRanks(a, b)) return commonBitsBeforeRanks(a, b);
+    return bitsBeforeRanks(a) + ranks_.commonBits(keyRank(a), keyRank(b));
   }
 
-  // Whether suffixes of equal anchor and this key are equal, unless its symbol
-  // is an end: then they always are.
-  bool ranked(uint64_t key) const { return ranks_.known(keyRank(key)); }
+  // Whether two suffixes of equal anchors that both have this key are equal. If
+  // not, they share bitsBeforeRanks(key) bits at least.
+  bool equalIfAlike(uint64_t key) const {
+    return keySymbol(key) == kEndOfString || ranks_.known(keyRank(key));
+  }
 
   // Stretches by number, ascending on the axis. Behind the last one stands
   // an end mark, which starts at Axis::kNowhere.
