@@ -15,8 +15,8 @@ namespace kit {
 using palvor::DividerRecord;
 
 using palvor::kLcpLimit;
-using palvor::LcpEntry;
 using palvor::lcpBits;
+using palvor::LcpEntry;
 using palvor::lcpFirstbit;
 using palvor::makeLcpEntry;
 

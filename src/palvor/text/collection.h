@@ -12,14 +12,9 @@
 #include "palvor/io/data_paths.h"
 #include "palvor/io/files.h"
 #include "palvor/io/memory.h"
+#include "palvor/text/packed_string.h"
 
 namespace palvor {
-
-struct PackedString {
-  const uint32_t* words;  // data words and the trailer
-                          // (palvor/format/packing.h)
-  uint32_t bits;          // its length
-};
 
 class Collection {
  public:
