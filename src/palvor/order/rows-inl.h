@@ -40,17 +40,17 @@ class Rows {
   // Whose keys are below, or equal to, this one.
   HWY_INLINE Bits below(int64_t key) const {
     return rowsWhere([&](int g)
-                         HWY_ATTR { return hn::Lt(keysAt(g), all(key)); });
+                         PALVOR_ATTR { return hn::Lt(keysAt(g), all(key)); });
   }
   HWY_INLINE Bits equal(int64_t key) const {
     return rowsWhere([&](int g)
-                         HWY_ATTR { return hn::Eq(keysAt(g), all(key)); });
+                         PALVOR_ATTR { return hn::Eq(keysAt(g), all(key)); });
   }
 
   // Whose keys share more bits with this one than their stored lengths say:
   // that many and one. No key shares 64.
   HWY_INLINE Bits sharing(int64_t key) const {
-    return rowsWhere([&](int g) HWY_ATTR {
+    return rowsWhere([&](int g) PALVOR_ATTR {
       const Lanes lengths = shifted<kCommonShift>(statesAt(g));
       // With a length above 63 no bit is left to differ, but 63 of them are
       // never all that two keys share.
@@ -62,7 +62,7 @@ class Rows {
 
   // Whose suffixes are short, and this key begins with them.
   HWY_INLINE Bits beginnings(int64_t key) const {
-    return rowsWhere([&](int g) HWY_ATTR {
+    return rowsWhere([&](int g) PALVOR_ATTR {
       const Lanes length =
           hn::And(shifted<kLengthShift>(statesAt(g)), all(kLong));
       const Lanes leading =
@@ -74,7 +74,7 @@ class Rows {
 
   // Whose entries are their suffixes' own.
   HWY_INLINE Bits unchanged() const {
-    return rowsWhere([&](int g) HWY_ATTR {
+    return rowsWhere([&](int g) PALVOR_ATTR {
       return hn::TestBit(statesAt(g), all(kUnchanged));
     });
   }

@@ -188,7 +188,7 @@ class Rows {
   HWY_INLINE void move(Bits passed, int64_t key, int64_t state, Bits changed,
                        int64_t changedState) {
     const Bits row = passed + 1;
-    const auto choose = [](Lanes a, Bits rows, int g, Lanes b) HWY_ATTR {
+    const auto choose = [](Lanes a, Bits rows, int g, Lanes b) PALVOR_ATTR {
       return Group::choose(a, static_cast<uint32_t>(rows >> (kLanes * g)), b);
     };
     for (int g = 0; g < kGroups; g++) {

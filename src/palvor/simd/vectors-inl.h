@@ -22,14 +22,21 @@
 
 // Instead of HWY_BEFORE_NAMESPACE: leading zeros are counted by an instruction,
 // which every processor has that Highway takes for one of these.
+// PALVOR_ATTR says the same of a lambda.
+#undef PALVOR_TARGET
+#undef PALVOR_ATTR
 #undef PALVOR_BEFORE_NAMESPACE
 #if PALVOR_HAS_AVX512
-#define PALVOR_BEFORE_NAMESPACE() \
-  HWY_PUSH_ATTRIBUTES(HWY_TARGET_STR ",lzcnt,avx512cd")
+#define PALVOR_TARGET HWY_TARGET_STR ",lzcnt,avx512cd"
 #elif HWY_TARGET == HWY_AVX2
-#define PALVOR_BEFORE_NAMESPACE() HWY_PUSH_ATTRIBUTES(HWY_TARGET_STR ",lzcnt")
+#define PALVOR_TARGET HWY_TARGET_STR ",lzcnt"
+#endif
+#if defined(PALVOR_TARGET)
+#define PALVOR_BEFORE_NAMESPACE() HWY_PUSH_ATTRIBUTES(PALVOR_TARGET)
+#define PALVOR_ATTR __attribute__((target(PALVOR_TARGET)))
 #else
 #define PALVOR_BEFORE_NAMESPACE() HWY_BEFORE_NAMESPACE()
+#define PALVOR_ATTR HWY_ATTR
 #endif
 
 PALVOR_BEFORE_NAMESPACE();

@@ -101,7 +101,7 @@ class Excerpts {
 
   // The first word in which two excerpts differ, or kWords.
   static HWY_INLINE int firstDifference(const uint32_t* a, const uint32_t* b) {
-    const auto equal = [&](int w) HWY_ATTR {
+    const auto equal = [&](int w) PALVOR_ATTR {
       const Words tag;
       return bitsOf(tag, hn::Eq(hn::Load(tag, a + w), hn::Load(tag, b + w)));
     };
