@@ -175,7 +175,7 @@ TEST(Front, NoticesWhatBreaksTheOrder) {
   for (const auto& [word, ascends] : {std::pair(0x10000000U, true),
                                       {0xFC000000U, false},     // TTT
                                       {0x10000001U, false}}) {  // goes on
-    Fronted fronted({"GATTACA"}, [word](const DataFolder& folder) {
+    Fronted fronted({"GATTACA"}, [word = word](const DataFolder& folder) {
       std::string bytes = folder.bytes("x_0.stpsa");
       folder.write("x_0.stpsa", bytes.replace(24, 4, bytesOf({word})));
     });
