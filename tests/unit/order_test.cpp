@@ -29,7 +29,8 @@ struct Fronted {
                 palvor::composePaths({folder.root(), "x"}, {folder.root(), "x"},
                                      {folder.root(), "x"}),
                 static_cast<int>(texts.size()), 8, false, {}, memory, time),
-        compare(inputs.text(), true, palvor::Processor::kBest),
+        suffixCompare(inputs.text(), true, palvor::Processor::kBest),
+        compare(suffixCompare, stretches, streams),
         front(streams, entries, compare, cost) {
     damage(folder);
     for (palvor::SuffixStream& stream : streams.streams) stream.advance();
@@ -41,7 +42,9 @@ struct Fronted {
   palvor::IoTime time;
   palvor::SuffixStreams streams;
   palvor::LcpStreams entries;
-  palvor::SuffixCompare compare;
+  palvor::SuffixCompare suffixCompare;
+  palvor::Stretches stretches;
+  palvor::StreamCompare compare;
   palvor::Cost cost;
   palvor::Front front;
 };
