@@ -11,6 +11,7 @@ namespace kit {
 
 void addCheck(CLI::App& app);
 void addHelp(CLI::App& app);  // shows the help of the others
+void addPangenome(CLI::App& app);
 void addPrepare(CLI::App& app);
 void addSimulate(CLI::App& app);
 void addView(CLI::App& app);

@@ -28,6 +28,7 @@ int run(int argc, char** argv) {
   kit::addCheck(app);
   kit::addSimulate(app);
   kit::addView(app);
+  kit::addPangenome(app);
   kit::addHelp(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {

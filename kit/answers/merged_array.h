@@ -1,0 +1,51 @@
+// A merged suffix array with its LCP file, as one pass from its first suffix to
+// its last.
+
+#ifndef PALVOR_KIT_ANSWERS_MERGED_ARRAY_H_
+#define PALVOR_KIT_ANSWERS_MERGED_ARRAY_H_
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+
+#include "kit/answers/merged_inputs.h"
+#include "kit/answers/merged_strings.h"
+#include "kit/record_file.h"
+#include "kit/records.h"
+
+namespace kit {
+
+// Takes the next suffixes of a merged order, and as many LCP entries, of which
+// the very first describes no pair. Only valid during the call.
+using TakeSuffixes = std::function<void(std::span<const Suffix> suffixes,
+                                        std::span<const LcpEntry> entries)>;
+
+class MergedArray {
+ public:
+  // Opens <base>.stpsa and <base>.stlcp. Throws FileError if one is missing, or
+  // has not one record for each suffix of the inputs, which must outlive this:
+  // it is of other inputs, or the merge did not finish.
+  MergedArray(const MergedInputs& inputs, const std::string& base);
+
+  uint64_t size() const { return array_.records(); }
+
+  // Hands on every suffix in order, in batches, each of which has been tested
+  // (kit/answers/order_tests.h), and some of whose prefix words are those of
+  // the strings. Shows on a terminal how far it is, and the time left.
+  //   doing  what is being done, for that: "counting k-mers"
+  // Throws FileError as those tests do, and if a file cannot be read.
+  void pass(const std::string& doing, const TakeSuffixes& take) const;
+
+ private:
+  void testString(const Suffix& suffix, uint64_t index,
+                  MergedStrings& strings) const;
+
+  const MergedInputs& inputs_;
+  StoredBytes array_;
+  StoredBytes lcps_;
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_ANSWERS_MERGED_ARRAY_H_
