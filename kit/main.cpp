@@ -29,6 +29,7 @@ int run(int argc, char** argv) {
   kit::addSimulate(app);
   kit::addView(app);
   kit::addPangenome(app);
+  kit::addFind(app);
   kit::addHelp(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {

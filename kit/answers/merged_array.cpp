@@ -15,11 +15,6 @@ namespace {
 
 constexpr uint64_t kBatch = 4096;  // suffixes: what fits into a near cache
 
-const std::string& mustBeThere(const std::string& path, const char* option) {
-  if (isThere(path)) return path;
-  throw FileError(path, fmt::format("not there; palvor {} writes it", option));
-}
-
 // "1:07", minutes and seconds.
 std::string clockTime(double seconds) {
   const auto whole = static_cast<uint64_t>(seconds);
@@ -28,21 +23,44 @@ std::string clockTime(double seconds) {
 
 }  // namespace
 
+const std::string& mustBeThere(const std::string& path, const char* option) {
+  if (isThere(path)) return path;
+  throw FileError(path, fmt::format("not there; palvor {} writes it", option));
+}
+
+void testRecordCount(const std::string& path, uint64_t records,
+                     const MergedInputs& inputs) {
+  if (records == inputs.total()) return;
+  throw FileError(
+      path, fmt::format("{} records, expected {}, one for each suffix of {} "
+                        "inputs: {}",
+                        records, inputs.total(), inputs.count(),
+                        records < inputs.total()
+                            ? "unfinished, or of fewer inputs (see -N)"
+                            : "of other inputs"));
+}
+
+void testPrefixWords(const std::string& path, const Suffix& suffix,
+                     uint64_t index, const MergedInputs& inputs,
+                     MergedStrings& strings) {
+  const uint32_t input = inputNumber(suffix);
+  const uint64_t rest = 2 * uint64_t{inputs.length(input) - suffix.pos};
+  const uint64_t prefix = uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
+  uint64_t differ = prefix ^ strings.slice(input, 2 * uint64_t{suffix.pos});
+  if (rest < 64) differ = differ >> (64 - rest);
+  if (differ == 0) return;
+  throw FileError(
+      path, fmt::format("record {}: its prefix words are not those of input "
+                        "{}: the array is of other inputs",
+                        index, input));
+}
+
 MergedArray::MergedArray(const MergedInputs& inputs, const std::string& base)
     : inputs_(inputs),
       array_(mustBeThere(base + ".stpsa", "-a -l"), sizeof(Suffix)),
       lcps_(mustBeThere(base + ".stlcp", "-a -l"), sizeof(LcpEntry)) {
-  for (const StoredBytes* file : {&array_, &lcps_}) {
-    if (file->records() == inputs.total()) continue;
-    throw FileError(
-        file->path(),
-        fmt::format("{} records, expected {}, one for each suffix of {} "
-                    "inputs: {}",
-                    file->records(), inputs.total(), inputs.count(),
-                    file->records() < inputs.total() ? "unfinished, or of "
-                                                       "fewer inputs (see -N)"
-                                                     : "of other inputs"));
-  }
+  testRecordCount(array_.path(), array_.records(), inputs);
+  testRecordCount(lcps_.path(), lcps_.records(), inputs);
 }
 
 void MergedArray::pass(const std::string& doing,
@@ -60,7 +78,8 @@ void MergedArray::pass(const std::string& doing,
     lcps_.read(done, count, entries.data());
     const std::span<const Suffix> batch(suffixes.data(), count);
     tests.take(batch, {entries.data(), count});
-    testString(batch.back(), done + count - 1, strings);
+    testPrefixWords(array_.path(), batch.back(), done + count - 1, inputs_,
+                    strings);
     take(batch, {entries.data(), count});
     done += count;
     const double part = static_cast<double>(done) / static_cast<double>(size());
@@ -69,20 +88,6 @@ void MergedArray::pass(const std::string& doing,
                               100 * part,
                               clockTime(spent.count() / part * (1 - part))));
   }
-}
-
-void MergedArray::testString(const Suffix& suffix, uint64_t index,
-                             MergedStrings& strings) const {
-  const uint32_t input = inputNumber(suffix);
-  const uint64_t rest = 2 * uint64_t{inputs_.length(input) - suffix.pos};
-  const uint64_t prefix = uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
-  uint64_t differ = prefix ^ strings.slice(input, 2 * uint64_t{suffix.pos});
-  if (rest < 64) differ = differ >> (64 - rest);
-  if (differ == 0) return;
-  throw FileError(array_.path(),
-                  fmt::format("record {}: its prefix words are not those of "
-                              "input {}: the array is of other inputs",
-                              index, input));
 }
 
 }  // namespace kit

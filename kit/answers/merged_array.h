@@ -21,6 +21,21 @@ namespace kit {
 using TakeSuffixes = std::function<void(std::span<const Suffix> suffixes,
                                         std::span<const LcpEntry> entries)>;
 
+// The path, if a file is there. Throws FileError if not, which says with what
+// option palvor writes it.
+const std::string& mustBeThere(const std::string& path, const char* option);
+
+// Throws FileError unless a file of a merged order has as many records as the
+// inputs have suffixes: the merge did not finish, or was one of other inputs.
+void testRecordCount(const std::string& path, uint64_t records,
+                     const MergedInputs& inputs);
+
+// Throws FileError, which names the record, unless a suffix, which one of the
+// inputs must have, has the prefix words that its string has.
+void testPrefixWords(const std::string& path, const Suffix& suffix,
+                     uint64_t index, const MergedInputs& inputs,
+                     MergedStrings& strings);
+
 class MergedArray {
  public:
   // Opens <base>.stpsa and <base>.stlcp. Throws FileError if one is missing, or
@@ -38,9 +53,6 @@ class MergedArray {
   void pass(const std::string& doing, const TakeSuffixes& take) const;
 
  private:
-  void testString(const Suffix& suffix, uint64_t index,
-                  MergedStrings& strings) const;
-
   const MergedInputs& inputs_;
   StoredBytes array_;
   StoredBytes lcps_;

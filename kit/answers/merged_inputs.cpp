@@ -11,18 +11,10 @@
 namespace kit {
 namespace {
 
-bool areInPairs(const std::vector<InputOrigin>& origins) {
-  if (origins.size() % 2 != 0) return false;
-  for (size_t i = 0; i < origins.size(); i += 2) {
-    const InputOrigin& a = origins[i];
-    const InputOrigin& b = origins[i + 1];
-    if (a.reverse || !b.reverse || a.file != b.file ||
-        a.sequence != b.sequence || a.offset != b.offset ||
-        a.length != b.length) {
-      return false;
-    }
-  }
-  return !origins.empty();
+bool isReverseOf(const InputOrigin& reverse, const InputOrigin& forward) {
+  return !forward.reverse && reverse.reverse && forward.file == reverse.file &&
+         forward.sequence == reverse.sequence &&
+         forward.offset == reverse.offset && forward.length == reverse.length;
 }
 
 }  // namespace
@@ -58,7 +50,13 @@ MergedInputs::MergedInputs(const std::string& base, uint64_t most)
     }
   }
   total_ = std::accumulate(lengths_.begin(), lengths_.end(), uint64_t{0});
-  bothStrands_ = areInPairs(origins_);
+  uint32_t pairs = 0;
+  for (uint32_t i = 0; i < count(); i++) {
+    const bool isReverse = i > 0 && isReverseOf(origins_[i], origins_[i - 1]);
+    forwardOf_.push_back(isReverse ? i - 1 : i);
+    if (isReverse) pairs++;
+  }
+  bothStrands_ = count() > 0 && 2 * uint64_t{pairs} == count();
 }
 
 void warnOfOneStrand(const MergedInputs& inputs) {

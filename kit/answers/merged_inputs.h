@@ -30,6 +30,10 @@ class MergedInputs {
 
   const InputOrigin& origin(uint32_t input) const { return origins_[input]; }
 
+  // The input that this one is the reverse complement of, if that comes just
+  // before it, or else the input itself.
+  uint32_t forwardOf(uint32_t input) const { return forwardOf_[input]; }
+
   // Whether each input is followed by its reverse complement, or is one.
   bool bothStrands() const { return bothStrands_; }
 
@@ -37,6 +41,7 @@ class MergedInputs {
   std::string base_;
   std::vector<uint32_t> lengths_;
   std::vector<InputOrigin> origins_;
+  std::vector<uint32_t> forwardOf_;
   uint64_t total_ = 0;
   bool bothStrands_ = false;
 };

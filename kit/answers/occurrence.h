@@ -1,0 +1,42 @@
+// Where a text stands in the genomes' sequences.
+
+#ifndef PALVOR_KIT_ANSWERS_OCCURRENCE_H_
+#define PALVOR_KIT_ANSWERS_OCCURRENCE_H_
+
+#include <compare>
+#include <cstdint>
+
+#include "kit/answers/merged_inputs.h"
+
+namespace kit {
+
+// A stretch of a sequence, read in one direction. Ordered by sequence, as the
+// inputs come, and by start.
+struct Occurrence {
+  uint32_t input;  // that holds it forward, or, if there is none, reversed
+  uint32_t start;  // of the stretch in that input's piece of the sequence, in
+                   // the direction in which the sequence was given
+  bool reverse;    // the text is the reverse complement of the stretch
+
+  auto operator<=>(const Occurrence&) const = default;
+};
+
+// Characters `pos` to `pos` + `characters` - 1 of an input, which must be
+// there.
+inline Occurrence occurrenceOf(const MergedInputs& inputs, uint32_t input,
+                               uint32_t pos, uint64_t characters) {
+  const bool reverse = inputs.origin(input).reverse;
+  const auto end = static_cast<uint32_t>(pos + characters);
+  const uint32_t start = reverse ? inputs.length(input) - end : pos;
+  return {inputs.forwardOf(input), start, reverse};
+}
+
+// Where the stretch begins in the sequence, in characters from 0.
+inline uint64_t startInSequence(const MergedInputs& inputs,
+                                const Occurrence& occurrence) {
+  return inputs.origin(occurrence.input).offset + occurrence.start;
+}
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_ANSWERS_OCCURRENCE_H_
