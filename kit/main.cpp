@@ -30,6 +30,7 @@ int run(int argc, char** argv) {
   kit::addView(app);
   kit::addPangenome(app);
   kit::addFind(app);
+  kit::addDistance(app);
   kit::addHelp(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {

@@ -20,15 +20,15 @@ TEST(CommandLine, AloneListsTheCommands) {
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.out, "");
   EXPECT_THAT(run.err, StartsWith("palvor-kit: error: which command?\n"));
-  for (const char* command :
-       {"prepare", "check", "simulate", "view", "pangenome", "find", "help"}) {
+  for (const char* command : {"prepare", "check", "simulate", "view",
+                              "pangenome", "find", "distance", "help"}) {
     EXPECT_THAT(run.err, HasSubstr(std::string("\n  ") + command + " "));
   }
 }
 
 TEST(CommandLine, HelpsInEitherOrder) {
-  for (const char* command :
-       {"prepare", "check", "simulate", "view", "pangenome", "find"}) {
+  for (const char* command : {"prepare", "check", "simulate", "view",
+                              "pangenome", "find", "distance"}) {
     const Outcome asked = runKit({"help", command});
     EXPECT_EQ(asked.status, 0) << asked.err;
     EXPECT_THAT(asked.out,
