@@ -15,6 +15,7 @@ void addFind(CLI::App& app);
 void addHelp(CLI::App& app);  // shows the help of the others
 void addPangenome(CLI::App& app);
 void addPrepare(CLI::App& app);
+void addShared(CLI::App& app);
 void addSimulate(CLI::App& app);
 void addView(CLI::App& app);
 

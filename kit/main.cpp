@@ -31,6 +31,7 @@ int run(int argc, char** argv) {
   kit::addPangenome(app);
   kit::addFind(app);
   kit::addDistance(app);
+  kit::addShared(app);
   kit::addHelp(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {

@@ -4,10 +4,7 @@
 // the merged order. If there are several, they are those of one LCP interval,
 // whose depth is k or more and whose parent's is less: so each interval stands
 // for one k-mer of every length between the two, and they all occur in the same
-// genomes. How many these are is counted as the intervals close: its suffixes,
-// less one for each pair of suffixes of the same genome that follow each other
-// among those of that genome and whose smallest common interval is this one or
-// one inside it (Hui, Combinatorial Pattern Matching 1992).
+// genomes.
 
 #ifndef PALVOR_KIT_ANSWERS_KMER_SPECTRUM_H_
 #define PALVOR_KIT_ANSWERS_KMER_SPECTRUM_H_
@@ -17,6 +14,7 @@
 #include <span>
 #include <vector>
 
+#include "kit/answers/genome_intervals.h"
 #include "kit/answers/genomes.h"
 #include "kit/answers/merged_inputs.h"
 #include "kit/answers/palindromes.h"
@@ -74,32 +72,23 @@ class KmerSpectrum {
   KmerCounts finish();
 
  private:
-  // An interval that is still open. Lengths are in characters, at most k.max,
-  // and k.min - 1 where they are less.
-  struct Interval {
-    uint32_t depth;    // common prefix of its suffixes
-    uint64_t begin;    // its first suffix
-    uint64_t repeats;  // pairs of suffixes, as above
-  };
+  friend class GenomeIntervals<KmerSpectrum>;
 
-  void step(uint32_t common);
-  void close(uint32_t common);
-  void add(uint64_t genomes, uint32_t from, uint32_t to);
-  void countPalindromes(uint64_t genomes, uint32_t from, uint32_t to);
-  Interval& smallestWith(uint64_t suffix);
+  void close(const GenomeInterval& interval);
+  void countSingles(uint32_t common);
+  void countPalindromes(const GenomeInterval& interval);
 
   const std::vector<uint32_t>& lengths_;
   const std::vector<uint32_t>& genomeOf_;
   KmerLengths k_;
   uint32_t genomes_;
-  uint64_t taken_ = 0;
+  // Lengths are at most k.max, and k.min - 1 where they are less.
+  GenomeIntervals<KmerSpectrum> intervals_;
   uint32_t common_;  // characters that the last two suffixes share
   uint32_t rest_;    // characters of the last suffix
   Suffix last_{};
-  std::vector<Interval> open_;    // each inside the one before it
-  std::vector<uint64_t> lastOf_;  // 1 + last suffix of each genome; 0: none
-  std::vector<int64_t> changes_;  // row k: how counts differ from those of
-                                  // k - 1
+  std::vector<int64_t>
+      changes_;  // row k: how counts differ from those of k - 1
   std::vector<int64_t> singles_;  // the same, of k-mers that occur once
   std::optional<Palindromes> palindromes_;  // if k-mers are canonical
   std::optional<KmerCounts> ownReverses_;   // and how many of these

@@ -63,6 +63,12 @@ MergedArray::MergedArray(const MergedInputs& inputs, const std::string& base)
   testRecordCount(lcps_.path(), lcps_.records(), inputs);
 }
 
+std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
+  std::vector<Suffix> result(count);
+  array_.read(first, count, result.data());
+  return result;
+}
+
 void MergedArray::pass(const std::string& doing,
                        const TakeSuffixes& take) const {
   using Clock = std::chrono::steady_clock;

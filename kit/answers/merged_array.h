@@ -8,6 +8,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "kit/answers/merged_inputs.h"
 #include "kit/answers/merged_strings.h"
@@ -44,6 +45,10 @@ class MergedArray {
   MergedArray(const MergedInputs& inputs, const std::string& base);
 
   uint64_t size() const { return array_.records(); }
+
+  // Records `first` to `first` + `count` - 1, which must be there. Throws
+  // FileError if they cannot be read.
+  std::vector<Suffix> records(uint64_t first, uint64_t count) const;
 
   // Hands on every suffix in order, in batches, each of which has been tested
   // (kit/answers/order_tests.h), and some of whose prefix words are those of

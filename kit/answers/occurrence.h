@@ -5,6 +5,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <vector>
 
 #include "kit/answers/merged_inputs.h"
 
@@ -30,6 +31,12 @@ inline Occurrence occurrenceOf(const MergedInputs& inputs, uint32_t input,
   const uint32_t start = reverse ? inputs.length(input) - end : pos;
   return {inputs.forwardOf(input), start, reverse};
 }
+
+// Settles in which direction a text is told whose occurrences these are, all of
+// them where `bothStrands` are in. Sorts them. False if it is that of its
+// reverse complement, of which the first one is forward. A text that is its own
+// reverse complement occurs forward, once in each place.
+bool settleStrands(std::vector<Occurrence>& occurrences, bool bothStrands);
 
 // Where the stretch begins in the sequence, in characters from 0.
 inline uint64_t startInSequence(const MergedInputs& inputs,
