@@ -32,6 +32,7 @@ int run(int argc, char** argv) {
   kit::addFind(app);
   kit::addDistance(app);
   kit::addShared(app);
+  kit::addMarkers(app);
   kit::addHelp(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {

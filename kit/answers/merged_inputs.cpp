@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <numeric>
 
@@ -57,6 +58,14 @@ MergedInputs::MergedInputs(const std::string& base, uint64_t most)
     if (isReverse) pairs++;
   }
   bothStrands_ = count() > 0 && 2 * uint64_t{pairs} == count();
+  const auto isReverse = [](const InputOrigin& origin) {
+    return origin.reverse;
+  };
+  if (!bothStrands_ &&
+      std::any_of(origins_.begin(), origins_.end(), isReverse)) {
+    throw FileError(tablePath,
+                    "some inputs are there on both strands, and some are not");
+  }
 }
 
 void warnOfOneStrand(const MergedInputs& inputs) {

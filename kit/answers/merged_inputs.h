@@ -15,7 +15,8 @@ class MergedInputs {
  public:
   // Reads <base>.stlengths and <base>.inputs.tsv, of the first `most` inputs
   // (0: all). Throws FileError if one is missing or they disagree: without its
-  // table a folder has no names.
+  // table a folder has no names; and if some inputs only are there on both
+  // strands.
   MergedInputs(const std::string& base, uint64_t most);
 
   // Path of the folder's files, as far as their kind.
@@ -30,8 +31,8 @@ class MergedInputs {
 
   const InputOrigin& origin(uint32_t input) const { return origins_[input]; }
 
-  // The input that this one is the reverse complement of, if that comes just
-  // before it, or else the input itself.
+  // The input that this one is the reverse complement of, which comes just
+  // before it, or the input itself.
   uint32_t forwardOf(uint32_t input) const { return forwardOf_[input]; }
 
   // Whether each input is followed by its reverse complement, or is one.

@@ -14,9 +14,8 @@ namespace kit {
 // A stretch of a sequence, read in one direction. Ordered by sequence, as the
 // inputs come, and by start.
 struct Occurrence {
-  uint32_t input;  // that holds it forward, or, if there is none, reversed
-  uint32_t start;  // of the stretch in that input's piece of the sequence, in
-                   // the direction in which the sequence was given
+  uint32_t input;  // that holds the stretch as the sequence was given
+  uint32_t start;  // of the stretch in that input, in characters
   bool reverse;    // the text is the reverse complement of the stretch
 
   auto operator<=>(const Occurrence&) const = default;
@@ -32,11 +31,9 @@ inline Occurrence occurrenceOf(const MergedInputs& inputs, uint32_t input,
   return {inputs.forwardOf(input), start, reverse};
 }
 
-// Settles in which direction a text is told whose occurrences these are, all of
-// them where `bothStrands` are in. Sorts them. False if it is that of its
-// reverse complement, of which the first one is forward. A text that is its own
-// reverse complement occurs forward, once in each place.
-bool settleStrands(std::vector<Occurrence>& occurrences, bool bothStrands);
+// Sorts the occurrences of a text. One that is its own reverse complement
+// occurs twice where both strands are in: forward stays.
+void sortOccurrences(std::vector<Occurrence>& occurrences);
 
 // Where the stretch begins in the sequence, in characters from 0.
 inline uint64_t startInSequence(const MergedInputs& inputs,

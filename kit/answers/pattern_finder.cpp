@@ -19,7 +19,7 @@ std::vector<Occurrence> PatternFinder::find(const Pattern& pattern) const {
     find_(reverse, [&](const Suffix& suffix) {
       Occurrence occurrence = occurrenceOf(inputs_, inputNumber(suffix),
                                            suffix.pos, pattern.text().size());
-      occurrence.reverse = !occurrence.reverse;
+      occurrence.reverse = true;
       found.push_back(occurrence);
     });
   }

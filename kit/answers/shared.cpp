@@ -84,7 +84,9 @@ void printLongest(const SharedOptions& options, uint32_t fewest,
       places.push_back(occurrenceOf(inputs, inputNumber(suffix), suffix.pos,
                                     interval.depth));
     }
-    if (!settleStrands(places, inputs.bothStrands())) continue;
+    sortOccurrences(places);
+    // It is found as its reverse complement too.
+    if (places[0].reverse) continue;
     number++;
     for (const Occurrence& place : places) {
       const uint64_t start = startInSequence(inputs, place);

@@ -46,7 +46,8 @@ void UniqueMatches::close(const GenomeInterval& interval) {
             [&](const Occurrence& a, const Occurrence& b) {
               return genomes_.of(a.input) < genomes_.of(b.input);
             });
-  if (match.occurrences[0].reverse && inputs_.bothStrands()) return;
+  // It is found as its reverse complement too.
+  if (match.occurrences[0].reverse) return;
   take_(match);
 }
 

@@ -22,14 +22,15 @@ TEST(CommandLine, AloneListsTheCommands) {
   EXPECT_THAT(run.err, StartsWith("palvor-kit: error: which command?\n"));
   for (const char* command :
        {"prepare", "check", "simulate", "view", "pangenome", "find", "distance",
-        "shared", "help"}) {
+        "shared", "markers", "help"}) {
     EXPECT_THAT(run.err, HasSubstr(std::string("\n  ") + command + " "));
   }
 }
 
 TEST(CommandLine, HelpsInEitherOrder) {
-  for (const char* command : {"prepare", "check", "simulate", "view",
-                              "pangenome", "find", "distance", "shared"}) {
+  for (const char* command :
+       {"prepare", "check", "simulate", "view", "pangenome", "find", "distance",
+        "shared", "markers"}) {
     const Outcome asked = runKit({"help", command});
     EXPECT_EQ(asked.status, 0) << asked.err;
     EXPECT_THAT(asked.out,
