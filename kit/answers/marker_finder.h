@@ -24,6 +24,7 @@
 #include "kit/answers/marker_rules.h"
 #include "kit/answers/merged_inputs.h"
 #include "kit/answers/occurrence.h"
+#include "kit/huge_buffer.h"
 #include "kit/records.h"
 
 namespace kit {
@@ -60,7 +61,8 @@ class MarkerFinder {
       tableBegins_.push_back(size);
       if (rule_.isWanted(genomes.of(i))) size += inputs.length(i);
     }
-    shortest_.resize(size, kNone);
+    shortest_.reserve(size);
+    std::fill_n(shortest_.data(), size, kNone);
   }
   MarkerFinder(const MarkerFinder&) = delete;
   MarkerFinder& operator=(const MarkerFinder&) = delete;
@@ -70,6 +72,7 @@ class MarkerFinder {
   void take(std::span<const Suffix> suffixes,
             std::span<const LcpEntry> entries) {
     for (size_t i = 0; i < suffixes.size(); i++) {
+      if (i + kAhead < suffixes.size()) prefetch(suffixes[i + kAhead]);
       if (taken_ > 0) intervals_.step(std::min(entries[i] >> 2, longest_));
       last_ = {inputNumber(suffixes[i]), suffixes[i].pos};
       taken_++;
@@ -82,10 +85,7 @@ class MarkerFinder {
   std::vector<Marker> finish() {
     if (taken_ > 0) intervals_.finish();
     std::erase_if(found_, [&](const Marker& marker) {
-      const uint32_t input = marker.first.input;
-      const uint32_t next = marker.first.start + 1;
-      return next < inputs_.length(input) &&
-             shortest_[tableBegins_[input] + next] < marker.length;
+      return isKeptByRest(marker.first, marker.length);
     });
     std::sort(
         found_.begin(), found_.end(), [](const Marker& a, const Marker& b) {
@@ -98,6 +98,9 @@ class MarkerFinder {
   friend class LcpIntervals<MarkerFinder>;
 
   static constexpr uint16_t kNone = UINT16_MAX;  // no prefix keeps the rule
+
+  static constexpr size_t kAhead = 16;  // suffixes that are known before they
+                                        // are taken
 
   struct Place {
     uint32_t input;
@@ -116,6 +119,13 @@ class MarkerFinder {
     bool broken;       // the rule is
     size_t firstPart;  // of parts_, if it is kept
   };
+
+  // Asks for the suffix's place in the table.
+  void prefetch(const Suffix& suffix) const {
+    const uint32_t input = inputNumber(suffix);
+    if (!rule_.isWanted(genomes_.of(input))) return;
+    __builtin_prefetch(shortest_.data() + tableBegins_[input] + suffix.pos, 1);
+  }
 
   void open(size_t slot) {
     if (slots_.size() <= slot) slots_.resize(slot + 1);
@@ -189,7 +199,7 @@ class MarkerFinder {
           inputs_.length(place.input) - place.pos < length) {
         continue;
       }
-      shortest_[tableBegins_[place.input] + place.pos] =
+      shortest_.data()[tableBegins_[place.input] + place.pos] =
           static_cast<uint16_t>(length);
       const Occurrence here =
           occurrenceOf(inputs_, place.input, place.pos, length);
@@ -197,7 +207,16 @@ class MarkerFinder {
     }
     // One whose first occurrence is reverse is found as its reverse complement.
     if (!first || first->reverse || part.genomes.in < needed_) return;
+    // Most of those that are no markers are known not to be already.
+    if (isKeptByRest(*first, length)) return;
     found_.push_back({*first, length, part.genomes, part.begin, part.end});
+  }
+
+  // Whether the string without its first character is known to keep the rule.
+  bool isKeptByRest(const Occurrence& forward, uint32_t length) const {
+    const uint32_t next = forward.start + 1;
+    return next < inputs_.length(forward.input) &&
+           shortest_.data()[tableBegins_[forward.input] + next] < length;
   }
 
   const MergedInputs& inputs_;
@@ -206,7 +225,7 @@ class MarkerFinder {
   uint32_t longest_;
   uint32_t needed_;
   std::vector<uint64_t> tableBegins_;  // of each wanted input
-  std::vector<uint16_t> shortest_;     // prefix that keeps the rule, in
+  HugeBuffer<uint16_t> shortest_;      // prefix that keeps the rule, in
                                        // characters, of each suffix of these
   std::vector<Part> parts_;    // that wait, those of inner intervals last
   std::vector<Place> places_;  // of their suffixes
