@@ -11,6 +11,7 @@ namespace kit {
 
 void addCheck(CLI::App& app);
 void addDistance(CLI::App& app);
+void addExport(CLI::App& app);
 void addFind(CLI::App& app);
 void addHelp(CLI::App& app);  // shows the help of the others
 void addMarkers(CLI::App& app);

@@ -33,6 +33,7 @@ int run(int argc, char** argv) {
   kit::addDistance(app);
   kit::addShared(app);
   kit::addMarkers(app);
+  kit::addExport(app);
   kit::addHelp(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {

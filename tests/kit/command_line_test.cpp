@@ -22,7 +22,7 @@ TEST(CommandLine, AloneListsTheCommands) {
   EXPECT_THAT(run.err, StartsWith("palvor-kit: error: which command?\n"));
   for (const char* command :
        {"prepare", "check", "simulate", "view", "pangenome", "find", "distance",
-        "shared", "markers", "help"}) {
+        "shared", "markers", "export", "help"}) {
     EXPECT_THAT(run.err, HasSubstr(std::string("\n  ") + command + " "));
   }
 }
@@ -30,7 +30,7 @@ TEST(CommandLine, AloneListsTheCommands) {
 TEST(CommandLine, HelpsInEitherOrder) {
   for (const char* command :
        {"prepare", "check", "simulate", "view", "pangenome", "find", "distance",
-        "shared", "markers"}) {
+        "shared", "markers", "export"}) {
     const Outcome asked = runKit({"help", command});
     EXPECT_EQ(asked.status, 0) << asked.err;
     EXPECT_THAT(asked.out,
