@@ -157,8 +157,7 @@ void testFinite(const GenomeMatrix<double>& distances, const Genomes& genomes) {
 
 }  // namespace
 
-void distance(const DistanceOptions& given) {
-  DistanceOptions options = given;
+void distance(DistanceOptions options) {
   const bool table = options.format == DistanceFormat::kTsv;
   if (!table && options.measure == DistanceMeasure::kAcs) {
     options.acs = true;

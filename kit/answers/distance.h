@@ -25,7 +25,7 @@ struct DistanceOptions {
 // Prints, of each pair of genomes, what they share, or a matrix of distances,
 // or a tree. Throws std::exception, which names the file, if the order is not
 // there, unfinished or wrong; and if a tree or matrix would need one k.
-void distance(const DistanceOptions& options);
+void distance(DistanceOptions options);
 
 }  // namespace kit
 

@@ -42,7 +42,7 @@ inline bool OrderTests::isRight(const Suffix& suffix, LcpEntry entry) {
     const auto alike =
         static_cast<uint64_t>(std::countl_zero(prefix ^ previousPrefix_));
     const uint64_t seen = std::min(alike, shorter);
-    const uint64_t bits = lcpBits(entry);
+    const auto bits = static_cast<uint64_t>(lcpBits(entry));
     const bool inside = bits < shorter;
     const bool known = seen < 64 ? bits == seen : bits >= 64;
     const bool ordered =
