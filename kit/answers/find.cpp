@@ -131,9 +131,7 @@ void find(const FindOptions& options) {
   const PatternFinder finder(
       inputs, [&](const Pattern& pattern,
                   const std::function<void(const Suffix&)>& take) {
-        const SuffixRange range =
-            search.find(pattern, 0, pattern.text().size());
-        for (uint64_t i = range.begin; i < range.end; i++) take(search.at(i));
+        search.eachSuffix(pattern, 0, pattern.text().size(), take);
       });
   FindPrinter printer(options, inputs, genomes);
   findPatterns(options, patterns, finder, printer);

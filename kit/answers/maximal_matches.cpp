@@ -40,12 +40,10 @@ class MatchFinder {
                                      uint64_t length)>& take) {
     const uint64_t size = stretch.text().size();
     for (uint64_t begin = 0; begin + shortest_ <= size; begin++) {
-      const SuffixRange range = search_.find(stretch, begin, shortest_);
-      for (uint64_t i = range.begin; i < range.end; i++) {
-        const Suffix& suffix = search_.at(i);
-        if (extendsLeft(suffix, stretch, begin)) continue;
+      search_.eachSuffix(stretch, begin, shortest_, [&](const Suffix& suffix) {
+        if (extendsLeft(suffix, stretch, begin)) return;
         take(suffix, begin, lengthOf(suffix, stretch, begin));
-      }
+      });
     }
   }
 

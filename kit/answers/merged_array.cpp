@@ -66,6 +66,11 @@ MergedArray::MergedArray(const MergedInputs& inputs, const std::string& base)
 std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
   std::vector<Suffix> result(count);
   array_.read(first, count, result.data());
+  for (const Suffix& suffix : result) {
+    const uint32_t input = inputNumber(suffix);
+    if (input < inputs_.count() && suffix.pos < inputs_.length(input)) continue;
+    throw FileError(array_.path(), "was changed meanwhile");
+  }
   return result;
 }
 

@@ -47,7 +47,7 @@ class MergedArray {
   uint64_t size() const { return array_.records(); }
 
   // Records `first` to `first` + `count` - 1, which must be there. Throws
-  // FileError if they cannot be read.
+  // FileError if they cannot be read or name no suffix.
   std::vector<Suffix> records(uint64_t first, uint64_t count) const;
 
   // Hands on every suffix in order, in batches, each of which has been tested

@@ -12,6 +12,8 @@
 namespace kit {
 namespace {
 
+constexpr uint32_t kLongestInput = 1'073'741'823;  // characters
+
 bool isReverseOf(const InputOrigin& reverse, const InputOrigin& forward) {
   return !forward.reverse && reverse.reverse && forward.file == reverse.file &&
          forward.sequence == reverse.sequence &&
@@ -30,6 +32,13 @@ MergedInputs::MergedInputs(const std::string& base, uint64_t most)
                                              file.size(), most));
   }
   lengths_ = file.read(0, most == 0 ? UINT64_MAX : most);
+  if (lengths_.empty()) throw FileError(lengthsPath, "there are no inputs");
+  for (uint32_t i = 0; i < count(); i++) {
+    if (lengths_[i] >= 1 && lengths_[i] <= kLongestInput) continue;
+    throw FileError(lengthsPath,
+                    fmt::format("input {} has {} characters, expected 1 to {}",
+                                i, lengths_[i], kLongestInput));
+  }
   if (!isThere(tablePath)) {
     throw FileError(tablePath,
                     "there is no table of inputs, so that no genome has a "
@@ -57,7 +66,7 @@ MergedInputs::MergedInputs(const std::string& base, uint64_t most)
     forwardOf_.push_back(isReverse ? i - 1 : i);
     if (isReverse) pairs++;
   }
-  bothStrands_ = count() > 0 && 2 * uint64_t{pairs} == count();
+  bothStrands_ = 2 * uint64_t{pairs} == count();
   const auto isReverse = [](const InputOrigin& origin) {
     return origin.reverse;
   };

@@ -31,7 +31,6 @@ const uint32_t* MergedStrings::map(uint32_t input) {
   const uint64_t bytes = 4 * wordCount(input);
   // The system allows a process 65,530.
   if (mappedCount_ == 32768) unmapAll();
-  if (bytes == 0) throw FileError(path, "an input without characters");
   mapped_[input] = static_cast<const uint32_t*>(mapFile(path, bytes));
   mappedCount_++;
   return mapped_[input];

@@ -32,14 +32,20 @@ SuffixRange SuffixSearch::find(const Pattern& pattern, size_t from,
     if (order < 0) {
       low = middle + 1;
     } else {
+      if (order > 0) {
+        // One that begins with the pattern was met further on.
+        if (high < above) refuse(middle);
+        above = middle;
+      }
       high = middle;
-      if (order > 0) above = middle;
     }
   }
   SuffixRange range = {low, low};
   while (range.end < above) {
     const uint64_t middle = range.end + (above - range.end) / 2;
-    if (compare(at(middle), pattern, fromBit, bits) > 0) {
+    const int order = compare(at(middle), pattern, fromBit, bits);
+    if (order < 0) refuse(middle);
+    if (order > 0) {
       above = middle;
     } else {
       range.end = middle + 1;
@@ -80,6 +86,11 @@ const Suffix& SuffixSearch::at(uint64_t index) const {
   throw FileError(path_, fmt::format("record {}: there is no suffix {} of "
                                      "input {}",
                                      index, suffix.pos, input));
+}
+
+void SuffixSearch::refuse(uint64_t index) const {
+  throw FileError(path_,
+                  fmt::format("record {}: not in ascending order", index));
 }
 
 void SuffixSearch::testPrefix(uint64_t index) {

@@ -36,10 +36,23 @@ class SuffixSearch {
   // character `from` on; it must have them, and be 1 or more.
   SuffixRange find(const Pattern& pattern, size_t from, size_t characters);
 
-  // A record, tested.
-  const Suffix& at(uint64_t index) const;
+  // The same suffixes, one by one; each is tested once more, so that an array
+  // out of order gives no wrong ones.
+  template <typename Take>
+  void eachSuffix(const Pattern& pattern, size_t from, size_t characters,
+                  Take take) {
+    const SuffixRange range = find(pattern, from, characters);
+    for (uint64_t i = range.begin; i < range.end; i++) {
+      const Suffix& suffix = at(i);
+      if (compare(suffix, pattern, 2 * from, 2 * characters) != 0) refuse(i);
+      take(suffix);
+    }
+  }
 
  private:
+  // A record that names a suffix.
+  const Suffix& at(uint64_t index) const;
+  [[noreturn]] void refuse(uint64_t index) const;
   int compare(const Suffix& suffix, const Pattern& pattern, uint64_t fromBit,
               uint64_t bits);
   void testPrefix(uint64_t index);

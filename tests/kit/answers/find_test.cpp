@@ -148,6 +148,13 @@ TEST(Find, RefusesArraysOfOtherInputs) {
   made.folder().write("m.ST/m.stpsa", std::string(16 * 7, '\xFF'));
   EXPECT_THAT(made.run("find", "TAC").err,
               HasSubstr("m.stpsa: record 3: there is no suffix"));
+  // A suffix that begins with A and one that begins with C changed places.
+  const MadeCollection tandem({{"a.fa", {{"x", "ACACACAC"}}}}, "");
+  std::string array = tandem.folder().read("m.ST/m.stpsa");
+  std::swap_ranges(&array[16 * 1], &array[16 * 2], &array[16 * 5]);
+  tandem.folder().write("m.ST/m.stpsa", array);
+  EXPECT_THAT(tandem.run("find", "A").err,
+              HasSubstr("m.stpsa: record 1: not in ascending order"));
   made.folder().write("m.ST/m.stpsa", std::string(16 * 6, '\0'));
   EXPECT_THAT(made.run("find", "TAC").err,
               HasSubstr("m.stpsa: 6 records, expected 7"));

@@ -105,6 +105,15 @@ TEST_F(MergedOrder, IsRefusedIfARecordCannotBe) {
   }
 }
 
+TEST_F(MergedOrder, IsRefusedIfStrandsAreMissing) {
+  const MadeCollection both(kFiles, "--strands both");
+  std::string table = both.folder().read("d.ST/d.inputs.tsv");
+  table[table.size() - 2] = '+';
+  both.folder().write("d.ST/d.inputs.tsv", table);
+  EXPECT_THAT(both.run("pangenome", "").err,
+              HasSubstr("d.inputs.tsv: some inputs are there on both strands"));
+}
+
 // Where the first inputs only were merged, -N says so.
 TEST_F(MergedOrder, OfTheFirstInputsIsTakenWithN) {
   const std::vector<SequenceFile> files = {{"a.fa", {{"x", "GATTACA"}}},
@@ -116,6 +125,14 @@ TEST_F(MergedOrder, OfTheFirstInputsIsTakenWithN) {
                         "-N 1 --min-k 7 --max-k 7 --table "
                         "histogram"),
             "k\tgenomes\tkmers\n7\t1\t1\n");
+  made.folder().write("d.ST/d.stlengths", bytesOf({7, 0}));
+  EXPECT_THAT(made.run("pangenome", "").err,
+              HasSubstr("d.stlengths: input 1 has 0 characters, expected 1 to "
+                        "1073741823"));
+  made.folder().write("d.ST/d.stlengths", "");
+  EXPECT_THAT(made.run("pangenome", "").err,
+              HasSubstr("d.stlengths: there are no inputs"));
+  made.folder().write("d.ST/d.stlengths", bytesOf({7, 5}));
   EXPECT_THAT(made.run("pangenome", "-N 3").err,
               HasSubstr("d.stlengths: there are only 2 inputs, not 3"));
 }
