@@ -3,10 +3,13 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 #include "kit/file_error.h"
 #include "kit/record_file.h"
+#include "kit/table_fields.h"
 
 namespace kit {
 namespace {
@@ -50,20 +53,10 @@ class TableReader {
     return value;
   }
 
-  // A field with \t, \n and \\ put back.
   std::string text() {
-    std::string result;
-    bool escape = false;
-    for (const char c : field()) {
-      if (!escape && c == '\\') {
-        escape = true;
-        continue;
-      }
-      result += !escape ? c : c == 't' ? '\t' : c == 'n' ? '\n' : c;
-      escape = false;
-    }
-    if (escape) fail("ends within an escaped character");
-    return result;
+    std::optional<std::string> result = unescaped(field());
+    if (!result) fail("ends within an escaped character");
+    return *std::move(result);
   }
 
   [[noreturn]] void fail(const std::string& reason) const {

@@ -13,12 +13,8 @@
 
 namespace kit {
 
-// Nothing, a number, or text. Between tabs, a text's own tabs, line ends and
-// backslashes are written \t, \n and \\.
+// Nothing, a number, or text, which is escaped (table_fields.h) between tabs.
 using Cell = std::variant<std::monostate, uint64_t, std::string>;
-
-// The text so written.
-std::string escaped(const std::string& text);
 
 class TablePrinter {
  public:
