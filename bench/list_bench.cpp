@@ -53,7 +53,8 @@ Stream makeStream(const RandomInputs& inputs, SuffixCompare& compare,
 struct Listed {
   Listed(const RandomInputs& inputs, SuffixCompare& compare, int count)
       : streams(inputs.text(), {}, count, 1, false, {}, memory, time),
-        front(streams, entries, compare, cost),
+        streamCompare(compare, stretches, streams),
+        front(streams, entries, streamCompare, cost),
         list(front) {}
 
   void show(int k, const Stream& stream) {
@@ -74,6 +75,8 @@ struct Listed {
   palvor::IoTime time;
   palvor::SuffixStreams streams;
   palvor::LcpStreams entries;
+  palvor::Stretches stretches;
+  palvor::StreamCompare streamCompare;
   palvor::Cost cost;
   palvor::Front front;
   palvor::LcpList list;

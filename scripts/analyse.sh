@@ -29,15 +29,22 @@ watched() {
   }
 }
 kit=build/release/kit/palvor-kit palvor=build/release/src/palvor
-watched $kit simulate --genomes 4 --length 2000 --divergence 0.01 --seed 1 \
+# The sorting library that the kit is linked with reads the clock by an
+# instruction that valgrind refuses where the processor does not announce it.
+watched_kit() { watched "$kit" "$@"; }
+if ! valgrind --quiet $kit --version >/dev/null 2>&1; then
+  echo "valgrind cannot start palvor-kit here: only palvor is watched"
+  watched_kit() { "$kit" "$@" >"$work/said" 2>&1 || { cat "$work/said" >&2; return 1; }; }
+fi
+watched_kit simulate --genomes 4 --length 2000 --divergence 0.01 --seed 1 \
   -o "$work"
-watched $kit prepare -o "$work" -p x --lcp "$work"/*.fa
+watched_kit prepare -o "$work" -p x --lcp "$work"/*.fa
 watched $palvor "$work/" x -a -l -M 4096
 watched $palvor "$work/" x -a -H -p heap
-watched $kit check "$work/" x -j 2
+watched_kit check "$work/" x -j 2
 watched $palvor "$work/" x -Z -U -f -n 3000
 watched $palvor "$work/" x -H -R -C -n 3000
-watched $kit check "$work/" x
-watched $kit view "$work/x.ST/x_0.stree"
-watched $kit view "$work/x.ST/x_0.stpsa"
+watched_kit check "$work/" x
+watched_kit view "$work/x.ST/x_0.stree"
+watched_kit view "$work/x.ST/x_0.stpsa"
 echo "Nothing found."

@@ -11,8 +11,7 @@ install_dependencies aarch64-linux-gnu-g++=g++-aarch64-linux-gnu \
 echo "== Building palvor for ARM"
 build=build/arm
 mkdir -p $build
-# Highway's headers alone: its library is only asked which processor this is,
-# and here there is one version.
+# Highway's headers alone, of this machine.
 mkdir -p $build/include
 ln -sfn "$(echo '#include <hwy/highway.h>' | g++ -E -x c++ - |
   sed -n 's|.*"\(.*\)/highway.h".*|\1|p' | head -1)" $build/include/hwy

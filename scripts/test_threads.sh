@@ -15,6 +15,6 @@ printf '%s\n' src/palvor/*.cpp src/palvor/*/*.cpp tests/unit/threads_test.cpp \
     -Isrc -Itests -I. -DHWY_COMPILE_ONLY_EMU128 \
     -DPALVOR_PROGRAM=\"\" -DPALVOR_KIT_PROGRAM=\"\" \
     -c "$1" -o '$build'/$(echo "$1" | tr / _).o' compile
-g++ -fsanitize=thread $build/*.o -lhwy -lgtest -lgtest_main -lgmock -pthread \
+g++ -fsanitize=thread $build/*.o -lgtest -lgtest_main -lgmock -pthread \
   -o $build/threads_test
 $build/threads_test --gtest_brief=1

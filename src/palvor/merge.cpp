@@ -17,6 +17,7 @@
 #include "palvor/stream/lcp_stream.h"
 #include "palvor/stream/suffix_stream.h"
 #include "palvor/text/compare.h"
+#include "palvor/text/stretch_builder.h"
 
 namespace palvor {
 namespace {
@@ -120,6 +121,7 @@ void mergeOneByOne(Order& order, Front& front, Sink& sink, MergeState& state) {
 // only where it is needed.
 void mergeByHeap(MergeHeap& heap, Front& front, Sink& sink, MergeState& state) {
   Suffix last = {};
+  int lastStream = 0;
   while (!heap.isEmpty()) {
     const int k = heap.head();
     const bool needsEntry = sink.needsEntry();
@@ -127,12 +129,14 @@ void mergeByHeap(MergeHeap& heap, Front& front, Sink& sink, MergeState& state) {
     const Suffix current = front.suffixOf(k);
     room.suffixes[0] = current;
     if (room.entries != nullptr) {
-      room.entries[0] = needsEntry ? front.emittedEntry(last, current) : 0;
+      room.entries[0] =
+          needsEntry ? front.emittedEntry(lastStream, last, k, current) : 0;
     }
     sink.put(1);
     heap.advanceHead();
     if (!front.streams[k].hasEnded()) state.taken++;
     last = current;
+    lastStream = k;
   }
 }
 
@@ -243,7 +247,12 @@ MergeReport Run::mergeInto(const std::function<Sink&()>& makeSink) {
   if (options_.readLcps) entries = LcpStreams(paths_, count, memory_, time_);
 
   Cost cost;
-  SuffixCompare compare(*text_, options_.usePrefixKeys, options_.processor);
+  SuffixCompare suffixCompare(*text_, options_.usePrefixKeys,
+                              options_.processor);
+  Stretches stretches;
+  if (options_.usePrefixKeys && !options_.walkOnly)
+    stretches = buildStretches(std::span(text_->data(), text_->inputs()));
+  StreamCompare compare(suffixCompare, stretches, streams);
   Front front(streams, entries, compare, cost);
   // The current suffix of each stream, and its place in the ordering.
   memory_.add(int64_t{count} * (options_.heap ? 8 + 4 : 8 + 12));

@@ -29,7 +29,8 @@ struct Fronted {
                 palvor::composePaths({folder.root(), "x"}, {folder.root(), "x"},
                                      {folder.root(), "x"}),
                 static_cast<int>(texts.size()), 8, false, {}, memory, time),
-        compare(inputs.text(), true, palvor::Processor::kBest),
+        suffixCompare(inputs.text(), true, palvor::Processor::kBest),
+        compare(suffixCompare, stretches, streams),
         front(streams, entries, compare, cost) {
     damage(folder);
     for (palvor::SuffixStream& stream : streams.streams) stream.advance();
@@ -41,7 +42,9 @@ struct Fronted {
   palvor::IoTime time;
   palvor::SuffixStreams streams;
   palvor::LcpStreams entries;
-  palvor::SuffixCompare compare;
+  palvor::SuffixCompare suffixCompare;
+  palvor::Stretches stretches;
+  palvor::StreamCompare compare;
   palvor::Cost cost;
   palvor::Front front;
 };
@@ -175,7 +178,7 @@ TEST(Front, NoticesWhatBreaksTheOrder) {
   for (const auto& [word, ascends] : {std::pair(0x10000000U, true),
                                       {0xFC000000U, false},     // TTT
                                       {0x10000001U, false}}) {  // goes on
-    Fronted fronted({"GATTACA"}, [word](const DataFolder& folder) {
+    Fronted fronted({"GATTACA"}, [word = word](const DataFolder& folder) {
       std::string bytes = folder.bytes("x_0.stpsa");
       folder.write("x_0.stpsa", bytes.replace(24, 4, bytesOf({word})));
     });

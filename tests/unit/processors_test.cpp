@@ -130,9 +130,10 @@ TEST(Processors, CompareLongMatchesAlike) {
 // Entries that tell of more common bits than there are.
 TEST(Processors, AreMisledAlike) {
   Collection collection = strains(6, 6000, 600);
-  for (const size_t i : {0, 4}) collection.texts[i] += collection.texts[i + 1];
+  for (const size_t i : {size_t{0}, size_t{4}})
+    collection.texts[i] += collection.texts[i + 1];
   const DataFolder folder(collection);
-  for (const uint32_t bits : {200, 201, 300, 301, 400, 401}) {
+  for (const uint32_t bits : {200U, 201U, 300U, 301U, 400U, 401U}) {
     for (const char* name : {"x_0.stlcp", "x_4.stlcp"}) {
       std::string entries = folder.bytes(name);
       for (size_t at = 0; at < entries.size(); at += 4) {

@@ -342,7 +342,7 @@ TEST(Stretches, VeryShortStrings) {
   for (char a : std::string(kCharacters)) {
     for (char b : std::string(kCharacters)) texts.push_back({a, b});
   }
-  for (size_t n : {15, 16, 17, 31, 32, 33, 48, 63, 64, 65}) {
+  for (size_t n : {15U, 16U, 17U, 31U, 32U, 33U, 48U, 63U, 64U, 65U}) {
     texts.push_back(std::string(n, 'A'));
     texts.push_back(std::string(n, 'T'));
   }
@@ -392,7 +392,7 @@ TEST(Stretches, OrderOfAllSymbolsBehindTheSameText) {
 
 TEST(Stretches, RunsAndTandemRepeats) {
   Genomes genomes(4);
-  for (const size_t period : {1, 2, 3, 5, 16, 30, 64, 100}) {
+  for (const size_t period : {1U, 2U, 3U, 5U, 16U, 30U, 64U, 100U}) {
     SCOPED_TRACE(testing::Message() << "period " << period);
     const std::string unit = genomes.unrelated(period);
     std::string tandem;

@@ -18,6 +18,7 @@ bool isLong(int bits) { return bits > kKeyBits; }
 
 // A suffix to be placed.
 struct BlockOrder::Arrival {
+  int stream;
   const Suffix* suffix;
   int64_t key;
   int bits;      // its length
@@ -45,8 +46,9 @@ int BlockOrder::sharedByKey(const Arrival& arrival, const Place& place) const {
 // arrival belongs before it.
 bool BlockOrder::belongsBefore(const Arrival& arrival, const Place& place,
                                int known, int& shared) {
+  const int listed = blocks_.streamAt(place);
   const Comparison found = front_.compare(
-      front_.suffixOf(blocks_.streamAt(place)), *arrival.suffix, known);
+      listed, front_.suffixOf(listed), arrival.stream, *arrival.suffix, known);
   shared = found.common;
   return found.after();
 }
@@ -177,7 +179,7 @@ LcpEntry BlockOrder::relate(const Arrival& arrival, Found found) {
 // Puts stream k in; `own` relates its suffix to the one emitted last.
 void BlockOrder::insert(int k, LcpEntry own) {
   const Suffix& suffix = front_.suffixOf(k);
-  const Arrival arrival = {&suffix, prefixKey(suffix),
+  const Arrival arrival = {k, &suffix, prefixKey(suffix),
                            front_.text().remainingBits(suffix), own};
   Place place = {0, 0};
   LcpEntry entry = own;

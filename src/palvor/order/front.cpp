@@ -17,17 +17,19 @@ void LcpTime::addSample(int64_t start) {
   nanoseconds_ += kSampling * std::max<int64_t>(taken, 0);
 }
 
-LcpEntry Front::compareNeighbours(const Suffix& before, const Suffix& after) {
-  const Comparison found = compare(before, after, 0);
+LcpEntry Front::compareNeighbours(int i, const Suffix& before, int k,
+                                  const Suffix& after) {
+  const Comparison found = compare(i, before, k, after, 0);
   cost.add(found);
   if (found.after()) ascends = false;
   return entryOf(found);
 }
 
-LcpEntry Front::timedEntry(const Suffix& before, const Suffix& after) {
-  if (!lcpTime.isSampled()) return compareNeighbours(before, after);
+LcpEntry Front::timedEntry(int i, const Suffix& before, int k,
+                           const Suffix& after) {
+  if (!lcpTime.isSampled()) return compareNeighbours(i, before, k, after);
   const int64_t start = wallNanoseconds();
-  const LcpEntry entry = compareNeighbours(before, after);
+  const LcpEntry entry = compareNeighbours(i, before, k, after);
   lcpTime.addSample(start);
   return entry;
 }
@@ -66,14 +68,15 @@ LcpEntry Front::ownEntry(int k) {
   const Suffix& before = *streams[k].previous();
   const Suffix& suffix = *streams[k].current();
   if (text().prefixGoesOn(suffix)) ascends = false;
-  if (!readsEntries()) return timedEntry(before, suffix);
+  if (!readsEntries()) return timedEntry(k, before, k, suffix);
   const LcpEntry entry = readEntry(k);
   testReadEntry(before, suffix, entry);
   return entry;
 }
 
-LcpEntry Front::emittedEntry(const Suffix& before, const Suffix& after) {
-  return timedEntry(before, after);
+LcpEntry Front::emittedEntry(int i, const Suffix& before, int k,
+                             const Suffix& after) {
+  return timedEntry(i, before, k, after);
 }
 
 }  // namespace palvor

@@ -10,6 +10,7 @@
 #include "palvor/format/suffix.h"
 #include "palvor/io/clocks.h"
 #include "palvor/order/cost.h"
+#include "palvor/order/stream_compare.h"
 #include "palvor/simd/prefetch.h"
 #include "palvor/stream/lcp_stream.h"
 #include "palvor/stream/suffix_stream.h"
@@ -47,10 +48,10 @@ class Front {
   // All of them must outlive the front. `entries` has a stream for each suffix
   // stream if common prefixes are read.
   Front(SuffixStreams& suffixStreams, LcpStreams& entryStreams,
-        SuffixCompare& suffixCompare, Cost& countedCost)
+        StreamCompare& streamCompare, Cost& countedCost)
       : streams(suffixStreams),
         entries(entryStreams),
-        compare(suffixCompare),
+        compare(streamCompare),
         cost(countedCost) {}
 
   const Collection& text() const { return compare.text(); }
@@ -65,11 +66,13 @@ class Front {
 
   // The LCP entry of two suffixes emitted one after the other, for an ordering
   // that keeps none.
-  LcpEntry emittedEntry(const Suffix& before, const Suffix& after);
+  //   i, k  the streams that they are of
+  LcpEntry emittedEntry(int i, const Suffix& before, int k,
+                        const Suffix& after);
 
   SuffixStreams& streams;
   LcpStreams& entries;
-  SuffixCompare& compare;
+  StreamCompare& compare;
   Cost& cost;
   LcpTime lcpTime;
 
@@ -81,8 +84,9 @@ class Front {
   bool ascends = true;
 
  private:
-  LcpEntry compareNeighbours(const Suffix& before, const Suffix& after);
-  LcpEntry timedEntry(const Suffix& before, const Suffix& after);
+  LcpEntry compareNeighbours(int i, const Suffix& before, int k,
+                             const Suffix& after);
+  LcpEntry timedEntry(int i, const Suffix& before, int k, const Suffix& after);
   LcpEntry readEntry(int k);
   void testReadEntry(const Suffix& before, const Suffix& after, LcpEntry entry);
 };

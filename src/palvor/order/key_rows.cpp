@@ -40,22 +40,15 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 
 namespace palvor {
-namespace {
-
-HWY_EXPORT(hasRows);
-HWY_EXPORT(makeRows);
-
-}  // namespace
-
 bool canMergeByRows(const Front& front, Processor processor) {
   return front.streams.count() <= kMostRows &&
          processor != Processor::kPortable &&
-         HWY_DISPATCH_TABLE(hasRows)[targetIndex(processor)]();
+         choose(PALVOR_VERSIONS(hasRows), processor)();
 }
 
 std::unique_ptr<KeyRows> makeKeyRows(Front& front, LcpList& list,
                                      Processor processor) {
-  return HWY_DISPATCH_TABLE(makeRows)[targetIndex(processor)](front, list);
+  return choose(PALVOR_VERSIONS(makeRows), processor)(front, list);
 }
 
 }  // namespace palvor

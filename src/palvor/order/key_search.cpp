@@ -76,14 +76,8 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 
 namespace palvor {
-namespace {
-
-HWY_EXPORT(searches);
-
-}  // namespace
-
 KeySearch keySearch(Processor processor) {
-  return HWY_DISPATCH_TABLE(searches)[targetIndex(processor)]();
+  return choose(PALVOR_VERSIONS(searches), processor)();
 }
 
 }  // namespace palvor

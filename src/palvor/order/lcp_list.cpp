@@ -43,8 +43,8 @@ void LcpList::insert(int k, LcpEntry known) {
     const LcpEntry stored = link(current).entry;
     if (shared > lcpBits(stored)) break;
     if (shared == lcpBits(stored)) {
-      const Comparison found =
-          front_.compare(front_.suffixOf(current), front_.suffixOf(k), shared);
+      const Comparison found = front_.compare(current, front_.suffixOf(current),
+                                              k, front_.suffixOf(k), shared);
       cost.add(found);
       cost.addListed(shared, found.common, link(current).own == stored);
       const LcpEntry between = entryOf(found);

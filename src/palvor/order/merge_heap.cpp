@@ -7,7 +7,7 @@ namespace palvor {
 bool MergeHeap::sortsAfter(int a, int b) {
   const Suffix& suffixA = front_.suffixOf(a);
   const Suffix& suffixB = front_.suffixOf(b);
-  const Comparison found = front_.compare(suffixA, suffixB, 0);
+  const Comparison found = front_.compare(a, suffixA, b, suffixB, 0);
   front_.cost.comparisons++;
   front_.cost.add(found);
   return found.equal() ? inputNumber(suffixA) > inputNumber(suffixB)

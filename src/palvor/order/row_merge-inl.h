@@ -14,11 +14,12 @@
 #include <bit>
 #include <cstdint>
 
+#include "palvor/order/anchored_rows-inl.h"
 #include "palvor/order/key_rows.h"
+#include "palvor/order/row_cursor.h"
 #include "palvor/order/rows-inl.h"
 #include "palvor/order/rows_avx512-inl.h"
 #include "palvor/simd/vectors-inl.h"
-#include "palvor/text/excerpts-inl.h"
 
 PALVOR_BEFORE_NAMESPACE();
 namespace palvor {
@@ -30,15 +31,26 @@ template <int kRoom>
 class RowMerge final : public KeyRows {
  public:
   RowMerge(Front& front, LcpList& list)
-      : front_(front), list_(list), excerpts_(front.compare) {
+      : front_(front),
+        list_(list),
+        anchoredRows_(front.compare, rows_, cursors_),
+        trustsEntries_(!front.readsEntries()) {
     takeUp();
   }
 
   int merge(Suffix* suffixes, LcpEntry* entries, int room) override {
-    if (!mayHoldShort_) return mergeRows<false>(suffixes, entries, room);
-    // It may soon hold none.
-    lookForShort();
-    return mergeRows<true>(suffixes, entries, std::min(room, kRowsWithShort));
+    if (mayHoldShort_) {
+      // It may soon hold none.
+      lookForShort();
+      return mergeRows<true>(suffixes, entries, std::min(room, kRowsWithShort));
+    }
+    const int count = mergeRows<false>(suffixes, entries, room);
+    merged_ += count;
+    if (merged_ >= kUntilAdapted) {
+      front_.compare.adapt(met_, merged_);
+      met_ = merged_ = 0;
+    }
+    return count;
   }
 
   void advanceHead() override;
@@ -47,26 +59,14 @@ class RowMerge final : public KeyRows {
  private:
   using Bits = RowBits<kRoom>;
 
+  // Words of a string that are asked for early.
+  static constexpr int kWordsAhead = 2 * kCacheLineWords;
+
   // Until it is looked again whether there are short suffixes.
   static constexpr int kRowsWithShort = 256;
 
-  // A stream, as far as the hot path sees it.
-  struct Cursor {
-    const Suffix* current;     // its listed suffix
-    const Suffix* lastTested;  // the last record of its buffer that is tested
-    int64_t upcomingKey;  // of the record behind the current one, known before
-                          // it is asked for; anything, if that has yet to be
-                          // read
-    LcpEntry own;         // of the current suffix with the one before it
-  };
-
-  // Where the head goes, and what changes.
-  struct Move {
-    int row = 1;           // it goes before the suffix there
-    LcpEntry entry = 0;    // with the suffix before it
-    bool changes = false;  // the suffix in that row has another entry
-    LcpEntry nextEntry = 0;
-  };
+  // Suffixes until it is looked again whether many meet others, or more.
+  static constexpr int kUntilAdapted = 16384;
 
   // What a walk would have done, gathered in registers.
   struct Walked {
@@ -97,10 +97,12 @@ class RowMerge final : public KeyRows {
     return front_.readsEntries() ? 0 : 1;
   }
 
-  HWY_NOINLINE Move findByWalk(const Suffix& suffix, LcpEntry own);
-  HWY_INLINE Move findAmongEqualKeys(const Rows<kRoom>& rows, int k,
-                                     const Suffix& suffix, LcpEntry own);
-  HWY_INLINE int moveTo(Rows<kRoom>& rows, const Move& move, int64_t key,
+  HWY_NOINLINE RowMove findByWalk(int k, const Suffix& suffix, LcpEntry own);
+  HWY_INLINE RowMove findAmongEqualKeys(const Rows<kRoom>& rows, int k,
+                                        const Suffix& suffix, LcpEntry own);
+  HWY_NOINLINE Bits compareEqualKeys(int k, const Suffix& suffix, Bits equal,
+                                     RowMove& move);
+  HWY_INLINE int moveTo(Rows<kRoom>& rows, const RowMove& move, int64_t key,
                         int64_t suffixBits);
   static HWY_INLINE void moveByKey(Rows<kRoom>& rows, Bits walked, int k,
                                    int64_t key, Walked& counted);
@@ -112,10 +114,15 @@ class RowMerge final : public KeyRows {
 
   Front& front_;
   LcpList& list_;
-  Cursor cursors_[kMostRows] = {};
+  RowCursor cursors_[kMostRows] = {};
   // Whether a listed suffix may be shorter than 64 bits.
   bool mayHoldShort_ = false;
-  Excerpts excerpts_;
+  AnchoredRows<kRoom> anchoredRows_;
+  // Entries that are read may claim what the strings do not say.
+  bool trustsEntries_;
+  // Of the suffixes merged last, those that met others of their keys.
+  int64_t met_ = 0;
+  int64_t merged_ = 0;
 };
 
 // Takes the hot path. Without `kShort` no listed suffix may be short.
@@ -132,12 +139,13 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
   rows.load();
   const Bits walked = rowsBelow<kRoom>(rows_.count - 1);
   const bool read = front_.readsEntries();
+  const bool readsStrings = front_.compare.readsStrings();
   Walked counted;
   int keysToldOwn = 0;
   int k = streamOf(rows.firstState());
   int n = 0;
   for (; n < room; n++) {
-    Cursor& cursor = cursors_[k];
+    RowCursor& cursor = cursors_[k];
     const Suffix* const current = cursor.current;
     const Suffix* const next = current + 1;
     const int64_t key = cursor.upcomingKey;
@@ -150,10 +158,12 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
     const LcpEntry entry = entryOf(rows.firstState());
     if (entries != nullptr) entries[n] = entry;
     suffixes[n] = *current;
-    if (lcpBits(entry) >= 64 && next + kRecordsAhead <= cursor.lastTested) {
-      prefetchStrings(text, next[kRecordsAhead], Excerpts::kWords);
+    if (readsStrings && lcpBits(entry) >= 64 &&
+        next + kRecordsAhead <= cursor.lastTested) {
+      prefetchStrings(text, next[kRecordsAhead], kWordsAhead);
     }
     cursor.current = next;
+    anchoredRows_.forget(k);
     cursor.upcomingKey = prefixKey(next[1]);
     if (lastKey >= key || rows.equal(key) != 0) {
       rows.store();
@@ -205,7 +215,8 @@ HWY_INLINE void RowMerge<kRoom>::moveByKey(Rows<kRoom>& rows, Bits walked,
 // registers.
 template <int kRoom>
 int RowMerge<kRoom>::moveAmongEqualKeys(int k, int64_t key, LcpEntry own) {
-  Cursor& cursor = cursors_[k];
+  met_++;
+  RowCursor& cursor = cursors_[k];
   if (rows_.keys[0] < key) {
     front_.cost.settled += ownComparisons();
   } else {
@@ -215,9 +226,9 @@ int RowMerge<kRoom>::moveAmongEqualKeys(int k, int64_t key, LcpEntry own) {
   cursor.own = own;
   Rows<kRoom> rows(rows_);
   rows.load();
-  const Move move = front_.ascends
-                        ? findAmongEqualKeys(rows, k, *cursor.current, own)
-                        : findByWalk(*cursor.current, own);
+  const RowMove move = front_.ascends
+                           ? findAmongEqualKeys(rows, k, *cursor.current, own)
+                           : findByWalk(k, *cursor.current, own);
   const int next = moveTo(rows, move, key, kLong << kLengthShift | k);
   rows.store();
   return next;
@@ -226,31 +237,49 @@ int RowMerge<kRoom>::moveAmongEqualKeys(int k, int64_t key, LcpEntry own) {
 // Finds the row of stream k's long suffix, whose key others have. A walk, but
 // only of those. `own` is its entry with the suffix emitted last.
 template <int kRoom>
-HWY_INLINE typename RowMerge<kRoom>::Move RowMerge<kRoom>::findAmongEqualKeys(
-    const Rows<kRoom>& rows, int k, const Suffix& suffix, LcpEntry own) {
+HWY_INLINE RowMove RowMerge<kRoom>::findAmongEqualKeys(const Rows<kRoom>& rows,
+                                                       int k,
+                                                       const Suffix& suffix,
+                                                       LcpEntry own) {
   const int64_t key = prefixKey(suffix);
   const Bits all = rowsBelow<kRoom>(rows_.count) & ~Bits{1};
   const Bits below = rows.below(key) & all;
-  const Bits equal = rows.equal(key) & all;
   Bits compared = rows.sharing(key) & below;
   const Bits unchanged = rows.unchanged();
   Cost& cost = front_.cost;
   cost.settled += std::popcount(compared);
 
-  Move move;
-  int& row = move.row;
-  row = std::popcount(below) + 1;
-  const int end = row + std::popcount(equal);
-  move.entry = row > 1 ? entryOfKeys(rows_.keys[row - 1], key) : own;
+  RowMove move;
+  move.row = std::popcount(below) + 1;
+  const Bits equal = rows.equal(key) & all;
+  move.entry = move.row > 1 ? entryOfKeys(rows_.keys[move.row - 1], key) : own;
+  if (front_.compare.readsStrings() || !trustsEntries_ ||
+      !anchoredRows_.find(k, equal, move, compared, cost)) {
+    compared |= compareEqualKeys(k, suffix, equal, move);
+  }
+  cost.comparisons += std::popcount(compared);
+  cost.unchanged += std::popcount(compared & unchanged);
+  cost.positions += std::min(move.row, rows_.count - 1);
+  return move;
+}
+
+// Walks the rows that have the key of stream k's suffix, from where a move
+// goes, and moves it on. Returns those that were compared.
+template <int kRoom>
+typename RowMerge<kRoom>::Bits RowMerge<kRoom>::compareEqualKeys(
+    int k, const Suffix& suffix, Bits equal, RowMove& move) {
+  Cost& cost = front_.cost;
+  const int end = move.row + std::popcount(equal);
+  Bits compared = 0;
   int shared = lcpBits(move.entry);
-  for (; row < end; row++) {
+  for (int& row = move.row; row < end; row++) {
     const LcpEntry stored = entryOf(rows_.states[row]);
     if (shared > lcpBits(stored)) break;
     if (shared < lcpBits(stored)) continue;
     compared |= Bits{1} << row;
     const int i = streamOf(rows_.states[row]);
     const Comparison found =
-        excerpts_(i, *cursors_[i].current, k, suffix, shared);
+        front_.compare(i, *cursors_[i].current, k, suffix, shared);
     cost.add(found);
     cost.found64 += found.common >= 64 ? 1 : 0;
     cost.found64More += found.common >= shared + 64 ? 1 : 0;
@@ -264,18 +293,14 @@ HWY_INLINE typename RowMerge<kRoom>::Move RowMerge<kRoom>::findAmongEqualKeys(
     move.entry = entry;
     shared = found.common;
   }
-  cost.comparisons += std::popcount(compared);
-  cost.unchanged += std::popcount(compared & unchanged);
-  cost.positions += std::min(row, rows_.count - 1);
-  return move;
+  return compared;
 }
 
 // Finds the head's row by a walk of all others. `own` is its new suffix's entry
 // with the suffix emitted last.
 template <int kRoom>
-typename RowMerge<kRoom>::Move RowMerge<kRoom>::findByWalk(const Suffix& suffix,
-                                                           LcpEntry own) {
-  Move move;
+RowMove RowMerge<kRoom>::findByWalk(int k, const Suffix& suffix, LcpEntry own) {
+  RowMove move;
   move.entry = own;
   int shared = lcpBits(own);
   for (; move.row < rows_.count; move.row++) {
@@ -283,10 +308,11 @@ typename RowMerge<kRoom>::Move RowMerge<kRoom>::findByWalk(const Suffix& suffix,
     const LcpEntry stored = entryOf(rows_.states[move.row]);
     if (shared > lcpBits(stored)) break;
     if (shared < lcpBits(stored)) continue;
-    const Cursor& listed = cursors_[streamOf(rows_.states[move.row])];
-    const Comparison found = front_.compare(*listed.current, suffix, shared);
+    const int i = streamOf(rows_.states[move.row]);
+    const Comparison found =
+        front_.compare(i, *cursors_[i].current, k, suffix, shared);
     front_.cost.add(found);
-    front_.cost.addListed(shared, found.common, listed.own == stored);
+    front_.cost.addListed(shared, found.common, cursors_[i].own == stored);
     const LcpEntry between = entryOf(found);
     if (found.after()) {
       move.changes = true;
@@ -303,7 +329,7 @@ typename RowMerge<kRoom>::Move RowMerge<kRoom>::findByWalk(const Suffix& suffix,
 // Moves the head, with its new key. The rows are in their tables, too. Returns
 // the stream that comes next.
 template <int kRoom>
-HWY_INLINE int RowMerge<kRoom>::moveTo(Rows<kRoom>& rows, const Move& move,
+HWY_INLINE int RowMerge<kRoom>::moveTo(Rows<kRoom>& rows, const RowMove& move,
                                        int64_t key, int64_t suffixBits) {
   const int row = move.row;
   const int64_t behind = rows_.states[row] & kSuffixBits;
@@ -341,9 +367,9 @@ void RowMerge<kRoom>::moveHead(int k) {
     counted.settled += ownComparisons();
     count(counted);
   } else {
-    const Move move = clear && front_.ascends
-                          ? findAmongEqualKeys(rows, k, suffix, own)
-                          : findByWalk(suffix, own);
+    const RowMove move = clear && front_.ascends
+                             ? findAmongEqualKeys(rows, k, suffix, own)
+                             : findByWalk(k, suffix, own);
     // Where prefix words contradict the strings, the list goes on.
     if (key < rows_.keys[move.row - 1] || key > rows_.keys[move.row]) {
       front_.ascends = false;
@@ -359,10 +385,10 @@ void RowMerge<kRoom>::advanceHead() {
   const int k = head();
   const LcpEntry entry = headEntry();
   SuffixStream& stream = front_.streams[k];
-  if (lcpBits(entry) >= 64) {
+  if (front_.compare.readsStrings() && lcpBits(entry) >= 64) {
     const Suffix* ahead = stream.current() + 1 + kRecordsAhead;
     if (ahead < stream.testedEnd()) {
-      prefetchStrings(front_.text(), *ahead, Excerpts::kWords);
+      prefetchStrings(front_.text(), *ahead, kWordsAhead);
     }
   }
   if (!stream.advance()) {
@@ -395,8 +421,9 @@ void RowMerge<kRoom>::syncStreams() {
 template <int kRoom>
 HWY_INLINE void RowMerge<kRoom>::lookAhead(int k) {
   const SuffixStream& stream = front_.streams[k];
-  Cursor& cursor = cursors_[k];
+  RowCursor& cursor = cursors_[k];
   cursor.current = stream.current();
+  anchoredRows_.forget(k);
   cursor.lastTested = stream.testedEnd() - 1;
   cursor.upcomingKey =
       prefixKey(*std::min(stream.current() + 1, stream.readEnd() - 1));

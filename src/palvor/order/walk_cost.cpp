@@ -190,12 +190,6 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 
 namespace palvor {
-namespace {
-
-HWY_EXPORT(addWalk);
-
-}  // namespace
-
 void addComparison(Cost& cost, const KeyBlocks::Block& block, int index,
                    int bits, int known, int common) {
   cost.addListed(known, common, block.entry[index] == block.own[index]);
@@ -208,7 +202,7 @@ void addComparison(Cost& cost, const KeyBlocks::Block& block, int index,
 }
 
 WalkCost walkCost(Processor processor) {
-  return HWY_DISPATCH_TABLE(addWalk)[targetIndex(processor)];
+  return choose(PALVOR_VERSIONS(addWalk), processor);
 }
 
 }  // namespace palvor

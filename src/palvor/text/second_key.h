@@ -74,8 +74,8 @@ inline uint64_t secondKey(uint32_t characters, uint32_t parting) {
 
 // L, in bits.
 inline uint32_t partingBits(uint64_t key) {
-  const auto bits = static_cast<uint32_t>(key >> kBitsShift);
-  return key & kUpwards ? ~bits : bits;
+  const auto up = static_cast<uint32_t>(key >> 62 & 1);
+  return static_cast<uint32_t>(key >> kBitsShift) ^ (0 - up);
 }
 
 // The symbol x, and the rank.
@@ -94,8 +94,10 @@ inline bool partBeforeRanks(uint64_t a, uint64_t b) {
 inline uint32_t commonBitsBeforeRanks(uint64_t a, uint64_t b) {
   const uint32_t bitsA = partingBits(a);
   const uint32_t bitsB = partingBits(b);
-  if (bitsA != bitsB) return std::min(bitsA, bitsB);
-  return (bitsA & ~1U) + sharedBits(keySymbol(a), keySymbol(b));
+  // Without a branch, too.
+  const uint32_t atOnce =
+      (bitsA & ~1U) + sharedBits(keySymbol(a), keySymbol(b));
+  return bitsA == bitsB ? atOnce : std::min(bitsA, bitsB);
 }
 
 // What they share if they don't part before their ranks, and the symbol is no

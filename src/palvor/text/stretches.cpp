@@ -6,7 +6,7 @@ namespace palvor {
 namespace {
 
 // Suffixes between one look-up and the next, at least.
-constexpr size_t kAhead = 16;
+constexpr size_t kAhead = 32;
 
 // The next stretches may lie in the next line of the cache.
 constexpr size_t kNextLine = 3;
@@ -44,6 +44,9 @@ void Stretches::anchorsAt(std::span<const uint32_t> axisPositions,
       const uint32_t position = axisPositions[i];
       const uint32_t inside = place(i);
       const Stretch* stretch = stretches + numbers[i % (2 * kAhead)];
+      // Few blocks have more than one start, and a branch for it would often
+      // be mispredicted. The end mark can't be passed.
+      stretch += stretch[1].start <= inside ? 1 : 0;
       while (stretch[1].start <= inside) stretch++;
       const uint64_t key = secondKey(stretch->end - inside, stretch->parting);
       anchors[i] = position == Axis::kNowhere

@@ -109,6 +109,14 @@ class Stretches {
     return anchorIn(stretchAt(axisPosition), axisPosition);
   }
 
+  // Asks for what a look-up of the anchor there reads first.
+  void prefetchAnchor(uint32_t axisPosition) const {
+    __builtin_prefetch(blocks_.data() + axisPosition / kBlock);
+  }
+
+  // Asks for what commonBits reads of suffixes with this key.
+  void prefetchCommonBits(uint64_t key) const { ranks_.ask(keyRank(key)); }
+
   // Those of many suffixes, in any order: each takes two look-ups, which are
   // asked for long before they are needed. `anchors` and `keys` have room for
   // one each. A position that is Axis::kNowhere gets itself and the key 0.

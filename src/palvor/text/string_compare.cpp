@@ -168,14 +168,8 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 
 namespace palvor {
-namespace {
-
-HWY_EXPORT(compareStrings);
-
-}  // namespace
-
 StringCompare stringCompare(Processor processor) {
-  return HWY_DISPATCH_TABLE(compareStrings)[targetIndex(processor)];
+  return choose(PALVOR_VERSIONS(compareStrings), processor);
 }
 
 }  // namespace palvor

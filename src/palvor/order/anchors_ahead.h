@@ -1,0 +1,100 @@
+// The anchors of streams' records (palvor/text/stretches.h), looked up before
+// they are needed: for some records of a stream at once, where most of them are
+// asked for.
+
+#ifndef PALVOR_ORDER_ANCHORS_AHEAD_H_
+#define PALVOR_ORDER_ANCHORS_AHEAD_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "palvor/format/suffix.h"
+#include "palvor/stream/suffix_stream.h"
+#include "palvor/text/axis.h"
+#include "palvor/text/collection.h"
+#include "palvor/text/stretches.h"
+
+namespace palvor {
+
+class AnchorsAhead {
+ public:
+  // A suffix is anchored behind its first characters, which the suffixes that
+  // it is compared with share: those of the prefix words, but for what a
+  // comparison behind these may look at again.
+  static constexpr uint32_t kSkipped = 16;  // characters
+  static constexpr int kSkippedBits = 2 * kSkipped;
+
+  // Suffixes of so many bits have no anchors: their prefix words tell all.
+  static constexpr int kShort = 64;
+
+  // All of them must outlive it. `stretches` are those of the strings.
+  AnchorsAhead(const Collection& text, const Stretches& stretches,
+               const SuffixStreams& streams);
+
+  // Whether no record has an anchor.
+  bool areNone() const { return streamsAhead_.empty(); }
+
+  const Stretches& stretches() const { return stretches_; }
+
+  // The anchor of a record of stream k, which is tested and stands in its
+  // buffer, or did so before it was read anew. Its position is Axis::kNowhere
+  // if there is none. There must be anchors.
+  Anchor of(int k, const Suffix& record) {
+    Ahead& ahead = streamsAhead_[static_cast<size_t>(k)];
+    const auto index = static_cast<uint64_t>(&record - ahead.first);
+    // A buffer is read anew, and the address is another record's then.
+    if (index < static_cast<uint64_t>(ahead.count) &&
+        ahead.records[index].identity == identityOf(record)) {
+      ahead.used++;
+      return {ahead.records[index].position, ahead.records[index].key};
+    }
+    return lookUp(k, ahead, record);
+  }
+
+ private:
+  static constexpr int kMost = 64;  // records of a stream
+
+  struct Anchored {
+    uint64_t identity;
+    uint64_t key;
+    uint32_t position;
+  };
+
+  struct Ahead {
+    const Suffix* first = nullptr;  // the record that `records` begin with
+    int count = 0;                  // records that are known
+    int used = 0;                   // times they were asked for
+    int wanted = 1;                 // records, the next time
+    Anchored* records = nullptr;
+  };
+
+  static uint64_t identityOf(const Suffix& suffix) {
+    return uint64_t{suffix.pos} << 32 | inputNumber(suffix);
+  }
+
+  // Where a record's anchor is looked up, or Axis::kNowhere if it has none.
+  uint32_t axisPositionOf(const Suffix& record) const {
+    const uint32_t input = inputNumber(record);
+    const bool anchored =
+        stretches_.holds(input) && text_.remainingBits(record) > kShort;
+    return anchored ? stretches_.axisPosition(input, record.pos + kSkipped)
+                    : Axis::kNowhere;
+  }
+  void askFirst(const Suffix& record) const {
+    const uint32_t place = axisPositionOf(record);
+    if (place != Axis::kNowhere) stretches_.prefetchAnchor(place);
+  }
+  Anchor lookUp(int k, Ahead& ahead, const Suffix& record);
+
+  const Collection& text_;
+  const Stretches& stretches_;
+  const SuffixStreams& streams_;
+  int most_ = kMost;
+  std::vector<Anchored> records_;
+  std::vector<Ahead> streamsAhead_;
+};
+
+}  // namespace palvor
+
+#endif  // PALVOR_ORDER_ANCHORS_AHEAD_H_
