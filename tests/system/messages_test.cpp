@@ -18,7 +18,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using testing::_;
 using testing::AnyOf;
+using testing::Contains;
+using testing::ElementsAre;
 using testing::SizeIs;
 using testing::StartsWith;
 
@@ -120,6 +123,27 @@ TEST_F(Message, ForAMissingPositionalValue) {
   EXPECT_EQ(linesOf(runPalvor({"data/", "-a"}).err).back(),
             "## ERROR: Error: the input file prefix is missing (second main "
             "parameter)");
+}
+
+TEST_F(Message, AsksForAMissingSlash) {
+  const DataFolder folder{Collection{{"GATTACA"}}};
+  const std::string bare = folder.root().substr(0, folder.root().size() - 1);
+  const auto lines = [](const std::vector<std::string>& arguments) {
+    const Outcome outcome = runPalvor(arguments);
+    EXPECT_EQ(outcome.status, 1);
+    return linesOf(outcome.err);
+  };
+  const std::string question = "# Did you mean " + folder.root() + " ?";
+  const std::string unfound = bare + "x.ST/x.stlengths";
+  EXPECT_THAT(
+      lines({bare, "x", "-q"}),
+      ElementsAre(_, _, "# " + unfound + ": No such file or directory",
+                  question,
+                  "## ERROR: could not access lengths file " + unfound));
+  EXPECT_THAT(lines({folder.root(), "x", "-S", bare}), Contains(question));
+  // Where that would be no data folder either.
+  EXPECT_THAT(lines({bare, "y", "-q"}), SizeIs(4));
+  EXPECT_THAT(lines({bare + "/z", "x", "-q"}), SizeIs(4));
 }
 
 // No file is made in a folder whose paths would be too long.
