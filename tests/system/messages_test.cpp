@@ -269,6 +269,20 @@ TEST_F(Message, ForOutputs) {
        "not all output tree nodes were written: -1 bytes and 16 Nodes");
 }
 
+// Of a write that stops short, and of a folder that cannot be made.
+TEST_F(Message, TellsTheReason) {
+  const DataFolder folder{Collection{{std::string(1000, 'A')}}};
+  const Outcome full = folder.merge("-a -q", {.fileSize = 10'000});
+  EXPECT_EQ(linesOf(full.err).at(2),
+            "# " + folder.path("x.stpsa") + ": File too large");
+  const Outcome unmade = folder.merge("-a -q -o /proc/self/fd/ -p y");
+  EXPECT_EQ(linesOf(unmade.err).at(2),
+            "# /proc/self/fd/y.ST/: No such file or directory");
+  EXPECT_EQ(linesOf(unmade.err).at(3),
+            "## ERROR: can't open ST dividers file /proc/self/fd/y.ST/y.stdiv "
+            "for writing");
+}
+
 TEST_F(Message, ForTooLittleMemory) {
   if (addressSpaceIsNeeded()) {
     GTEST_SKIP() << "the sanitizer's own memory cannot be limited";
