@@ -116,6 +116,8 @@ class GzipSource : public ByteSource {
         return 0;
       }
       if (!inMember_) {
+        skipPadding();
+        if (stream_.avail_in == 0) continue;
         inflateReset(&stream_);
         inMember_ = true;
       }
@@ -142,6 +144,14 @@ class GzipSource : public ByteSource {
     stream_.next_in = reinterpret_cast<Bytef*>(block.data());
     stream_.avail_in = static_cast<uInt>(block.size());
     return !block.empty();
+  }
+
+  // Zeros after a member fill a block of some medium, and mean nothing.
+  void skipPadding() {
+    while (stream_.avail_in > 0 && *stream_.next_in == 0) {
+      stream_.next_in++;
+      stream_.avail_in--;
+    }
   }
 
   std::unique_ptr<StoredFile> file_;

@@ -165,8 +165,8 @@ void SequenceReader::readHeader() {
       // Only the last byte of a line can be the '\r' of a Windows line end.
       if (sawReturn) fail("a carriage return within a line");
       sawReturn = c == '\r';
-      if (isSpace(c)) nameEnded = true;
-      if (!nameEnded) name_ += c;
+      if (isSpace(c)) nameEnded = !name_.empty();
+      if (!nameEnded && !isSpace(c)) name_ += c;
     }
     if (name_.size() > kLongestName) fail("a record name of over 64 KiB");
   } while (midLine_);
