@@ -151,9 +151,11 @@ void prepare(const PrepareOptions& options) {
                     "not made again",
                     resumed));
   }
+  // A prefix of its own, so that no trees are left beside the array.
   writeOutput(fmt::format(
-      "palvor {} {} -a -l{}{}\n", shellWord(folder.directory()),
-      shellWord(folder.prefix()), options.format.zeroOrigin ? " -z" : "",
+      "palvor {} {} -p {} -a -l{}{}\n", shellWord(folder.directory()),
+      shellWord(folder.prefix()), shellWord(folder.prefix() + "-array"),
+      options.format.zeroOrigin ? " -z" : "",
       options.format.withLcp ? " -Z" : ""));
   finishOutput();
 }
