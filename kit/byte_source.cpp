@@ -3,6 +3,7 @@
 #include <archive.h>
 #include <archive_entry.h>
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <unistd.h>
 #include <zlib.h>
 
@@ -20,7 +21,7 @@ namespace {
 constexpr size_t kBlockBytes = size_t{256} * 1024;
 
 [[noreturn]] void failOn(const std::string& path, const std::string& reason) {
-  throw std::runtime_error(sourceName(path) + ": " + reason);
+  throw std::runtime_error(fmt::format("{}: {}", sourceName(path), reason));
 }
 
 // The file as it is stored, in blocks, with a look at its first bytes.
@@ -31,7 +32,7 @@ class StoredFile {
         path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor_ < 0) {
       throw std::system_error(errno, std::generic_category(),
-                              "can't open " + path);
+                              fmt::format("can't open {}", path));
     }
   }
 
@@ -76,8 +77,9 @@ class StoredFile {
           ::read(descriptor_, block_.data() + filled_, block_.size() - filled_);
     } while (got < 0 && errno == EINTR);
     if (got < 0) {
-      throw std::system_error(errno, std::generic_category(),
-                              sourceName(path_) + ": can't be read");
+      throw std::system_error(
+          errno, std::generic_category(),
+          fmt::format("{}: can't be read", sourceName(path_)));
     }
     filled_ += static_cast<size_t>(got);
     return static_cast<size_t>(got);
@@ -114,6 +116,8 @@ class GzipSource : public ByteSource {
         return 0;
       }
       if (!inMember_) {
+        skipPadding();
+        if (stream_.avail_in == 0) continue;
         inflateReset(&stream_);
         inMember_ = true;
       }
@@ -124,8 +128,9 @@ class GzipSource : public ByteSource {
         throw std::bad_alloc();
       } else if (status != Z_OK) {
         failOn(file_->path(),
-               std::string("damaged gzip data: ") +
-                   (stream_.msg != nullptr ? stream_.msg : "no valid data"));
+               fmt::format("damaged gzip data: {}", stream_.msg != nullptr
+                                                        ? stream_.msg
+                                                        : "no valid data"));
       }
     }
     return wanted - stream_.avail_out;
@@ -139,6 +144,14 @@ class GzipSource : public ByteSource {
     stream_.next_in = reinterpret_cast<Bytef*>(block.data());
     stream_.avail_in = static_cast<uInt>(block.size());
     return !block.empty();
+  }
+
+  // Zeros after a member fill a block of some medium, and mean nothing.
+  void skipPadding() {
+    while (stream_.avail_in > 0 && *stream_.next_in == 0) {
+      stream_.next_in++;
+      stream_.avail_in--;
+    }
   }
 
   std::unique_ptr<StoredFile> file_;
@@ -218,8 +231,8 @@ class ArchiveSource : public ByteSource {
     if (readFailure_) std::rethrow_exception(readFailure_);
     const char* reason = archive_error_string(archive_.get());
     failOn(file_->path(),
-           std::string("damaged or incomplete compressed data: ") +
-               (reason != nullptr ? reason : "no reason given"));
+           fmt::format("damaged or incomplete compressed data: {}",
+                       reason != nullptr ? reason : "no reason given"));
   }
 
   std::unique_ptr<StoredFile> file_;

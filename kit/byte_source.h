@@ -3,7 +3,8 @@
 //
 // gzip (and so bgzf), bzip2, xz and zstd are recognized by their first bytes,
 // whatever the file is called. A file made of several compressed streams, one
-// after the other, reads as their contents joined. Checksums are verified.
+// after the other, reads as their contents joined; zeros after a gzip or xz
+// stream are passed over. Checksums are verified.
 
 #ifndef PALVOR_KIT_BYTE_SOURCE_H_
 #define PALVOR_KIT_BYTE_SOURCE_H_

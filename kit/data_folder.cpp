@@ -47,12 +47,6 @@ bool belongsTo(std::string_view name, const std::string& prefix) {
          std::end(kKinds);
 }
 
-void removeFile(const fs::path& file) {
-  std::error_code failure;
-  fs::remove(file, failure);
-  if (failure) throw FileError(file.string(), failure.message());
-}
-
 const std::string& tested(const std::string& path) {
   if (path.size() > kLongestPath) {
     throw std::runtime_error(
@@ -84,7 +78,11 @@ std::string DataFolder::path(const std::string& kind) const {
 }
 
 std::string DataFolder::path(uint64_t number, const std::string& kind) const {
-  return tested(fmt::format("{}{}_{}{}", folder_, prefix_, number, kind));
+  return tested(folder_ + name(number, kind));
+}
+
+std::string DataFolder::name(uint64_t number, const std::string& kind) const {
+  return fmt::format("{}_{}{}", prefix_, number, kind);
 }
 
 std::vector<fs::path> DataFolder::filesThere() const {
@@ -103,7 +101,7 @@ std::vector<fs::path> DataFolder::filesThere() const {
 
 void DataFolder::removeAllBut(const std::set<std::string>& names) const {
   for (const fs::path& file : filesThere()) {
-    if (!names.contains(file.filename().string())) fs::remove(file);
+    if (!names.contains(file.filename().string())) removeFile(file.string());
   }
 }
 
@@ -121,7 +119,7 @@ void DataFolder::create(bool force) const {
   }
   // Without its lengths file a folder is not taken for a whole one.
   removeFile(path(".stlengths"));
-  for (const fs::path& file : found) removeFile(file);
+  for (const fs::path& file : found) removeFile(file.string());
 }
 
 }  // namespace kit

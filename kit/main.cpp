@@ -1,20 +1,18 @@
 // palvor-kit: makes data folders for palvor, and looks into them.
 
-#include <fmt/format.h>
-
-#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <stdexcept>
 #include <string>
 
 #include "kit/commands.h"
+#include "kit/message.h"
 #include "kit/usage_error.h"
 
 namespace {
 
 int fail(const std::string& reason) {
-  fmt::print(stderr, "palvor-kit: error: {}\n", reason);
+  kit::say("error: " + reason);
   return 1;
 }
 

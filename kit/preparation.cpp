@@ -1,11 +1,12 @@
 #include "kit/preparation.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
+#include "kit/folders.h"
 #include "kit/needs.h"
 #include "kit/workers.h"
 
@@ -26,14 +27,9 @@ constexpr size_t kFewestPositions = size_t{1} << 20;
 // "1:02:03", "4:05"
 std::string clockTime(double seconds) {
   const auto whole = static_cast<long>(seconds);
-  char text[32];
-  if (whole >= 3600) {
-    std::snprintf(text, sizeof text, "%ld:%02ld:%02ld", whole / 3600,
-                  whole / 60 % 60, whole % 60);
-  } else {
-    std::snprintf(text, sizeof text, "%ld:%02ld", whole / 60, whole % 60);
-  }
-  return text;
+  if (whole < 3600) return fmt::format("{}:{:02}", whole / 60, whole % 60);
+  return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60,
+                     whole % 60);
 }
 
 }  // namespace
@@ -84,7 +80,7 @@ void Preparation::run() {
     throw std::runtime_error("no A, C, G or T in any of the files");
   }
   for (const std::string& other : manifest_.finish()) {
-    std::filesystem::remove(folder_.path() + "/" + other);
+    removeFile(folder_.path() + "/" + other);
   }
   index_.commit();
 }

@@ -42,7 +42,7 @@ class SequenceReader {
   // end of the file; a file without any record has none from the start.
   bool nextRecord();
 
-  // The first word of the record's header line, without '>' or '@'.
+  // The first word behind the '>' or '@' of the record's header line.
   const std::string& name() const { return name_; }
 
   // The next characters of the record's sequence, all of one line; empty at

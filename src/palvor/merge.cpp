@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <functional>
 #include <optional>
 #include <utility>
@@ -297,15 +298,18 @@ MergeReport Run::mergeInto(const std::function<Sink&()>& makeSink) {
 }
 
 MergeReport Run::intoFiles() {
-  // If it fails, creating the first file in it says so.
-  mkdir(paths_.outputFolder.c_str(), 0755);
+  // If it fails, creating the first file in it does, too.
+  const bool unmade =
+      mkdir(paths_.outputFolder.c_str(), 0755) != 0 && errno != EEXIST;
+  const Blame folder = unmade ? blameSystem(paths_.outputFolder) : Blame{};
   readInputs();
   RecordWriter dividers(paths_.dividers, time_);
   std::optional<ArraySink> array;
   std::optional<TreeSink> trees;
   MergeReport report = mergeInto([&]() -> Sink& {
     if (!dividers.create()) {
-      fail(dividers.blame(), "can't open ST dividers file %s for writing",
+      fail(unmade ? folder : dividers.blame(),
+           "can't open ST dividers file %s for writing",
            paths_.dividers.c_str());
     }
     if (options_.array) {

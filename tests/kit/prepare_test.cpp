@@ -43,7 +43,8 @@ TEST_F(Prepare, WritesTheseBytes) {
   const std::string b = folder_.write("b\t\\.fa", ">y z\nAC\nNA\n");
   const Outcome outcome = prepare({a, b}, "--lcp");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(outcome.out, "palvor " + folder_.path("out/") + " x -a -l -Z\n");
+  EXPECT_EQ(outcome.out,
+            "palvor " + folder_.path("out/") + " x -p x-array -a -l -Z\n");
 
   const std::string root = folder_.path("");
   const Files want = {
@@ -75,7 +76,7 @@ TEST_F(Prepare, CountsInputsFromZeroInEachArrayWhenTold) {
   const std::string a = folder_.write("a", ">x\nC\n");
   const std::string b = folder_.write("b", ">y\nG\n>z\nA\n");
   EXPECT_EQ(prepare({a, b, b}, "--zero-origin").out,
-            "palvor " + folder_.path("out/") + " x -a -l -z\n");
+            "palvor " + folder_.path("out/") + " x -p x-array -a -l -z\n");
   Files found = files();
   EXPECT_EQ(found["x.stplengths"], bytesOf({1, 2, 2}));
   EXPECT_EQ(found["x_1.stpsa"],
@@ -241,7 +242,7 @@ TEST_F(Prepare, PrintsTheCommandThatMerges) {
       ASSERT_EQ(made.status, 0) << made.err;
       const Outcome merged = runShell(linesOf(made.out).back());
       ASSERT_EQ(merged.status, 0) << made.out << merged.err;
-      Arguments proof = {"check", spaced, "x y"};
+      Arguments proof = {"check", spaced, "x y", "-p", "x y-array"};
       if (options.ends_with("--zero-origin")) proof.push_back("-z");
       EXPECT_THAT(runKit(proof).out, StartsWith("all right: 6 inputs, "))
           << made.out;
