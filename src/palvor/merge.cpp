@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <functional>
+#include <new>
 #include <optional>
+#include <span>
 #include <utility>
 
 #include "palvor/io/lengths_files.h"
@@ -191,6 +193,7 @@ class Run {
   Lengths lengths_;
   BufferSummary buffers_ = {};
   std::shared_ptr<const Collection> text_;
+  std::shared_ptr<const Stretches> stretches_;
   MergeState state_;
   const TreeSink* trees_ = nullptr;  // if the sink is one
 };
@@ -211,6 +214,11 @@ void Run::readInputs() {
               ? options_.strings
               : std::make_shared<const Collection>(
                     paths_, lengths_.bits, options_.mapStrings, memory_, time_);
+  stretches_ = options_.stretches;
+  const bool areOfUse =
+      inputs.streams > 1 && options_.usePrefixKeys && !options_.walkOnly;
+  if (!areOfUse) stretches_ = std::make_shared<const Stretches>();
+  if (stretches_ == nullptr) stretches_ = findStretches(*text_);
 }
 
 // Takes the first suffix of every stream, and puts it into the ordering.
@@ -250,10 +258,7 @@ MergeReport Run::mergeInto(const std::function<Sink&()>& makeSink) {
   Cost cost;
   SuffixCompare suffixCompare(*text_, options_.usePrefixKeys,
                               options_.processor);
-  Stretches stretches;
-  if (options_.usePrefixKeys && !options_.walkOnly)
-    stretches = buildStretches(std::span(text_->data(), text_->inputs()));
-  StreamCompare compare(suffixCompare, stretches, streams);
+  StreamCompare compare(suffixCompare, *stretches_, streams);
   Front front(streams, entries, compare, cost);
   // The current suffix of each stream, and its place in the ordering.
   memory_.add(int64_t{count} * (options_.heap ? 8 + 4 : 8 + 12));
@@ -350,6 +355,15 @@ std::shared_ptr<const Collection> loadStrings(const MergeOptions& options) {
   return std::make_shared<const Collection>(
       paths, readLengths(paths, options.mostInputs).bits, options.mapStrings,
       memory, time);
+}
+
+std::shared_ptr<const Stretches> findStretches(const Collection& strings) {
+  try {
+    return std::make_shared<const Stretches>(
+        buildStretches(std::span(strings.data(), strings.inputs())));
+  } catch (const std::bad_alloc&) {
+    return std::make_shared<const Stretches>();
+  }
 }
 
 }  // namespace palvor

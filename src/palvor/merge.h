@@ -21,6 +21,7 @@
 #include "palvor/sink/sink.h"
 #include "palvor/sink/tree_sink.h"
 #include "palvor/text/collection.h"
+#include "palvor/text/stretches.h"
 
 namespace palvor {
 
@@ -54,6 +55,8 @@ struct MergeOptions {
 
   // The input strings, if they were loaded before, to be shared.
   std::shared_ptr<const Collection> strings;
+  // What they have in common, if it was found out before, to be shared, too.
+  std::shared_ptr<const Stretches> stretches;
 };
 
 // Of the inputs, in characters.
@@ -101,6 +104,11 @@ MergeReport merge(const MergeOptions& options, Sink& sink,
 
 // Loads the strings that `options` names, for merges to share.
 std::shared_ptr<const Collection> loadStrings(const MergeOptions& options);
+
+// Finds out what strings have in common, which spares merges most of their
+// reading (palvor/text/stretches.h): nothing if they are not alike, or there is
+// no memory for it.
+std::shared_ptr<const Stretches> findStretches(const Collection& strings);
 
 }  // namespace palvor
 
