@@ -13,8 +13,9 @@
 
 namespace kit {
 
-// Nothing, a number, or text, which is escaped (table_fields.h) between tabs.
-using Cell = std::variant<std::monostate, uint64_t, std::string>;
+// Nothing, a number (of fractions 12 digits are printed), or text, which is
+// escaped (table_fields.h) between tabs.
+using Cell = std::variant<std::monostate, uint64_t, double, std::string>;
 
 class TablePrinter {
  public:
