@@ -34,6 +34,9 @@ class ByteSource {
   // Bytes of the file, as it is stored, that were used so far, in blocks.
   virtual size_t storedBytes() const = 0;
 
+  // Bytes that are still to be read, about; 0 if that is not known.
+  virtual size_t bytesAhead() const { return 0; }
+
  protected:
   ByteSource() = default;
 };

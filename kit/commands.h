@@ -9,7 +9,11 @@
 
 namespace kit {
 
+// Adds all of them, in the order in which they are listed.
+void addCommands(CLI::App& app);
+
 void addCheck(CLI::App& app);
+void addCompletion(CLI::App& app);
 void addDistance(CLI::App& app);
 void addExport(CLI::App& app);
 void addFind(CLI::App& app);

@@ -22,17 +22,7 @@ int run(int argc, char** argv) {
       "palvor-kit");
   app.set_version_flag("--version", "palvor-kit " PALVOR_VERSION);
   app.require_subcommand(1);
-  kit::addPrepare(app);
-  kit::addCheck(app);
-  kit::addSimulate(app);
-  kit::addView(app);
-  kit::addPangenome(app);
-  kit::addFind(app);
-  kit::addDistance(app);
-  kit::addShared(app);
-  kit::addMarkers(app);
-  kit::addExport(app);
-  kit::addHelp(app);
+  kit::addCommands(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {
     app.parse(argc, argv);

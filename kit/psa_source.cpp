@@ -32,6 +32,7 @@ bool PsaSource::next(PsaText& psa) {
       reader_ = std::make_unique<SequenceReader>(files_[fileIndex_]);
       fileGaveInput_ = false;
       fileLetters_ = 0;
+      if (!rules_.psaPerRecord) reserve(psa);
     }
     psa.file = files_[fileIndex_];
     while (reader_->nextRecord()) {
@@ -43,6 +44,13 @@ bool PsaSource::next(PsaText& psa) {
     if (found) return true;
   }
   return false;
+}
+
+// Makes room for all of the current file, so that the text need not move.
+void PsaSource::reserve(PsaText& psa) const {
+  const size_t words =
+      reader_->bytesAhead() / kCharactersPerWord * (rules_.bothStrands ? 2 : 1);
+  psa.words.reserve(std::min(words, kMostWords));
 }
 
 // Sums up the current file, and leaves it. Unknown characters (N) may be most

@@ -59,6 +59,9 @@ class SequenceReader {
   // Bytes of the file, as it is stored, that were used so far, in blocks.
   uint64_t storedBytes() const { return source_->storedBytes(); }
 
+  // Bytes of text that are still to be read, about; 0 if that is not known.
+  uint64_t bytesAhead() const { return source_->bytesAhead(); }
+
   // Number of the line that was read last, from 1.
   uint64_t line() const { return line_; }
 

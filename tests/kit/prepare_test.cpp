@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -204,6 +205,30 @@ TEST_F(Prepare, WritesTheSameForAnyNumberOfJobs) {
       EXPECT_EQ(files(), first) << jobs << " jobs, one array per " << per;
     }
   }
+}
+
+// The threads of `trace` that wrote into suffix arrays.
+std::set<std::string> writersIn(const std::string& trace) {
+  std::set<std::string> threads;
+  for (const std::string& line : linesOf(trace)) {
+    if (line.find(" pwrite64(") == std::string::npos) continue;
+    threads.insert(line.substr(0, line.find(' ')));
+  }
+  return threads;
+}
+
+TEST_F(Prepare, SharesOneArrayOutAmongThreads) {
+  const std::string genome = folder_.path("g");
+  runKit(wordsOf("simulate --genomes 1 --length 1000000 --divergence 0 -o " +
+                 genome));
+  const std::string trace = folder_.path("trace");
+  const Outcome traced =
+      prepare({genome + "/genome_0.fa"}, "-j 2",
+              {.under = {"strace", "-f", "-e", "trace=pwrite64", "-o", trace}});
+  const std::set<std::string> writers = writersIn(folder_.read("trace"));
+  if (writers.empty()) GTEST_SKIP() << "system calls cannot be traced here";
+  EXPECT_EQ(traced.status, 0) << traced.err;
+  EXPECT_EQ(writers.size(), 2u);
 }
 
 TEST_F(Prepare, WritesTheSameInLessMemory) {

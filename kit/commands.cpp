@@ -1,0 +1,20 @@
+#include "kit/commands.h"
+
+namespace kit {
+
+void addCommands(CLI::App& app) {
+  addPrepare(app);
+  addCheck(app);
+  addSimulate(app);
+  addView(app);
+  addPangenome(app);
+  addFind(app);
+  addDistance(app);
+  addShared(app);
+  addMarkers(app);
+  addExport(app);
+  addCompletion(app);
+  addHelp(app);
+}
+
+}  // namespace kit
