@@ -10,8 +10,14 @@
 namespace kit {
 
 void addCheck(CLI::App& app);
+void addDistance(CLI::App& app);
+void addExport(CLI::App& app);
+void addFind(CLI::App& app);
 void addHelp(CLI::App& app);  // shows the help of the others
+void addMarkers(CLI::App& app);
+void addPangenome(CLI::App& app);
 void addPrepare(CLI::App& app);
+void addShared(CLI::App& app);
 void addSimulate(CLI::App& app);
 void addView(CLI::App& app);
 

@@ -2,83 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
 #include <string_view>
 
-#include "kit/file_error.h"
 #include "kit/record_file.h"
+#include "kit/table_reader.h"
 
 namespace kit {
-namespace {
-
-// A table's text, line by line and field by field.
-class TableReader {
- public:
-  TableReader(const std::string& path, std::string_view text)
-      : path_(path), rest_(text) {}
-
-  bool nextLine() {
-    if (rest_.empty()) return false;
-    line_++;
-    const size_t end = rest_.find('\n');
-    if (end == std::string_view::npos) fail("ends within a line");
-    fields_ = rest_.substr(0, end);
-    more_ = true;
-    rest_.remove_prefix(end + 1);
-    return true;
-  }
-
-  bool more() const { return more_; }
-
-  std::string_view field() {
-    if (!more_) fail("too few fields");
-    const size_t end = fields_.find('\t');
-    const std::string_view result = fields_.substr(0, end);
-    more_ = end != std::string_view::npos;
-    if (more_) fields_.remove_prefix(end + 1);
-    return result;
-  }
-
-  uint64_t number() {
-    const std::string_view digits = field();
-    uint64_t value = 0;
-    const auto [end, error] =
-        std::from_chars(digits.begin(), digits.end(), value);
-    if (error != std::errc() || end != digits.end()) {
-      fail(fmt::format("'{}' is no number", digits));
-    }
-    return value;
-  }
-
-  // A field with \t, \n and \\ put back.
-  std::string text() {
-    std::string result;
-    bool escape = false;
-    for (const char c : field()) {
-      if (!escape && c == '\\') {
-        escape = true;
-        continue;
-      }
-      result += !escape ? c : c == 't' ? '\t' : c == 'n' ? '\n' : c;
-      escape = false;
-    }
-    if (escape) fail("ends within an escaped character");
-    return result;
-  }
-
-  [[noreturn]] void fail(const std::string& reason) const {
-    throw FileError(path_, fmt::format("line {}: {}", line_, reason));
-  }
-
- private:
-  const std::string& path_;
-  std::string_view rest_;
-  std::string_view fields_;  // of the line, those not yet read
-  bool more_ = false;        // there are such
-  uint64_t line_ = 0;        // from 1
-};
-
-}  // namespace
 
 std::vector<InputOrigin> readInputTable(const std::string& path) {
   const std::vector<char> bytes = RecordFile<char>(path).read(0, UINT64_MAX);

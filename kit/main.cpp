@@ -28,6 +28,12 @@ int run(int argc, char** argv) {
   kit::addCheck(app);
   kit::addSimulate(app);
   kit::addView(app);
+  kit::addPangenome(app);
+  kit::addFind(app);
+  kit::addDistance(app);
+  kit::addShared(app);
+  kit::addMarkers(app);
+  kit::addExport(app);
   kit::addHelp(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {

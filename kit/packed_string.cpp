@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "kit/file_error.h"
+#include "kit/packer.h"
 #include "kit/record_file.h"
 
 namespace kit {
@@ -36,6 +37,11 @@ PackedString::PackedString(const std::string& path, uint64_t characters,
   }
   words_.resize(dataWords);
   words_.resize(dataWords + 3);
+}
+
+PackedString::PackedString(std::string_view text) {
+  appendPacked(words_, 0, text);
+  words_.resize(words_.size() + 3);
 }
 
 }  // namespace kit

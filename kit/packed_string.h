@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kit/fault_log.h"
@@ -20,6 +21,9 @@ class PackedString {
   //   faults  told of a size, padding or trailer that is not as it should be;
   //           null: these do not matter
   PackedString(const std::string& path, uint64_t characters, FaultLog* faults);
+
+  // A text over A, C, G and T.
+  explicit PackedString(std::string_view text);
 
   // The 64 bits from a bit on, which must be one of the string or the bit past
   // its end; zero past the end.

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <iterator>
 #include <utility>
 
 #include "kit/json.h"
@@ -31,6 +32,8 @@ void append(std::string& line, const Cell& cell) {
   if (const auto* number = std::get_if<uint64_t>(&cell)) {
     const fmt::format_int digits(*number);
     line.append(digits.data(), digits.size());
+  } else if (const auto* fraction = std::get_if<double>(&cell)) {
+    fmt::format_to(std::back_inserter(line), "{:.12g}", *fraction);
   } else if (const auto* text = std::get_if<std::string>(&cell)) {
     appendEscaped(line, *text);
   }
@@ -39,6 +42,8 @@ void append(std::string& line, const Cell& cell) {
 void set(Json& object, const std::string& column, const Cell& cell) {
   if (const auto* number = std::get_if<uint64_t>(&cell)) {
     object[column] = *number;
+  } else if (const auto* fraction = std::get_if<double>(&cell)) {
+    object[column] = *fraction;
   } else if (const auto* text = std::get_if<std::string>(&cell)) {
     object[column] = *text;
   }

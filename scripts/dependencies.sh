@@ -20,6 +20,9 @@ LIST
   # python3-minimal, which may be there alone, has not all of the library.
   python3 -c 'import shlex, tempfile' 2>/dev/null ||
     echo python3
+  # Debian's numpy is that of its own Python.
+  /usr/bin/python3 -c 'import numpy' 2>/dev/null ||
+    echo python3-numpy
   while read -r header package; do
     echo "#include <$header>" |
       g++ -std=c++20 -E -x c++ - >/dev/null 2>&1 || echo "$package"

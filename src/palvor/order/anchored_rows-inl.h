@@ -73,9 +73,7 @@ class AnchoredRows {
   static constexpr int64_t kUnknown = int64_t{1} << 33;
   static constexpr int64_t kNone = int64_t{1} << 32;
 
-  // What of the bits that two suffixes share can be relied on: those from here
-  // on are the strings' own, and not what records claim.
-  static constexpr int kLeastShared = 64;
+  static constexpr int kLeastShared = AnchorsAhead::kLeastShared;
 
   using Tag = hn::CappedTag<int64_t, kRoom <= 4 ? 4 : 8>;
   using Lanes = hn::Vec<Tag>;
@@ -159,7 +157,7 @@ HWY_INLINE typename AnchoredRows<kRoom>::Lanes AnchoredRows<kRoom>::ofStreams(
         hn::Load(tag, table).raw, streams.raw, hn::Load(tag, table + 8).raw)};
   }
 #endif
-  return hn::GatherIndex(tag, table, streams);
+  return numbersAt(tag, table, streams);
 }
 
 template <int kRoom>
@@ -172,7 +170,7 @@ HWY_INLINE Ints AnchoredRows<kRoom>::ofStreams(const int32_t* table,
         _mm512_permutexvar_epi32(streams.raw, hn::Load(tag, table).raw)};
   }
 #endif
-  return hn::GatherIndex(tag, table, streams);
+  return numbersAt(tag, table, streams);
 }
 
 template <int kRoom>
@@ -230,13 +228,8 @@ template <int kRoom>
 HWY_INLINE LcpEntry AnchoredRows<kRoom>::entryWith(int i,
                                                    const Anchored& own) const {
   const int shorter = std::min(lengths_[i], own.bits);
-  int common = shorter;
-  if (keys_[i] != own.key) {
-    common =
-        AnchorsAhead::kSkippedBits +
-        static_cast<int>(anchorsAhead_.stretches().commonBits(
-            static_cast<uint64_t>(keys_[i]), static_cast<uint64_t>(own.key)));
-  }
+  const int common = anchorsAhead_.sharedBits(
+      static_cast<uint64_t>(keys_[i]), static_cast<uint64_t>(own.key), shorter);
   return fittingEntry(common, common < shorter);
 }
 

@@ -37,6 +37,17 @@ class AnchorsAhead {
 
   const Stretches& stretches() const { return stretches_; }
 
+  // Bits shared by suffixes of the same anchor, of which the shorter one has
+  // `shorter`, and that are equal if their keys are.
+  int sharedBits(uint64_t keyA, uint64_t keyB, int shorter) const {
+    if (keyA == keyB) return shorter;
+    return kSkippedBits + static_cast<int>(stretches_.commonBits(keyA, keyB));
+  }
+
+  // Of the bits that anchors say to be shared, so many at least are needed:
+  // those before are claimed by records, and not the strings' own.
+  static constexpr int kLeastShared = 64;
+
   // The anchor of a record of stream k, which is tested and stands in its
   // buffer, or did so before it was read anew. Its position is Axis::kNowhere
   // if there is none. There must be anchors.

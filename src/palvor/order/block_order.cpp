@@ -98,6 +98,49 @@ BlockOrder::Found BlockOrder::bisect(const Arrival& arrival, const Place& from,
   return found;
 }
 
+const Anchor& BlockOrder::anchorOf(int k) {
+  std::optional<Anchor>& anchor = anchors_[static_cast<size_t>(k)];
+  if (!anchor) anchor = front_.compare.anchors.of(k, front_.suffixOf(k));
+  return *anchor;
+}
+
+// The same by anchors: by the second keys, as long as these are all that is
+// needed. False if they are not.
+bool BlockOrder::findByAnchors(const Arrival& arrival, const Place& from,
+                               const Place& to, Found& found) {
+  if (front_.compare.readsStrings() || front_.readsEntries()) return false;
+  const Anchor own = anchorOf(arrival.stream);
+  if (own.position == Axis::kNowhere) return false;
+  const AnchorsAhead& anchors = front_.compare.anchors;
+  bool tells = true;
+  int next = -1;
+  int previous = -1;
+  found.place = halve(from, to, [&](const Place& place) {
+    const int k = blocks_.streamAt(place);
+    const Anchor& listed = anchorOf(k);
+    if (listed.position != own.position) tells = false;
+    if (listed.key == own.key && !anchors.stretches().equalIfAlike(own.key)) {
+      tells = false;
+    }
+    const bool before = own.key < listed.key;
+    (before ? next : previous) = k;
+    return before;
+  });
+  if (!tells) return false;
+  const auto sharedWith = [&](int k) {
+    const int shorter =
+        std::min(arrival.bits, front_.text().remainingBits(front_.suffixOf(k)));
+    return anchors.sharedBits(anchorOf(k).key, own.key, shorter);
+  };
+  if (previous >= 0) found.withPrevious = sharedWith(previous);
+  if (next >= 0) found.withNext = sharedWith(next);
+  const auto isReliable = [](int k, int shared) {
+    return k < 0 || shared >= AnchorsAhead::kLeastShared;
+  };
+  return isReliable(previous, found.withPrevious) &&
+         isReliable(next, found.withNext);
+}
+
 // A walk is short where most places are passed by their stored lengths. Where
 // it goes from comparison to comparison, halving is shorter.
 constexpr int kComparisonsOfAWalk = 2;
@@ -120,6 +163,8 @@ BlockOrder::Found BlockOrder::findAmongEqualKeys(const Arrival& arrival,
   }
   if (!isLong(arrival.bits)) return {place, shared, -1};
 
+  Found found = {place, shared, -1};
+  if (findByAnchors(arrival, place, to, found)) return found;
   int comparisons = 0;
   for (; !(place == to); place = blocks_.after(place)) {
     const int stored = lcpBits(blocks_.entryAt(place));
@@ -178,6 +223,7 @@ LcpEntry BlockOrder::relate(const Arrival& arrival, Found found) {
 
 // Puts stream k in; `own` relates its suffix to the one emitted last.
 void BlockOrder::insert(int k, LcpEntry own) {
+  anchors_[static_cast<size_t>(k)].reset();
   const Suffix& suffix = front_.suffixOf(k);
   const Arrival arrival = {k, &suffix, prefixKey(suffix),
                            front_.text().remainingBits(suffix), own};
@@ -209,7 +255,7 @@ void BlockOrder::advanceHead() {
     blocks_.takeFirst();
     return;
   }
-  if (lcpBits(headEntry()) >= 64) {
+  if (front_.compare.readsStrings() && lcpBits(headEntry()) >= 64) {
     prefetchAhead(front_.text(), front_.streams[k], 2 * kCacheLineWords);
   }
   const LcpEntry own = front_.ownEntry(k);

@@ -9,6 +9,10 @@
 #ifndef PALVOR_ORDER_BLOCK_ORDER_H_
 #define PALVOR_ORDER_BLOCK_ORDER_H_
 
+#include <cstddef>
+#include <optional>
+#include <vector>
+
 #include "palvor/order/front.h"
 #include "palvor/order/key_blocks.h"
 #include "palvor/order/lcp_list.h"
@@ -27,6 +31,7 @@ class BlockOrder {
       : front_(front),
         list_(list),
         blocks_(front.streams.count(), processor),
+        anchors_(static_cast<size_t>(front.streams.count())),
         walkCost_(walkCost(processor)) {}
 
   bool isEmpty() const { return blocks_.count() == 0; }
@@ -58,6 +63,9 @@ class BlockOrder {
   Place halve(const Place& from, const Place& to, GoesBefore goesBefore) const;
   Found findAmongEqualKeys(const Arrival& arrival, const Place& from,
                            const Place& to);
+  bool findByAnchors(const Arrival& arrival, const Place& from, const Place& to,
+                     Found& found);
+  const Anchor& anchorOf(int k);
   Found find(const Arrival& arrival);
   LcpEntry entryWith(const Arrival& arrival, const Place& place,
                      int shared) const;
@@ -67,6 +75,8 @@ class BlockOrder {
   Front& front_;
   LcpList& list_;
   KeyBlocks blocks_;
+  // Of each stream's suffix, if it is known.
+  std::vector<std::optional<Anchor>> anchors_;
   WalkCost walkCost_;
 };
 

@@ -211,7 +211,7 @@ class Rows {
 
   // The rows of some lanes of a group.
   static HWY_INLINE Bits rowsOf(int g, uint32_t lanes) {
-    return static_cast<Bits>(lanes) << (kLanes * g);
+    return static_cast<Bits>(outOfMasks(lanes)) << (kLanes * g);
   }
 
   // Each key of a group from the row behind it.

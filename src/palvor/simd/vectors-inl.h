@@ -47,13 +47,23 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 #if PALVOR_HAS_VECTORS
 
+#if PALVOR_HAS_AVX512
+// The bits of a mask register in one of the others. In mask registers g++ 12
+// can lose, when it shifts them, that the bits of lanes that are not there are
+// 0.
+HWY_INLINE uint64_t outOfMasks(uint64_t bits) {
+  asm("" : "+r"(bits));
+  return bits;
+}
+#endif
+
 // A mask as a bit for each lane, of which there may be 64. By hand where the
 // bits would otherwise go through memory, and be waited for.
 template <class Tag, class Mask>
 HWY_INLINE uint64_t bitsOf(Tag tag, Mask mask) {
 #if PALVOR_HAS_AVX512
   static_cast<void>(tag);
-  return mask.raw;
+  return outOfMasks(mask.raw);
 #elif HWY_TARGET == HWY_AVX2
   const __m256i lanes = hn::VecFromMask(tag, mask).raw;
   using Lane = hn::TFromD<Tag>;

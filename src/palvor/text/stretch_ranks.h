@@ -48,8 +48,11 @@ class StretchRanks {
   // two stretches with different ranks.
   uint32_t commonBits(uint32_t a, uint32_t b) const;
 
-  // Asks early for what commonBits reads of a rank and the one before.
-  void ask(uint32_t rank) const { __builtin_prefetch(common_.data() + rank); }
+  // Asks early for what commonBits reads of a rank and the one before. An
+  // address that is nobody's would take long.
+  void ask(uint32_t rank) const {
+    if (rank < common_.size()) __builtin_prefetch(common_.data() + rank);
+  }
 
   // What it takes, in bytes.
   size_t memory() const {

@@ -1,0 +1,99 @@
+// In how many genomes the k-mers of a collection occur, for every k at once.
+//
+// A k-mer that occurs at all is a prefix of suffixes that stand side by side in
+// the merged order. If there are several, they are those of one LCP interval,
+// whose depth is k or more and whose parent's is less: so each interval stands
+// for one k-mer of every length between the two, and they all occur in the same
+// genomes.
+
+#ifndef PALVOR_KIT_ANSWERS_KMER_SPECTRUM_H_
+#define PALVOR_KIT_ANSWERS_KMER_SPECTRUM_H_
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "kit/answers/genome_intervals.h"
+#include "kit/answers/genomes.h"
+#include "kit/answers/merged_inputs.h"
+#include "kit/answers/palindromes.h"
+#include "kit/records.h"
+
+namespace kit {
+
+// Lengths of k-mers, both included, 1 or more.
+struct KmerLengths {
+  uint32_t min;
+  uint32_t max;
+};
+
+// Numbers of different k-mers, by k and by the genomes that have them.
+class KmerCounts {
+ public:
+  KmerCounts(KmerLengths k, uint32_t genomes)
+      : k_(k),
+        genomes_(genomes),
+        counts_(size_t{k.max - k.min + 1} * genomes) {}
+
+  KmerLengths k() const { return k_; }
+  uint32_t genomes() const { return genomes_; }
+
+  // Of k-mers that occur in 1, 2, ... genomes.
+  std::span<uint64_t> of(uint32_t k) {
+    return std::span(counts_).subspan(size_t{k - k_.min} * genomes_, genomes_);
+  }
+  std::span<const uint64_t> of(uint32_t k) const {
+    return std::span(counts_).subspan(size_t{k - k_.min} * genomes_, genomes_);
+  }
+
+ private:
+  KmerLengths k_;
+  uint32_t genomes_;
+  std::vector<uint64_t> counts_;
+};
+
+// Memory: 8 bytes for each k and number of genomes, twice that if k-mers are
+// canonical, and 8 for each genome.
+class KmerSpectrum {
+ public:
+  // The inputs and genomes must outlive this.
+  //   canonical  a k-mer and its reverse complement count as one; the inputs
+  //              must be of both strands
+  KmerSpectrum(const MergedInputs& inputs, const Genomes& genomes,
+               KmerLengths k, bool canonical);
+
+  // Takes the next suffixes of the merged order and their LCP entries, which
+  // must be right.
+  void take(std::span<const Suffix> suffixes,
+            std::span<const LcpEntry> entries);
+
+  // To be called once, when all suffixes were taken.
+  KmerCounts finish();
+
+ private:
+  friend class GenomeIntervals<KmerSpectrum>;
+
+  void close(const GenomeInterval& interval);
+  void countSingles(uint32_t common);
+  void countPalindromes(const GenomeInterval& interval);
+
+  const std::vector<uint32_t>& lengths_;
+  const std::vector<uint32_t>& genomeOf_;
+  KmerLengths k_;
+  uint32_t genomes_;
+  // Lengths are at most k.max, and k.min - 1 where they are less.
+  GenomeIntervals<KmerSpectrum> intervals_;
+  uint32_t common_;  // characters that the last two suffixes share
+  uint32_t rest_;    // characters of the last suffix
+  Suffix last_{};
+  std::vector<int64_t>
+      changes_;  // row k: how counts differ from those of k - 1
+  std::vector<int64_t> singles_;  // the same, of k-mers that occur once
+  std::optional<Palindromes> palindromes_;  // if k-mers are canonical
+  std::optional<KmerCounts> ownReverses_;   // and how many of these
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_ANSWERS_KMER_SPECTRUM_H_

@@ -1,0 +1,104 @@
+#include "kit/answers/merged_array.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <vector>
+
+#include "kit/answers/order_tests.h"
+#include "kit/file_error.h"
+#include "kit/progress.h"
+
+namespace kit {
+namespace {
+
+constexpr uint64_t kBatch = 4096;  // suffixes: what fits into a near cache
+
+// "1:07", minutes and seconds.
+std::string clockTime(double seconds) {
+  const auto whole = static_cast<uint64_t>(seconds);
+  return fmt::format("{}:{:02}", whole / 60, whole % 60);
+}
+
+}  // namespace
+
+const std::string& mustBeThere(const std::string& path, const char* option) {
+  if (isThere(path)) return path;
+  throw FileError(path, fmt::format("not there; palvor {} writes it", option));
+}
+
+void testRecordCount(const std::string& path, uint64_t records,
+                     const MergedInputs& inputs) {
+  if (records == inputs.total()) return;
+  throw FileError(
+      path, fmt::format("{} records, expected {}, one for each suffix of {} "
+                        "inputs: {}",
+                        records, inputs.total(), inputs.count(),
+                        records < inputs.total()
+                            ? "unfinished, or of fewer inputs (see -N)"
+                            : "of other inputs"));
+}
+
+void testPrefixWords(const std::string& path, const Suffix& suffix,
+                     uint64_t index, const MergedInputs& inputs,
+                     MergedStrings& strings) {
+  const uint32_t input = inputNumber(suffix);
+  const uint64_t rest = 2 * uint64_t{inputs.length(input) - suffix.pos};
+  const uint64_t prefix = uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
+  uint64_t differ = prefix ^ strings.slice(input, 2 * uint64_t{suffix.pos});
+  if (rest < 64) differ = differ >> (64 - rest);
+  if (differ == 0) return;
+  throw FileError(
+      path, fmt::format("record {}: its prefix words are not those of input "
+                        "{}: the array is of other inputs",
+                        index, input));
+}
+
+MergedArray::MergedArray(const MergedInputs& inputs, const std::string& base)
+    : inputs_(inputs),
+      array_(mustBeThere(base + ".stpsa", "-a -l"), sizeof(Suffix)),
+      lcps_(mustBeThere(base + ".stlcp", "-a -l"), sizeof(LcpEntry)) {
+  testRecordCount(array_.path(), array_.records(), inputs);
+  testRecordCount(lcps_.path(), lcps_.records(), inputs);
+}
+
+std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
+  std::vector<Suffix> result(count);
+  array_.read(first, count, result.data());
+  for (const Suffix& suffix : result) {
+    const uint32_t input = inputNumber(suffix);
+    if (input < inputs_.count() && suffix.pos < inputs_.length(input)) continue;
+    throw FileError(array_.path(), "was changed meanwhile");
+  }
+  return result;
+}
+
+void MergedArray::pass(const std::string& doing,
+                       const TakeSuffixes& take) const {
+  using Clock = std::chrono::steady_clock;
+  OrderTests tests(inputs_.lengths(), array_.path(), lcps_.path());
+  MergedStrings strings(inputs_);
+  std::vector<Suffix> suffixes(kBatch);
+  std::vector<LcpEntry> entries(kBatch);
+  Progress progress;
+  const auto begin = Clock::now();
+  for (uint64_t done = 0; done < size();) {
+    const size_t count = std::min(kBatch, size() - done);
+    array_.read(done, count, suffixes.data());
+    lcps_.read(done, count, entries.data());
+    const std::span<const Suffix> batch(suffixes.data(), count);
+    tests.take(batch, {entries.data(), count});
+    testPrefixWords(array_.path(), batch.back(), done + count - 1, inputs_,
+                    strings);
+    take(batch, {entries.data(), count});
+    done += count;
+    const double part = static_cast<double>(done) / static_cast<double>(size());
+    const std::chrono::duration<double> spent = Clock::now() - begin;
+    progress.show(fmt::format("palvor-kit: {}, {:.0f}%, {} left", doing,
+                              100 * part,
+                              clockTime(spent.count() / part * (1 - part))));
+  }
+}
+
+}  // namespace kit

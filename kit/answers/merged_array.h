@@ -1,0 +1,68 @@
+// A merged suffix array with its LCP file, as one pass from its first suffix to
+// its last.
+
+#ifndef PALVOR_KIT_ANSWERS_MERGED_ARRAY_H_
+#define PALVOR_KIT_ANSWERS_MERGED_ARRAY_H_
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "kit/answers/merged_inputs.h"
+#include "kit/answers/merged_strings.h"
+#include "kit/record_file.h"
+#include "kit/records.h"
+
+namespace kit {
+
+// Takes the next suffixes of a merged order, and as many LCP entries, of which
+// the very first describes no pair. Only valid during the call.
+using TakeSuffixes = std::function<void(std::span<const Suffix> suffixes,
+                                        std::span<const LcpEntry> entries)>;
+
+// The path, if a file is there. Throws FileError if not, which says with what
+// option palvor writes it.
+const std::string& mustBeThere(const std::string& path, const char* option);
+
+// Throws FileError unless a file of a merged order has as many records as the
+// inputs have suffixes: the merge did not finish, or was one of other inputs.
+void testRecordCount(const std::string& path, uint64_t records,
+                     const MergedInputs& inputs);
+
+// Throws FileError, which names the record, unless a suffix, which one of the
+// inputs must have, has the prefix words that its string has.
+void testPrefixWords(const std::string& path, const Suffix& suffix,
+                     uint64_t index, const MergedInputs& inputs,
+                     MergedStrings& strings);
+
+class MergedArray {
+ public:
+  // Opens <base>.stpsa and <base>.stlcp. Throws FileError if one is missing, or
+  // has not one record for each suffix of the inputs, which must outlive this:
+  // it is of other inputs, or the merge did not finish.
+  MergedArray(const MergedInputs& inputs, const std::string& base);
+
+  uint64_t size() const { return array_.records(); }
+
+  // Records `first` to `first` + `count` - 1, which must be there. Throws
+  // FileError if they cannot be read or name no suffix.
+  std::vector<Suffix> records(uint64_t first, uint64_t count) const;
+
+  // Hands on every suffix in order, in batches, each of which has been tested
+  // (kit/answers/order_tests.h), and some of whose prefix words are those of
+  // the strings. Shows on a terminal how far it is, and the time left.
+  //   doing  what is being done, for that: "counting k-mers"
+  // Throws FileError as those tests do, and if a file cannot be read.
+  void pass(const std::string& doing, const TakeSuffixes& take) const;
+
+ private:
+  const MergedInputs& inputs_;
+  StoredBytes array_;
+  StoredBytes lcps_;
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_ANSWERS_MERGED_ARRAY_H_

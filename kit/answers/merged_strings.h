@@ -1,0 +1,70 @@
+// The input strings of a merged order, mapped into memory one by one as they
+// are needed, so that a question about a few places reads a few pages.
+
+#ifndef PALVOR_KIT_ANSWERS_MERGED_STRINGS_H_
+#define PALVOR_KIT_ANSWERS_MERGED_STRINGS_H_
+
+#include <cstdint>
+#include <vector>
+
+#include "kit/answers/merged_inputs.h"
+
+namespace kit {
+
+class MergedStrings {
+ public:
+  // The inputs must outlive this. Nothing is mapped yet.
+  explicit MergedStrings(const MergedInputs& inputs)
+      : inputs_(inputs), mapped_(inputs.count()) {}
+  ~MergedStrings() { unmapAll(); }
+  MergedStrings(const MergedStrings&) = delete;
+  MergedStrings& operator=(const MergedStrings&) = delete;
+
+  // The 64 bits of an input, which must be there, from a bit on; any bits past
+  // its end. Throws FileError if its file cannot be mapped or is too short.
+  uint64_t slice(uint32_t input, uint64_t bit) {
+    const uint32_t* words = wordsOf(input);
+    const uint64_t count = wordCount(input);
+    const uint64_t first = bit / 32;
+    const auto word = [&](uint64_t index) {
+      return uint64_t{index < count ? words[index] : 0};
+    };
+    const uint64_t pair = word(first) << 32 | word(first + 1);
+    const unsigned shift = bit % 32;
+    return shift == 0 ? pair : pair << shift | word(first + 2) >> (32 - shift);
+  }
+
+  // The code of a character, 0 to 3, which must be there.
+  unsigned code(uint32_t input, uint64_t pos) {
+    return wordsOf(input)[pos / 16] >> (30 - 2 * (pos % 16)) & 3;
+  }
+
+  // Asks for the memory around a character that will be needed soon.
+  void prefetch(uint32_t input, uint64_t pos) {
+    __builtin_prefetch(wordsOf(input) + pos / 16);
+  }
+
+  // Bits that the suffixes at two places share, of `from` on, which they are
+  // known to share; at most `most`, which both must have.
+  uint64_t commonBits(uint32_t a, uint64_t aPos, uint32_t b, uint64_t bPos,
+                      uint64_t from, uint64_t most);
+
+ private:
+  uint64_t wordCount(uint32_t input) const {
+    return (uint64_t{inputs_.length(input)} + 15) / 16;
+  }
+  const uint32_t* wordsOf(uint32_t input) {
+    const uint32_t* words = mapped_[input];
+    return words != nullptr ? words : map(input);
+  }
+  const uint32_t* map(uint32_t input);
+  void unmapAll();
+
+  const MergedInputs& inputs_;
+  std::vector<const uint32_t*> mapped_;  // null: not mapped
+  uint32_t mappedCount_ = 0;
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_ANSWERS_MERGED_STRINGS_H_

@@ -1,0 +1,183 @@
+#include "kit/answers/shared.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "kit/answers/genome_intervals.h"
+#include "kit/answers/genomes.h"
+#include "kit/answers/merged_array.h"
+#include "kit/answers/merged_inputs.h"
+#include "kit/answers/merged_strings.h"
+#include "kit/answers/occurrence.h"
+#include "kit/answers/unique_matches.h"
+#include "kit/json.h"
+#include "kit/standard_output.h"
+#include "kit/table_printer.h"
+
+namespace kit {
+namespace {
+
+// The longest substrings that at least so many genomes have, as the intervals
+// of the suffixes that begin with them.
+class LongestShared {
+ public:
+  LongestShared(const Genomes& genomes, uint32_t fewest)
+      : genomes_(genomes),
+        fewest_(fewest),
+        intervals_(*this, genomes.count(), 0, UINT32_MAX) {}
+  LongestShared(const LongestShared&) = delete;
+  LongestShared& operator=(const LongestShared&) = delete;
+
+  void take(std::span<const Suffix> suffixes,
+            std::span<const LcpEntry> entries) {
+    for (size_t i = 0; i < suffixes.size(); i++) {
+      const bool first = intervals_.taken() == 0;
+      intervals_.take(first ? 0 : entries[i] >> 2,
+                      genomes_.of(inputNumber(suffixes[i])));
+    }
+  }
+
+  std::vector<GenomeInterval> finish() {
+    intervals_.finish();
+    return longest_;
+  }
+
+ private:
+  friend class GenomeIntervals<LongestShared>;
+
+  void close(const GenomeInterval& interval) {
+    if (interval.genomes < fewest_) return;
+    if (!longest_.empty() && interval.depth < longest_[0].depth) return;
+    if (!longest_.empty() && interval.depth > longest_[0].depth) {
+      longest_.clear();
+    }
+    longest_.push_back(interval);
+  }
+
+  const Genomes& genomes_;
+  uint32_t fewest_;
+  GenomeIntervals<LongestShared> intervals_;
+  std::vector<GenomeInterval> longest_;
+};
+
+void printLongest(const SharedOptions& options, uint32_t fewest,
+                  const MergedArray& array, const MergedInputs& inputs,
+                  const Genomes& genomes) {
+  LongestShared longest(genomes, fewest);
+  array.pass(
+      "looking for what is shared",
+      [&](std::span<const Suffix> suffixes, std::span<const LcpEntry> entries) {
+        longest.take(suffixes, entries);
+      });
+  TablePrinter printer({"substring", "length", "genomes", "chrom", "start",
+                        "end", "strand", "genome"},
+                       options.json);
+  uint64_t number = 0;
+  for (const GenomeInterval& interval : longest.finish()) {
+    std::vector<Occurrence> places;
+    for (const Suffix& suffix :
+         array.records(interval.begin, interval.end - interval.begin)) {
+      places.push_back(occurrenceOf(inputs, inputNumber(suffix), suffix.pos,
+                                    interval.depth));
+    }
+    sortOccurrences(places);
+    // It is found as its reverse complement too.
+    if (places[0].reverse) continue;
+    number++;
+    for (const Occurrence& place : places) {
+      const uint64_t start = startInSequence(inputs, place);
+      printer.row({number, uint64_t{interval.depth}, interval.genomes,
+                   inputs.origin(place.input).sequence, start,
+                   start + interval.depth,
+                   std::string(place.reverse ? "-" : "+"),
+                   genomes.name(genomes.of(place.input))});
+    }
+  }
+}
+
+// The layout of multi-MUMs: length, and, by genomes, places from 0 and strands,
+// parted by commas; and since places are those in records, these too.
+class MatchPrinter {
+ public:
+  MatchPrinter(const MergedInputs& inputs, const Genomes& genomes, bool json)
+      : inputs_(inputs), genomes_(genomes), json_(json) {}
+
+  void print(const UniqueMatch& match) const {
+    if (json_) {
+      printJson(match);
+      return;
+    }
+    std::string starts, strands, sequences;
+    auto next = match.occurrences.begin();
+    for (uint32_t g = 0; g < genomes_.count(); g++) {
+      const char* comma = g == 0 ? "" : ",";
+      starts += comma;
+      strands += comma;
+      sequences += comma;
+      if (next == match.occurrences.end() || genomes_.of(next->input) != g) {
+        continue;
+      }
+      starts += fmt::format("{}", startInSequence(inputs_, *next));
+      strands += next->reverse ? '-' : '+';
+      sequences += escaped(inputs_.origin(next->input).sequence);
+      ++next;
+    }
+    writeOutput(fmt::format("{}\t{}\t{}\t{}\n", match.length, starts, strands,
+                            sequences));
+  }
+
+ private:
+  void printJson(const UniqueMatch& match) const {
+    Json places = Json::array();
+    for (const Occurrence& place : match.occurrences) {
+      places.push_back({{"genome", genomes_.name(genomes_.of(place.input))},
+                        {"chrom", inputs_.origin(place.input).sequence},
+                        {"start", startInSequence(inputs_, place)},
+                        {"strand", place.reverse ? "-" : "+"}});
+    }
+    writeOutput(jsonLine({{"length", match.length}, {"places", places}}));
+  }
+
+  const MergedInputs& inputs_;
+  const Genomes& genomes_;
+  bool json_;
+};
+
+}  // namespace
+
+void shared(const SharedOptions& options) {
+  const MergedInputs inputs(options.merged.dataBase(), options.merged.nmerge);
+  const Genomes genomes(inputs, options.merged.groups);
+  const MergedArray array(inputs, options.merged.mergedBase());
+  if (genomes.count() < 2) throw std::runtime_error("there is one genome only");
+  const uint32_t fewest = options.inAtLeast.value_or(genomes.count());
+  if (fewest > genomes.count()) {
+    throw std::runtime_error(
+        fmt::format("--in-at-least {}: there are only {} "
+                    "genomes",
+                    fewest, genomes.count()));
+  }
+  warnOfOneStrand(inputs);
+  if (options.mums) {
+    const MatchPrinter printer(inputs, genomes, options.json);
+    MergedStrings strings(inputs);
+    UniqueMatches matches(
+        inputs, genomes, strings, options.minLength, fewest,
+        [&](const UniqueMatch& match) { printer.print(match); });
+    array.pass("looking for unique matches",
+               [&](std::span<const Suffix> suffixes,
+                   std::span<const LcpEntry> entries) {
+                 matches.take(suffixes, entries);
+               });
+    matches.finish();
+  } else {
+    printLongest(options, fewest, array, inputs, genomes);
+  }
+  finishOutput();
+}
+
+}  // namespace kit
