@@ -25,6 +25,7 @@ int run(int argc, char** argv) {
   app.set_version_flag("--version", "palvor-kit " PALVOR_VERSION);
   app.require_subcommand(1);
   kit::addPrepare(app);
+  kit::addMerge(app);
   kit::addCheck(app);
   kit::addSimulate(app);
   kit::addView(app);

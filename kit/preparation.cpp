@@ -1,7 +1,6 @@
 #include "kit/preparation.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
@@ -22,19 +21,6 @@ constexpr uint64_t kThreadBytes = 4'000'000;
 // Positions held at once are never fewer: going through the text for so few
 // would take too long.
 constexpr size_t kFewestPositions = size_t{1} << 20;
-
-// "1:02:03", "4:05"
-std::string clockTime(double seconds) {
-  const auto whole = static_cast<long>(seconds);
-  char text[32];
-  if (whole >= 3600) {
-    std::snprintf(text, sizeof text, "%ld:%02ld:%02ld", whole / 3600,
-                  whole / 60 % 60, whole % 60);
-  } else {
-    std::snprintf(text, sizeof text, "%ld:%02ld", whole / 60, whole % 60);
-  }
-  return text;
-}
 
 }  // namespace
 
@@ -236,15 +222,7 @@ void Preparation::showProgress() {
   std::string line = "palvor-kit: preparing, " + roundNumber(charactersDone_);
   if (plan_.characters > 0) line += " of about " + roundNumber(all);
   line += " characters";
-  if (plan_.characters > 0 && charactersDone_ > 0) {
-    const std::chrono::duration<double> spent =
-        std::chrono::steady_clock::now() - begun_;
-    line +=
-        ", " +
-        clockTime(spent.count() * static_cast<double>(all - charactersDone_) /
-                  static_cast<double>(charactersDone_)) +
-        " left";
-  }
+  if (plan_.characters > 0) line += timeLeft(begun_, charactersDone_, all);
   progress_.show(line);
 }
 
