@@ -4,6 +4,7 @@ namespace kit {
 
 void addCommands(CLI::App& app) {
   addPrepare(app);
+  addMerge(app);
   addCheck(app);
   addSimulate(app);
   addView(app);

@@ -36,6 +36,13 @@ OutputFile::~OutputFile() {
   if (!part_.empty()) ::unlink(part_.c_str());
 }
 
+void OutputFile::allocate(uint64_t bytes) const {
+  const auto size = static_cast<off_t>(bytes);
+  if (bytes == 0 || ::fallocate(descriptor_, 0, 0, size) == 0) return;
+  if (errno != EOPNOTSUPP) fail("can't have the room for ");
+  if (::ftruncate(descriptor_, size) != 0) fail("can't make ");
+}
+
 void OutputFile::write(const void* bytes, size_t size) {
   const char* from = static_cast<const char*>(bytes);
   if (buffer_.capacity() == 0) buffer_.reserve(kBufferBytes + size);

@@ -30,6 +30,11 @@ class OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
+  // Has the room on the disk for so many bytes, and makes the file as long:
+  // writing at any offset within can't fail for room then, where the file
+  // system can promise that.
+  void allocate(uint64_t bytes) const;
+
   // Appends bytes; buffered.
   void write(const void* bytes, size_t size);
 

@@ -24,14 +24,6 @@ constexpr uint64_t kThreadBytes = 4'000'000;
 // would take too long.
 constexpr size_t kFewestPositions = size_t{1} << 20;
 
-// "1:02:03", "4:05"
-std::string clockTime(double seconds) {
-  const auto whole = static_cast<long>(seconds);
-  if (whole < 3600) return fmt::format("{}:{:02}", whole / 60, whole % 60);
-  return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60,
-                     whole % 60);
-}
-
 }  // namespace
 
 uint64_t memoryNeed(uint64_t longest, uint64_t all, int jobs) {
@@ -237,15 +229,7 @@ void Preparation::showProgress() {
   std::string line = "palvor-kit: preparing, " + roundNumber(charactersDone_);
   if (plan_.characters > 0) line += " of about " + roundNumber(all);
   line += " characters";
-  if (plan_.characters > 0 && charactersDone_ > 0) {
-    const std::chrono::duration<double> spent =
-        std::chrono::steady_clock::now() - begun_;
-    line +=
-        ", " +
-        clockTime(spent.count() * static_cast<double>(all - charactersDone_) /
-                  static_cast<double>(charactersDone_)) +
-        " left";
-  }
+  if (plan_.characters > 0) line += timeLeft(begun_, charactersDone_, all);
   progress_.show(line);
 }
 

@@ -5,6 +5,22 @@
 #include <cstdio>
 
 namespace kit {
+namespace {
+
+// "1:02:03", "4:05"
+std::string clockTime(double seconds) {
+  const auto whole = static_cast<long>(seconds);
+  char text[32];
+  if (whole >= 3600) {
+    std::snprintf(text, sizeof text, "%ld:%02ld:%02ld", whole / 3600,
+                  whole / 60 % 60, whole % 60);
+  } else {
+    std::snprintf(text, sizeof text, "%ld:%02ld", whole / 60, whole % 60);
+  }
+  return text;
+}
+
+}  // namespace
 
 Progress::Progress() : terminal_(::isatty(STDERR_FILENO) != 0) {}
 
@@ -19,6 +35,17 @@ void Progress::show(const std::string& text) {
   std::fprintf(stderr, "\r\033[K%s", text.c_str());
   shown_ = true;
   last_ = now;
+}
+
+std::string timeLeft(std::chrono::steady_clock::time_point begun, uint64_t done,
+                     uint64_t all) {
+  if (done == 0 || all < done) return "";
+  const std::chrono::duration<double> spent =
+      std::chrono::steady_clock::now() - begun;
+  return ", " +
+         clockTime(spent.count() * static_cast<double>(all - done) /
+                   static_cast<double>(done)) +
+         " left";
 }
 
 }  // namespace kit

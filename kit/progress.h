@@ -4,6 +4,7 @@
 #define PALVOR_KIT_PROGRESS_H_
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 
 namespace kit {
@@ -24,6 +25,11 @@ class Progress {
   bool shown_ = false;
   std::chrono::steady_clock::time_point last_{};
 };
+
+// ", 1:02:03 left", where `done` of `all` took from `begun` until now; nothing
+// if that does not tell.
+std::string timeLeft(std::chrono::steady_clock::time_point begun, uint64_t done,
+                     uint64_t all);
 
 }  // namespace kit
 

@@ -105,6 +105,19 @@ DataPaths pathsOf(const MergeOptions& options) {
   return composePaths(options.input, options.arrays, options.output);
 }
 
+bool usesStretches(const MergeOptions& options) {
+  return options.usePrefixKeys && !options.walkOnly;
+}
+
+// What is not there for want of memory makes a merge slower, and not wrong.
+Stretches stretchesOf(const Collection& strings) {
+  try {
+    return buildStretches(std::span(strings.data(), strings.inputs()));
+  } catch (const std::bad_alloc&) {
+    return {};
+  }
+}
+
 // Takes the smallest suffixes one by one, and the next of their streams, as
 // long as there are streams in this ordering.
 template <typename Order>
@@ -182,6 +195,7 @@ class Run {
  private:
   void readInputs();
   MergeReport mergeInto(const std::function<Sink&()>& makeSink);
+  std::span<const Slice> slices() const;
   void prime(Front& front, LcpList& list, std::optional<BlockOrder>& blocks,
              std::optional<MergeHeap>& heap);
 
@@ -193,7 +207,6 @@ class Run {
   Lengths lengths_;
   BufferSummary buffers_ = {};
   std::shared_ptr<const Collection> text_;
-  std::shared_ptr<const Stretches> stretches_;
   MergeState state_;
   const TreeSink* trees_ = nullptr;  // if the sink is one
 };
@@ -214,17 +227,22 @@ void Run::readInputs() {
               ? options_.strings
               : std::make_shared<const Collection>(
                     paths_, lengths_.bits, options_.mapStrings, memory_, time_);
-  stretches_ = options_.stretches;
-  const bool areOfUse =
-      inputs.streams > 1 && options_.usePrefixKeys && !options_.walkOnly;
-  if (!areOfUse) stretches_ = std::make_shared<const Stretches>();
-  if (stretches_ == nullptr) stretches_ = findStretches(*text_);
+}
+
+// None if the streams are read whole.
+std::span<const Slice> Run::slices() const {
+  if (options_.range == nullptr) return {};
+  testFits(*options_.range, lengths_.streams());
+  return options_.range->slices;
 }
 
 // Takes the first suffix of every stream, and puts it into the ordering.
 void Run::prime(Front& front, LcpList& list, std::optional<BlockOrder>& blocks,
                 std::optional<MergeHeap>& heap) {
-  for (int k = 0; k < front.streams.count(); k++) {
+  for (int i = 0; i < front.streams.count(); i++) {
+    const int k = options_.range != nullptr
+                      ? options_.range->order[static_cast<size_t>(i)]
+                      : i;
     const bool isThere = front.streams[k].advance();
     // Entry 0 describes no pair.
     if (options_.readLcps) front.entries[k].take(front.streams[k]);
@@ -244,21 +262,28 @@ void Run::prime(Front& front, LcpList& list, std::optional<BlockOrder>& blocks,
 
 MergeReport Run::mergeInto(const std::function<Sink&()>& makeSink) {
   const int count = lengths_.streams();
-  SuffixStreams streams(*text_, paths_, count, buffers_.records,
-                        options_.zeroOrigin, lengths_.partitions, memory_,
-                        time_);
+  SuffixStreams streams(*text_,
+                        StreamFiles(paths_, lengths_, options_.zeroOrigin),
+                        buffers_.records, slices(), memory_, time_);
   if (options_.keepFilesOpen) {
     raiseDescriptorLimit();
     for (SuffixStream& stream : streams.streams) stream.keepOpen();
   }
   Sink& sink = makeSink();
   LcpStreams entries;
-  if (options_.readLcps) entries = LcpStreams(paths_, count, memory_, time_);
+  if (options_.readLcps) {
+    entries = LcpStreams(paths_, count, slices(), memory_, time_);
+  }
 
   Cost cost;
   SuffixCompare suffixCompare(*text_, options_.usePrefixKeys,
                               options_.processor);
-  StreamCompare compare(suffixCompare, *stretches_, streams);
+  std::shared_ptr<const Stretches> stretches = options_.stretches;
+  if (stretches == nullptr || !usesStretches(options_)) {
+    stretches = std::make_shared<const Stretches>(
+        usesStretches(options_) ? stretchesOf(*text_) : Stretches());
+  }
+  StreamCompare compare(suffixCompare, *stretches, streams);
   Front front(streams, entries, compare, cost);
   // The current suffix of each stream, and its place in the ordering.
   memory_.add(int64_t{count} * (options_.heap ? 8 + 4 : 8 + 12));
@@ -357,13 +382,19 @@ std::shared_ptr<const Collection> loadStrings(const MergeOptions& options) {
       memory, time);
 }
 
-std::shared_ptr<const Stretches> findStretches(const Collection& strings) {
-  try {
-    return std::make_shared<const Stretches>(
-        buildStretches(std::span(strings.data(), strings.inputs())));
-  } catch (const std::bad_alloc&) {
-    return std::make_shared<const Stretches>();
-  }
+std::shared_ptr<const Stretches> findStretches(const MergeOptions& options,
+                                               const Collection& strings) {
+  if (!usesStretches(options)) return nullptr;
+  return std::make_shared<const Stretches>(stretchesOf(strings));
+}
+
+StreamFiles streamFilesOf(const MergeOptions& options) {
+  DataPaths paths = pathsOf(options);
+  const Lengths lengths = readLengths(paths, options.mostInputs);
+  if (options.zeroOrigin) testOrigins(lengths, paths);
+  testNumberedPaths(paths, lengths.inputs(), lengths.streams(),
+                    options.readLcps);
+  return {std::move(paths), lengths, options.zeroOrigin};
 }
 
 }  // namespace palvor

@@ -14,6 +14,14 @@ palvor::MergeOptions optionsFor(const DataFolder& folder, int records) {
   return options;
 }
 
+palvor::StreamFiles streamFilesIn(const DataFolder& folder, int count,
+                                  bool zeroOrigin) {
+  const palvor::DataPlace place = {folder.root(), "x"};
+  palvor::Lengths lengths;
+  lengths.characters.resize(static_cast<size_t>(count));
+  return {palvor::composePaths(place, place, place), lengths, zeroOrigin};
+}
+
 palvor::MergeOptions withEngine(palvor::MergeOptions options,
                                 const Engine& engine) {
   options.processor = engine.processor;

@@ -36,6 +36,9 @@ inline constexpr palvor::Processor kProcessors[] = {
 // Options that read a folder and write to it, with buffers of so many records
 // for each stream.
 palvor::MergeOptions optionsFor(const DataFolder& folder, int records = 512);
+// So many arrays of a folder, whatever its lengths files say.
+palvor::StreamFiles streamFilesIn(const DataFolder& folder, int count,
+                                  bool zeroOrigin = false);
 palvor::MergeOptions withEngine(palvor::MergeOptions options,
                                 const Engine& engine);
 

@@ -26,9 +26,8 @@ struct Fronted {
       : folder({texts}),
         inputs(texts),
         streams(inputs.text(),
-                palvor::composePaths({folder.root(), "x"}, {folder.root(), "x"},
-                                     {folder.root(), "x"}),
-                static_cast<int>(texts.size()), 8, false, {}, memory, time),
+                streamFilesIn(folder, static_cast<int>(texts.size())), 8, {},
+                memory, time),
         suffixCompare(inputs.text(), true, palvor::Processor::kBest),
         compare(suffixCompare, stretches, streams),
         front(streams, entries, compare, cost) {

@@ -21,11 +21,10 @@ std::string recordBytes(uint32_t input, uint32_t pos) {
 // The streams of a folder's arrays, whatever lengths files it has.
 struct Opened {
   Opened(const DataFolder& folder, const palvor::Collection& text, int count,
-         int capacity, bool zeroOrigin = false)
-      : streams(text,
-                palvor::composePaths({folder.root(), "x"}, {folder.root(), "x"},
-                                     {folder.root(), "x"}),
-                count, capacity, zeroOrigin, {}, memory, time) {}
+         int capacity, bool zeroOrigin = false,
+         std::vector<palvor::Slice> slices = {})
+      : streams(text, streamFilesIn(folder, count, zeroOrigin), capacity,
+                slices, memory, time) {}
 
   palvor::MemoryCount memory;
   palvor::IoTime time;

@@ -49,7 +49,8 @@ void LcpStream::refuseEntry(const SuffixStream& suffixes) const {
       record, path_.c_str());
 }
 
-LcpStreams::LcpStreams(const DataPaths& paths, int count, MemoryCount& memory,
+LcpStreams::LcpStreams(const DataPaths& paths, int count,
+                       std::span<const Slice> slices, MemoryCount& memory,
                        IoTime& time)
     : buffers(int64_t{count} * LcpStream::kBlockEntries,
               "the LCP streams' buffers") {
@@ -58,9 +59,10 @@ LcpStreams::LcpStreams(const DataPaths& paths, int count, MemoryCount& memory,
       Block<LcpEntry>::bytesOf(int64_t{count} * LcpStream::kBlockEntries));
   streams.reserve(static_cast<size_t>(count));
   for (int j = 0; j < count; j++) {
-    streams.emplace_back(paths.lcpFile(j),
-                         buffers.data() + int64_t{j} * LcpStream::kBlockEntries,
-                         time);
+    streams.emplace_back(
+        paths.lcpFile(j),
+        slices.empty() ? 0 : slices[static_cast<size_t>(j)].first,
+        buffers.data() + int64_t{j} * LcpStream::kBlockEntries, time);
   }
 }
 

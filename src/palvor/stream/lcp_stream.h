@@ -7,6 +7,7 @@
 #define PALVOR_STREAM_LCP_STREAM_H_
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -22,17 +23,19 @@ class LcpStream {
  public:
   static constexpr int kBlockEntries = 16384;
 
-  // A stream that reads the file at `path` into a buffer of kBlockEntries
-  // entries. Nothing is read yet. The buffer and `time` must outlive it.
-  LcpStream(std::string path, LcpEntry* buffer, IoTime& time)
+  // A stream that reads the file at `path`, from entry `first` on, into a
+  // buffer of kBlockEntries entries. Nothing is read yet. The buffer and `time`
+  // must outlive it.
+  LcpStream(std::string path, int64_t first, LcpEntry* buffer, IoTime& time)
       : time_(&time),
         path_(std::move(path)),
         buffer_(buffer),
-        next_(buffer + kBlockEntries) {}
+        next_(buffer + kBlockEntries),
+        read_(static_cast<uint32_t>(first)) {}
 
-  // The next entry. Entry 0 is taken together with record 0 of the suffix
-  // stream, entry m with record m, after that record; entry 0 describes no
-  // pair, and its value means nothing. A file that cannot be opened or read,
+  // The next entry. The first is taken together with the first record of the
+  // suffix stream, entry m with record m, after that record; entry 0 describes
+  // no pair, and its value means nothing. A file that cannot be opened or read,
   // that ends before the suffix stream does, or whose entry (but entry 0) has
   // bit 31 set and so holds no length below 2^30 bits, fails.
   LcpEntry take(const SuffixStream& suffixes) {
@@ -61,15 +64,16 @@ class LcpStream {
   std::string path_;
   LcpEntry* buffer_;
   const LcpEntry* next_;
-  uint32_t read_ = 0;  // entries read from the file
+  uint32_t read_;  // number of the entry to be read next
 };
 
 // The LCP streams of a merge; none unless common prefixes are read.
 struct LcpStreams {
   LcpStreams() = default;
-  // Counts the buffers and 20 bytes for each stream.
-  LcpStreams(const DataPaths& paths, int count, MemoryCount& memory,
-             IoTime& time);
+  // Of so many streams, or of their slices if there are any. Counts the buffers
+  // and 20 bytes for each stream.
+  LcpStreams(const DataPaths& paths, int count, std::span<const Slice> slices,
+             MemoryCount& memory, IoTime& time);
 
   bool areRead() const { return !streams.empty(); }
   LcpStream& operator[](int k) { return streams[static_cast<size_t>(k)]; }

@@ -45,7 +45,9 @@ void SuffixStream::expectEnd(const File& file, int64_t end) const {
 
 // Reads the next block into the buffer; returns the bytes read.
 int64_t SuffixStream::readBlock() {
-  const int64_t wanted = kRecordSize * capacity_;
+  const int64_t rest = slice_.first + slice_.count - read_;
+  const int64_t wanted = kRecordSize * std::min<int64_t>(capacity_, rest);
+  if (wanted == 0) return 0;
   const int64_t offset = kRecordSize * read_;
   File opened;
   if (!file_.isOpen()) {
@@ -59,11 +61,17 @@ int64_t SuffixStream::readBlock() {
   if (got < 0) {
     fail("can't read Suffix file %s: %s", path_.c_str(), std::strerror(errno));
   }
-  if (got < wanted) expectEnd(file, offset + got);
+  if (got < wanted) {
+    expectEnd(file, offset + got);
+    if (!isWhole()) {
+      fail("Suffix file %s ends at record %lld, before its slice does",
+           path_.c_str(), static_cast<long long>((offset + got) / kRecordSize));
+    }
+  }
   return got;
 }
 
-// Reads and counts the next block. False at the file's end.
+// Reads and counts the next block. False at the slice's end.
 bool SuffixStream::refill() {
   if (ended_) return false;
   const Suffix last = *current_;
@@ -119,36 +127,39 @@ bool SuffixStream::advanceAnew() {
   return true;
 }
 
-SuffixStreams::SuffixStreams(const Collection& text, const DataPaths& paths,
-                             int count, int capacity, bool zeroOrigin,
-                             const std::vector<uint32_t>& partitions,
+SuffixStreams::SuffixStreams(const Collection& text, const StreamFiles& files,
+                             int capacity, std::span<const Slice> slices,
                              MemoryCount& memory, IoTime& time) {
-  memory.add(int64_t{count} * (zeroOrigin ? 28 : 24));
+  const int count = files.count();
+  memory.add(int64_t{count} * (files.hasOrigins ? 28 : 24));
   memory.add(count * Block<Suffix>::bytesOf(capacity));
+  const auto sliceOf = [&](size_t k) {
+    return slices.empty() ? kWholeArray : slices[k];
+  };
   // One block for all: its pages are had once, and huge where they can be. So
   // buffers that their files can't fill are made no larger than these.
   std::vector<int64_t> begins;
   begins.reserve(static_cast<size_t>(count) + 1);
   int64_t records = 0;
-  for (int j = 0; j < count; j++) {
+  for (int k = 0; k < count; k++) {
     begins.push_back(records += kRoomBefore);
-    const int64_t size = fileSize(paths.arrayFile(j));
+    const int64_t size = slices.empty() ? fileSize(files.path(k)) : -1;
     // With room for one more, the first read meets the end of the file.
-    const int64_t most = size < 0 ? capacity : size / kRecordSize + 1;
+    const int64_t most = !slices.empty() ? sliceOf(static_cast<size_t>(k)).count
+                         : size < 0      ? capacity
+                                         : size / kRecordSize + 1;
     // To a cache line, so that buffers begin with one.
     records += (std::min<int64_t>(capacity, most) + 3) & ~int64_t{3};
   }
   begins.push_back(records + kRoomBefore);
   buffers = Block<Suffix>(records, "the streams' buffers");
   streams.reserve(static_cast<size_t>(count));
-  uint32_t origin = 0;
-  for (size_t j = 0; j < begins.size() - 1; j++) {
-    const int64_t room = begins[j + 1] - kRoomBefore - begins[j];
-    streams.emplace_back(text, paths.arrayFile(static_cast<int>(j)),
-                         buffers.data() + begins[j],
+  for (size_t k = 0; k < begins.size() - 1; k++) {
+    const int64_t room = begins[k + 1] - kRoomBefore - begins[k];
+    streams.emplace_back(text, files.path(static_cast<int>(k)), sliceOf(k),
+                         buffers.data() + begins[k],
                          static_cast<int>(std::min<int64_t>(capacity, room)),
-                         zeroOrigin ? origin : 0, time);
-    origin += 4 * (partitions.empty() ? 1 : partitions[j]);
+                         files.origin(static_cast<int>(k)), time);
   }
 }
 

@@ -1,0 +1,186 @@
+#include "kit/merge.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "kit/empty_folders.h"
+#include "kit/engine_error.h"
+#include "kit/file_error.h"
+#include "kit/folders.h"
+#include "kit/needs.h"
+#include "kit/range_sink.h"
+#include "kit/range_trees.h"
+#include "kit/range_work.h"
+#include "palvor/range/cuts.h"
+#include "palvor/range/ranges.h"
+
+namespace kit {
+namespace {
+
+namespace fs = std::filesystem;
+
+using RangeList = std::vector<std::shared_ptr<const palvor::MergeRange>>;
+
+// So many that the last threads to end wait little for each other.
+constexpr int kRangesPerThread = 8;
+
+constexpr int kMostTreeNodes = 1 << 20;  // palvor's, unless told otherwise
+
+constexpr uint64_t kRecordBytes = sizeof(Suffix) + sizeof(LcpEntry);
+
+int64_t suffixesOf(const RangeList& ranges) {
+  int64_t sum = 0;
+  for (const auto& range : ranges) sum += range->suffixes();
+  return sum;
+}
+
+void removeFile(const std::string& path) {
+  std::error_code failure;
+  fs::remove(path, failure);
+  if (failure) throw FileError(path, failure.message());
+}
+
+// What an earlier run has left: it must not be taken for a part of this one's.
+void removeTrees(const std::string& output) {
+  removeFile(output + ".stdiv");
+  for (int t = 0; fs::exists(fmt::format("{}_{}.stree", output, t)); t++) {
+    removeFile(fmt::format("{}_{}.stree", output, t));
+  }
+}
+
+class Merging {
+ public:
+  explicit Merging(const MergeCommand& command)
+      : command_(command), merger_(command.places) {}
+
+  void run();
+
+ private:
+  uint64_t sinkBytes() const;
+  int treeNodes() const;
+  void stateNeeds() const;
+  void mergeArray();
+  void mergeTrees();
+
+  const MergeCommand& command_;
+  RangeMerger merger_;
+  RangeList ranges_;
+  MemoryShares shares_;
+};
+
+int Merging::treeNodes() const {
+  return command_.treeNodes != 0 ? command_.treeNodes
+                                 : static_cast<int>(std::clamp<uint32_t>(
+                                       merger_.longest(), 2, kMostTreeNodes));
+}
+
+// A tree and its path.
+uint64_t Merging::sinkBytes() const {
+  return command_.trees
+             ? sizeof(TreeNode) * static_cast<uint64_t>(treeNodes()) +
+                   (uint64_t{1} << 20)
+             : 0;
+}
+
+void Merging::stateNeeds() const {
+  const auto suffixes = static_cast<uint64_t>(suffixesOf(ranges_));
+  std::string needs =
+      fmt::format("palvor-kit: {} suffixes in {} ranges, {} of memory",
+                  roundNumber(suffixes), ranges_.size(),
+                  roundBytes(shares_.total(command_.means.jobs)));
+  if (!command_.trees) {
+    const uint64_t disk = kRecordBytes * suffixes;
+    needs += fmt::format(", {} on disk", roundBytes(disk));
+    const auto free = freeSpace(merger_.outputFolder());
+    if (free && *free < disk) {
+      throw std::runtime_error(fmt::format(
+          "{}: No space left: {} are needed, {} are free",
+          merger_.outputFolder(), roundBytes(disk), roundBytes(*free)));
+    }
+  }
+  fmt::print(stderr, "{}\n", needs);
+}
+
+void Merging::run() {
+  const int jobs = command_.means.jobs;
+  const int wanted = command_.ranges != 0 ? command_.ranges
+                     : jobs == 1          ? 1
+                                          : kRangesPerThread * jobs;
+  EmptyFolders made(merger_.outputFolder());
+  createFolders(merger_.outputFolder());
+  const std::vector<uint64_t> cuts =
+      callEngine([&] { return palvor::chooseCuts(merger_.files(), wanted); });
+  shares_ = shareMemory({merger_.stringBytes(), merger_.files().count(),
+                         cuts.size() + 1, sinkBytes()},
+                        command_.places.readLcps, command_.means);
+  merger_.load();
+  for (palvor::MergeRange& range : callEngine([&] {
+         return palvor::cutRanges(merger_.files(), merger_.strings(), cuts);
+       })) {
+    ranges_.push_back(
+        std::make_shared<const palvor::MergeRange>(std::move(range)));
+  }
+  stateNeeds();
+  merger_.findLikes(command_.means.memory - shares_.total(jobs));
+  command_.trees ? mergeTrees() : mergeArray();
+  made.keep();
+}
+
+void Merging::mergeArray() {
+  const std::string& output = merger_.output();
+  const int64_t suffixes = suffixesOf(ranges_);
+  // Older than the array, as if palvor had emptied it.
+  OutputFile dividers(output + ".stdiv");
+  OutputFile suffixFile(output + ".stpsa");
+  OutputFile entryFile(output + ".stlcp");
+  suffixFile.allocate(sizeof(Suffix) * static_cast<uint64_t>(suffixes));
+  entryFile.allocate(sizeof(LcpEntry) * static_cast<uint64_t>(suffixes));
+  std::vector<int64_t> firsts = {0};
+  for (const auto& range : ranges_) {
+    firsts.push_back(firsts.back() + range->suffixes());
+  }
+  const ArrayFiles files = {suffixFile, entryFile};
+  RangeWork work("merging", ranges_.size(), static_cast<uint64_t>(suffixes));
+  work.run(command_.means.jobs, [&] {
+    const auto buffers = std::make_shared<RangeBuffers>(shares_.outputRecords);
+    return [&, buffers](size_t r) {
+      const palvor::MergeRange& range = *ranges_[r];
+      RangeSink sink(files, {firsts[r], range.suffixes(), range.entry},
+                     *buffers, [&](uint64_t done) { work.advance(done); });
+      merger_.merge(ranges_[r], shares_, sink);
+    };
+  });
+  removeFile(output + ".stpsa");
+  removeFile(output + ".stlcp");
+  removeTrees(output);
+  entryFile.commit();
+  dividers.commit();
+  suffixFile.commit();
+}
+
+void Merging::mergeTrees() {
+  RangeTrees trees(merger_, ranges_.size(), treeNodes());
+  RangeWork work("merging", ranges_.size(),
+                 static_cast<uint64_t>(suffixesOf(ranges_)));
+  work.run(command_.means.jobs, [&] {
+    return [&](size_t r) {
+      trees.make(r, ranges_[r], shares_,
+                 [&](uint64_t done) { work.advance(done); });
+    };
+  });
+  removeTrees(merger_.output());
+  trees.commit();
+}
+
+}  // namespace
+
+void merge(const MergeCommand& command) { Merging(command).run(); }
+
+}  // namespace kit

@@ -1,0 +1,26 @@
+// Merges a data folder in ranges, by several threads, into the files that
+// palvor writes.
+
+#ifndef PALVOR_KIT_MERGE_H_
+#define PALVOR_KIT_MERGE_H_
+
+#include "kit/range_merger.h"
+
+namespace kit {
+
+struct MergeCommand {
+  MergePlaces places;
+  MergeMeans means;
+  int ranges = 0;  // 0: as many as suit the threads
+  bool trees = false;
+  int treeNodes = 0;  // records of a tree; 0: as palvor's
+};
+
+// Writes the merged array and its LCP array, byte for byte what palvor -a -l
+// writes, or suffix tree partitions, of which a range never shares one with
+// another. Files get their names when all are whole. Throws std::exception.
+void merge(const MergeCommand& command);
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_MERGE_H_

@@ -1,0 +1,37 @@
+#include "kit/range_work.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "kit/workers.h"
+
+namespace kit {
+
+void RangeWork::run(int jobs, const std::function<Worker()>& makeWorker) {
+  runWorkers(jobs, [&] {
+    try {
+      const Worker worker = makeWorker();
+      for (size_t range = next_++; range < ranges_; range = next_++) {
+        if (failed_) return false;
+        worker(range);
+      }
+    } catch (...) {
+      failed_ = true;
+      throw;
+    }
+    return false;
+  });
+}
+
+void RangeWork::advance(uint64_t suffixes) {
+  // What the first one threw is thrown on, and not this.
+  if (failed_) throw std::runtime_error("another thread failed");
+  const std::lock_guard lock(mutex_);
+  done_ += suffixes;
+  const uint64_t percent = suffixes_ == 0 ? 100 : done_ * 100 / suffixes_;
+  progress_.show(fmt::format("palvor-kit: {}, {}%{}", what_, percent,
+                             timeLeft(begun_, done_, suffixes_)));
+}
+
+}  // namespace kit

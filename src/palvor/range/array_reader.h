@@ -1,0 +1,57 @@
+// Records of a suffix array read here and there, without a stream.
+
+#ifndef PALVOR_RANGE_ARRAY_READER_H_
+#define PALVOR_RANGE_ARRAY_READER_H_
+
+#include <bit>
+#include <cstdint>
+#include <string>
+
+#include "palvor/format/suffix.h"
+#include "palvor/io/files.h"
+#include "palvor/stream/stream_files.h"
+#include "palvor/text/collection.h"
+
+namespace palvor {
+
+// A suffix's first 32 characters, packed: ordered as the suffixes are.
+inline uint64_t orderedKey(const Suffix& suffix) {
+  return static_cast<uint64_t>(suffix.prefix0) << 32 | suffix.prefix1;
+}
+
+class ArrayReader {
+ public:
+  // Opens stream k's array. Fails if it cannot be opened or examined, is no
+  // regular file, or holds more records than a stream can.
+  ArrayReader(const StreamFiles& files, int k);
+
+  int64_t size() const { return size_; }  // records
+
+  // The key of a record that is there. Nothing of it is tested.
+  uint64_t keyAt(int64_t record) const;
+
+  // The first record from `from` on whose key is not below `key`, by halving;
+  // size() if there is none. In an array that is not in order it is some record
+  // from `from` on.
+  int64_t lowerBound(uint64_t key, int64_t from) const;
+
+  // A record that is there, its input moved to the stream's origin. Fails if it
+  // names an input or a position that the strings don't have.
+  Suffix suffixAt(int64_t record, const Collection& text) const;
+
+  // Reads records that are there, untested.
+  void read(int64_t first, int count, Suffix* to) const;
+
+  // What suffixAt does to a record that was read.
+  Suffix tested(Suffix suffix, int64_t record, const Collection& text) const;
+
+ private:
+  std::string path_;
+  uint32_t origin_;
+  File file_;
+  int64_t size_ = 0;
+};
+
+}  // namespace palvor
+
+#endif  // PALVOR_RANGE_ARRAY_READER_H_

@@ -1,0 +1,31 @@
+// Where to cut the merged order into even ranges.
+//
+// A cut is a key, the first 32 characters of suffixes: it lies before all
+// suffixes whose key is not below it. So suffixes of equal text are never
+// parted, and a key that alone has more suffixes than a range should have stays
+// in one.
+
+#ifndef PALVOR_RANGE_CUTS_H_
+#define PALVOR_RANGE_CUTS_H_
+
+#include <cstdint>
+#include <vector>
+
+#include "palvor/stream/stream_files.h"
+
+namespace palvor {
+
+// At most `ranges` - 1 cuts, ascending, all different and above 0; fewer where
+// keys have too many suffixes. They are chosen by a sample of each array, at
+// even distances: `kSamples` * `ranges` records of it, but no more than
+// `kMostSamples` of all arrays, and 8 of each at least. With m samples of an
+// array of n records, the suffixes before a cut are as many as there should be,
+// give or take n / 2m for each array, and the suffixes of one key.
+//
+// Looks at nothing but the prefix words of the sample. Fails if an array cannot
+// be read.
+std::vector<uint64_t> chooseCuts(const StreamFiles& files, int ranges);
+
+}  // namespace palvor
+
+#endif  // PALVOR_RANGE_CUTS_H_
