@@ -13,4 +13,10 @@ void createFolders(const std::string& path) {
   if (failure) throw FileError(path, failure.message());
 }
 
+void removeFile(const std::string& path) {
+  std::error_code failure;
+  std::filesystem::remove(path, failure);
+  if (failure) throw FileError(path, failure.message());
+}
+
 }  // namespace kit

@@ -26,6 +26,8 @@ int run(int argc, char** argv) {
   app.require_subcommand(1);
   kit::addPrepare(app);
   kit::addMerge(app);
+  kit::addPlan(app);
+  kit::addJoin(app);
   kit::addCheck(app);
   kit::addSimulate(app);
   kit::addView(app);
