@@ -137,6 +137,10 @@ goals() {
     at-least 5
   goal "scratch to merge: pan16" "$(u pan16 scratch)" "$(u pan16 merge)" \
     at-least 1.2
+  for name in staph5 strains12; do
+    goal "scratch to merge: $name" "$(u $name scratch)" "$(u $name merge)" \
+      at-least 1
+  done
   goal "plain to merge: k4096" "$(u k4096 plain)" "$(u k4096 merge)" \
     at-least 25
   goal "plain to merge: pan1024" "$(u pan1024 plain)" "$(u pan1024 merge)" \
@@ -146,7 +150,7 @@ goals() {
     sort -g)
   if [ "$(wc -w <<<"$sims")" = 4 ]; then
     goal "dearest to cheapest of 8 genomes at 0.1% to 0 divergence" \
-      "$(tail -n 1 <<<"$sims")" "$(head -n 1 <<<"$sims")" at-most 1.8
+      "$(tail -n 1 <<<"$sims")" "$(head -n 1 <<<"$sims")" at-most 1.5
   fi
   goal "runA to rand2" "$(u runA merge)" "$(u rand2 merge)" at-most 10
   goal "tandem to rand2" "$(u tandem merge)" "$(u rand2 merge)" at-most 10
@@ -196,7 +200,7 @@ for name in "${sets[@]}"; do
     ecoli3)
       measure_set "$name" merge trees copy scratch bare prepare prepare-lcp
       ;;
-    rand2 | pan16) measure_set "$name" merge trees copy scratch ;;
+    rand2 | pan16 | strains12 | staph5) measure_set "$name" merge trees copy scratch ;;
     pan1024 | k4096) measure_set "$name" merge copy scratch plain ;;
     *) measure_set "$name" merge copy scratch ;;
   esac

@@ -10,6 +10,8 @@
 #   pan16    16 descendants of one ancestor of 2 million characters, at 0.1%
 #   sim1e-3  8 descendants of one ancestor of 500,000 characters, at 0.1%;
 #            sim1e-4, sim1e-5: fewer mutations; sim0: none
+#   strains12  the FASTA files (*.fna.gz) in the folder that PALVOR_STRAINS
+#            names, such as complete genomes of one species; left out without it
 #   runA     a million A
 #   tandem   300 characters, 3,000 times over
 #   pan1024  1,024 descendants of one ancestor of 2,000 characters, at 0.1%
@@ -26,7 +28,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/dependencies.sh
 
 all=(rand2 ecoli3 staph5 pan16 sim1e-3 sim1e-4 sim1e-5 sim0 runA tandem pan1024
-  k2 k16 k64 k256 k1024 k4096)
+  strains12 k2 k16 k64 k256 k1024 k4096)
 data=${PALVOR_BENCH_DATA:-build/bench-data}
 kit=build/release/kit/palvor-kit
 
@@ -62,6 +64,13 @@ sequences() {
     staph5)
       genomes "$dir" $ragout/S.Aureus/references/{COL,JKD6008,N315}.fasta.gz \
         $ragout/S.Aureus/references/{RF122,USA300_FPR3757}.fasta.gz
+      ;;
+    strains12)
+      [ -n "${PALVOR_STRAINS-}" ] || return 1
+      local file
+      for file in "$PALVOR_STRAINS"/*.fna.gz; do
+        zcat "$file" >"$dir/$(basename "$file" .fna.gz).fa" || return 1
+      done
       ;;
     pan16) simulate "$dir" 16 2000000 0.001 ;;
     sim*) simulate "$dir" 8 500000 "${name#sim}" ;;

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "kit/folder_writer.h"
 #include "kit/needs.h"
 #include "kit/suffix_sorter.h"
 
@@ -33,7 +34,8 @@ ArrayMaker::ArrayMaker(const DataFolder& folder, PsaText psa,
                        const ArrayFormat& format,
                        HugeBuffer<uint32_t> positions,
                        const MemoryLimits& limits, size_t threads)
-    : psa_(std::move(psa)),
+    : folder_(folder),
+      psa_(std::move(psa)),
       finder_(psa_),
       buckets_(psa_, finder_, chunksOf(psa_, threads)),
       budget_(psa_.characters),
@@ -44,9 +46,9 @@ ArrayMaker::ArrayMaker(const DataFolder& folder, PsaText psa,
 size_t ArrayMaker::beginStage() {
   switch (stage_) {
     case Stage::kBegin:
-      stage_ = Stage::kCount;
-      return buckets_.chunks();
-    case Stage::kCount:
+      stage_ = Stage::kStringsAndCount;
+      return 1 + buckets_.chunks();
+    case Stage::kStringsAndCount:
       buckets_.sumUp();
       if (psa_.characters >= kSomeLength &&
           buckets_.largest() > psa_.characters / kLargestShare) {
@@ -113,8 +115,12 @@ size_t ArrayMaker::beginWhole() {
 
 size_t ArrayMaker::run(size_t task, SortBuffers& buffers) {
   switch (stage_) {
-    case Stage::kCount:
-      buckets_.count(task);
+    case Stage::kStringsAndCount:
+      if (task == 0) {
+        writeStrings(folder_, psa_);
+      } else {
+        buckets_.count(task - 1);
+      }
       return 0;
     case Stage::kSpread:
       buckets_.spread(task, held_.first, held_.second, positions_.data());

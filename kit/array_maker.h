@@ -1,5 +1,5 @@
-// Makes the files of one suffix array, in stages, each of tasks that threads
-// may share out.
+// Makes the files of one suffix array and of its strings, in stages, each of
+// tasks that threads may share out.
 //
 // The suffixes are spread over buckets, in ranges of buckets if their positions
 // may not all be held at once; then the buckets are sorted and written, each to
@@ -42,7 +42,7 @@ struct MemoryLimits {
 
 class ArrayMaker {
  public:
-  // Creates the array's files.
+  // Creates the array's files. The folder must outlive the maker.
   //   positions  memory for the positions; to be taken back at the end
   //   threads    that will share the work
   // Throws std::exception, as all functions but takeBack.
@@ -68,7 +68,7 @@ class ArrayMaker {
   HugeBuffer<uint32_t> takeBack() { return std::move(positions_); }
 
  private:
-  enum class Stage { kBegin, kCount, kSpread, kSort, kWhole, kEnd };
+  enum class Stage { kBegin, kStringsAndCount, kSpread, kSort, kWhole, kEnd };
 
   using Range = std::pair<size_t, size_t>;  // of buckets; the end is not in it
 
@@ -78,6 +78,7 @@ class ArrayMaker {
   size_t sortBuckets(const Range& group, SortBuffers& buffers);
   size_t sortWhole(RecordBlock& block);
 
+  const DataFolder& folder_;
   PsaText psa_;
   InputFinder finder_;
   PositionBuckets buckets_;

@@ -1,5 +1,7 @@
 #include "kit/array_writer.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <stdexcept>
 #include <string>
@@ -12,9 +14,9 @@ LcpEntry entryOf(uint64_t bits, uint32_t restBefore, uint32_t rest) {
   const bool ended = bits >= shorter;
   if (ended) bits = shorter;
   if (bits >= static_cast<uint64_t>(kLcpLimit)) {
-    throw std::runtime_error("two suffixes share " + std::to_string(bits / 2) +
-                             " characters: an LCP entry holds less than " +
-                             std::to_string(kLcpLimit / 2));
+    throw std::runtime_error(fmt::format(
+        "two suffixes share {} characters: an LCP entry holds less than {}",
+        bits / 2, kLcpLimit / 2));
   }
   return makeLcpEntry(static_cast<int>(bits), ended ? 0 : 1);
 }

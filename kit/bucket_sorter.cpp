@@ -29,7 +29,7 @@ void BucketSorter::sortKeys(const uint32_t* words,
     keys[i] = (text << bits & ~indexMask) | i;
     if (tailMask != 0) tails_[i] = static_cast<uint32_t>(text & tailMask);
   }
-  sorter_(keys, count, hwy::SortAscending());
+  sorter_(keys, count);
   const uint64_t start = static_cast<uint64_t>(bucket) << (64 - bits);
   for (size_t i = 0; i < count; i++) {
     const size_t index = keys[i] & indexMask;

@@ -7,14 +7,13 @@
 #ifndef PALVOR_KIT_BUCKET_SORTER_H_
 #define PALVOR_KIT_BUCKET_SORTER_H_
 
-#include <hwy/contrib/sort/vqsort.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 #include "kit/input_finder.h"
+#include "kit/key_sorter.h"
 #include "kit/psa_text.h"
 #include "kit/repeat_budget.h"
 #include "kit/tie_breaker.h"
@@ -44,7 +43,7 @@ class BucketSorter {
   void sortKeys(const uint32_t* words, std::span<const uint32_t> positions,
                 size_t bits, size_t bucket);
 
-  hwy::Sorter sorter_;
+  KeySorter sorter_;
   TieBuffers tieBuffers_;
   std::vector<uint64_t> texts_;
   std::vector<uint32_t> tails_;  // by index: the text that no key has room for

@@ -3,14 +3,18 @@
 #include <archive.h>
 #include <archive_entry.h>
 #include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <exception>
 #include <span>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -20,7 +24,7 @@ namespace {
 constexpr size_t kBlockBytes = size_t{256} * 1024;
 
 [[noreturn]] void failOn(const std::string& path, const std::string& reason) {
-  throw std::runtime_error(sourceName(path) + ": " + reason);
+  throw std::runtime_error(fmt::format("{}: {}", sourceName(path), reason));
 }
 
 // The file as it is stored, in blocks, with a look at its first bytes.
@@ -31,7 +35,7 @@ class StoredFile {
         path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor_ < 0) {
       throw std::system_error(errno, std::generic_category(),
-                              "can't open " + path);
+                              fmt::format("can't open {}", path));
     }
   }
 
@@ -56,6 +60,34 @@ class StoredFile {
     return true;
   }
 
+  bool beginsWithOneOf(std::string_view characters) {
+    if (filled_ == 0) readMore();
+    return filled_ > 0 && characters.find(block_[0]) != std::string_view::npos;
+  }
+
+  // Writes the next bytes of the file to `buffer`; returns their number, 0 at
+  // its end.
+  size_t read(char* buffer, size_t capacity) {
+    size_t got = std::min(filled_, capacity);
+    if (got > 0) {
+      std::memcpy(buffer, block_.data(), got);
+      std::memmove(block_.data(), block_.data() + got, filled_ - got);
+      filled_ -= got;
+    } else {
+      got = readTo(buffer, capacity);
+    }
+    handedOut_ += got;
+    return got;
+  }
+
+  // The size of a regular file, else 0.
+  size_t size() const {
+    struct stat status = {};
+    const bool regular =
+        ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+    return regular ? static_cast<size_t>(status.st_size) : 0;
+  }
+
   // The next bytes of the file, valid until the next call; none at its end.
   std::span<char> nextBlock() {
     if (filled_ == 0) readMore();
@@ -70,16 +102,21 @@ class StoredFile {
 
  private:
   size_t readMore() {
+    const size_t got = readTo(block_.data() + filled_, block_.size() - filled_);
+    filled_ += got;
+    return got;
+  }
+
+  size_t readTo(char* buffer, size_t capacity) const {
     ssize_t got = 0;
     do {
-      got =
-          ::read(descriptor_, block_.data() + filled_, block_.size() - filled_);
+      got = ::read(descriptor_, buffer, capacity);
     } while (got < 0 && errno == EINTR);
     if (got < 0) {
-      throw std::system_error(errno, std::generic_category(),
-                              sourceName(path_) + ": can't be read");
+      throw std::system_error(
+          errno, std::generic_category(),
+          fmt::format("{}: can't be read", sourceName(path_)));
     }
-    filled_ += static_cast<size_t>(got);
     return static_cast<size_t>(got);
   }
 
@@ -114,6 +151,8 @@ class GzipSource : public ByteSource {
         return 0;
       }
       if (!inMember_) {
+        skipPadding();
+        if (stream_.avail_in == 0) continue;
         inflateReset(&stream_);
         inMember_ = true;
       }
@@ -124,8 +163,9 @@ class GzipSource : public ByteSource {
         throw std::bad_alloc();
       } else if (status != Z_OK) {
         failOn(file_->path(),
-               std::string("damaged gzip data: ") +
-                   (stream_.msg != nullptr ? stream_.msg : "no valid data"));
+               fmt::format("damaged gzip data: {}", stream_.msg != nullptr
+                                                        ? stream_.msg
+                                                        : "no valid data"));
       }
     }
     return wanted - stream_.avail_out;
@@ -141,12 +181,41 @@ class GzipSource : public ByteSource {
     return !block.empty();
   }
 
+  // Zeros after a member fill a block of some medium, and mean nothing.
+  void skipPadding() {
+    while (stream_.avail_in > 0 && *stream_.next_in == 0) {
+      stream_.next_in++;
+      stream_.avail_in--;
+    }
+  }
+
   std::unique_ptr<StoredFile> file_;
   z_stream stream_{};
   bool inMember_ = false;
 };
 
-// Everything else, plain files included, comes through libarchive.
+// Text that is none that any of the others could begin with.
+class PlainSource : public ByteSource {
+ public:
+  explicit PlainSource(std::unique_ptr<StoredFile> file)
+      : file_(std::move(file)), size_(file_->size()) {}
+
+  size_t read(char* buffer, size_t capacity) override {
+    return file_->read(buffer, capacity);
+  }
+
+  size_t storedBytes() const override { return file_->handedOut(); }
+
+  size_t bytesAhead() const override {
+    return size_ - std::min(size_, storedBytes());
+  }
+
+ private:
+  std::unique_ptr<StoredFile> file_;
+  size_t size_;
+};
+
+// Everything else comes through libarchive.
 class ArchiveSource : public ByteSource {
  public:
   explicit ArchiveSource(std::unique_ptr<StoredFile> file)
@@ -218,8 +287,8 @@ class ArchiveSource : public ByteSource {
     if (readFailure_) std::rethrow_exception(readFailure_);
     const char* reason = archive_error_string(archive_.get());
     failOn(file_->path(),
-           std::string("damaged or incomplete compressed data: ") +
-               (reason != nullptr ? reason : "no reason given"));
+           fmt::format("damaged or incomplete compressed data: {}",
+                       reason != nullptr ? reason : "no reason given"));
   }
 
   std::unique_ptr<StoredFile> file_;
@@ -240,6 +309,9 @@ std::unique_ptr<ByteSource> openByteSource(const std::string& path) {
   auto file = std::make_unique<StoredFile>(path);
   if (file->beginsWith(kGzipMagic)) {
     return std::make_unique<GzipSource>(std::move(file));
+  }
+  if (file->beginsWithOneOf(">@\n\r")) {
+    return std::make_unique<PlainSource>(std::move(file));
   }
   return std::make_unique<ArchiveSource>(std::move(file));
 }

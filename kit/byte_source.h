@@ -3,7 +3,8 @@
 //
 // gzip (and so bgzf), bzip2, xz and zstd are recognized by their first bytes,
 // whatever the file is called. A file made of several compressed streams, one
-// after the other, reads as their contents joined. Checksums are verified.
+// after the other, reads as their contents joined; zeros after a gzip or xz
+// stream are passed over. Checksums are verified.
 
 #ifndef PALVOR_KIT_BYTE_SOURCE_H_
 #define PALVOR_KIT_BYTE_SOURCE_H_
@@ -32,6 +33,9 @@ class ByteSource {
 
   // Bytes of the file, as it is stored, that were used so far, in blocks.
   virtual size_t storedBytes() const = 0;
+
+  // Bytes that are still to be read, about; 0 if that is not known.
+  virtual size_t bytesAhead() const { return 0; }
 
  protected:
   ByteSource() = default;

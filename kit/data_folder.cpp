@@ -86,7 +86,11 @@ std::string DataFolder::path(const std::string& kind) const {
 }
 
 std::string DataFolder::path(uint64_t number, const std::string& kind) const {
-  return tested(fmt::format("{}{}_{}{}", folder_, prefix_, number, kind));
+  return tested(folder_ + name(number, kind));
+}
+
+std::string DataFolder::name(uint64_t number, const std::string& kind) const {
+  return fmt::format("{}_{}{}", prefix_, number, kind);
 }
 
 std::vector<fs::path> DataFolder::filesThere() const {
@@ -105,7 +109,7 @@ std::vector<fs::path> DataFolder::filesThere() const {
 
 void DataFolder::removeAllBut(const std::set<std::string>& names) const {
   for (const fs::path& file : filesThere()) {
-    if (!names.contains(file.filename().string())) fs::remove(file);
+    if (!names.contains(file.filename().string())) removeFile(file.string());
   }
 }
 

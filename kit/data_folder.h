@@ -31,12 +31,10 @@ class DataFolder {
   std::string path(uint64_t number, const std::string& kind) const;
 
   // The name of a numbered file in the folder.
-  std::string name(uint64_t number, const std::string& kind) const {
-    return prefix_ + "_" + std::to_string(number) + kind;
-  }
+  std::string name(uint64_t number, const std::string& kind) const;
 
   // Removes the files of this prefix whose names in the folder, which must be
-  // there, are not among these.
+  // there, are not among these. Throws FileError.
   void removeAllBut(const std::set<std::string>& names) const;
 
   // Creates the folder, and the directories above it, where missing. If it

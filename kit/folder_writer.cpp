@@ -1,5 +1,7 @@
 #include "kit/folder_writer.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <string>
 
@@ -33,10 +35,9 @@ FolderIndex::FolderIndex(const DataFolder& folder)
 void FolderIndex::add(const PsaText& psa) {
   for (const InputString& input : psa.inputs) {
     const std::string line =
-        std::to_string(inputs_++) + '\t' + std::to_string(psa.number) + '\t' +
-        escapedField(psa.file) + '\t' + escapedField(input.record) + '\t' +
-        std::to_string(input.offset) + '\t' + std::to_string(input.length) +
-        '\t' + (input.reverse ? '-' : '+') + '\n';
+        fmt::format("{}\t{}\t{}\t{}\t{}\t{}\t{}\n", inputs_++, psa.number,
+                    escaped(psa.file), escaped(input.record), input.offset,
+                    input.length, input.reverse ? '-' : '+');
     table_.write(line.data(), line.size());
     lengths_.push_back(static_cast<uint32_t>(input.length));
   }

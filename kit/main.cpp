@@ -1,20 +1,18 @@
 // palvor-kit: makes data folders for palvor, and looks into them.
 
-#include <fmt/format.h>
-
-#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <stdexcept>
 #include <string>
 
 #include "kit/commands.h"
+#include "kit/message.h"
 #include "kit/usage_error.h"
 
 namespace {
 
 int fail(const std::string& reason) {
-  fmt::print(stderr, "palvor-kit: error: {}\n", reason);
+  kit::say("error: " + reason);
   return 1;
 }
 
@@ -24,20 +22,7 @@ int run(int argc, char** argv) {
       "palvor-kit");
   app.set_version_flag("--version", "palvor-kit " PALVOR_VERSION);
   app.require_subcommand(1);
-  kit::addPrepare(app);
-  kit::addMerge(app);
-  kit::addPlan(app);
-  kit::addJoin(app);
-  kit::addCheck(app);
-  kit::addSimulate(app);
-  kit::addView(app);
-  kit::addPangenome(app);
-  kit::addFind(app);
-  kit::addDistance(app);
-  kit::addShared(app);
-  kit::addMarkers(app);
-  kit::addExport(app);
-  kit::addHelp(app);
+  kit::addCommands(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {
     app.parse(argc, argv);

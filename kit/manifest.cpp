@@ -1,6 +1,7 @@
 #include "kit/manifest.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -37,9 +38,8 @@ ManifestEntry entryOf(const std::string& line) {
 }
 
 std::string lineOf(const ManifestEntry& entry) {
-  return entry.name + '\t' + std::to_string(entry.bytes) + '\t' +
-         entry.checksum + '\t' + entry.inputs + '\t' +
-         escapedField(entry.source) + '\n';
+  return fmt::format("{}\t{}\t{}\t{}\t{}\n", entry.name, entry.bytes,
+                     entry.checksum, entry.inputs, escaped(entry.source));
 }
 
 }  // namespace
@@ -116,18 +116,11 @@ void Manifest::append(const std::string& lines, int flags) const {
   const int file =
       ::open(path_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0644);
   if (file < 0) fail("can't create ");
-  size_t done = 0;
-  while (done < lines.size()) {
-    const ssize_t written =
-        ::write(file, lines.data() + done, lines.size() - done);
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) {
-      const int reason = errno;
-      ::close(file);
-      errno = reason;
-      fail("can't write ");
-    }
-    done += static_cast<size_t>(written);
+  if (!writeAll(file, lines)) {
+    const int reason = errno;
+    ::close(file);
+    errno = reason;
+    fail("can't write ");
   }
   if (::close(file) < 0) fail("can't write ");
 }

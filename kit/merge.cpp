@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -13,6 +12,7 @@
 #include "kit/empty_folders.h"
 #include "kit/engine_error.h"
 #include "kit/folders.h"
+#include "kit/message.h"
 #include "kit/needs.h"
 #include "kit/range_sink.h"
 #include "kit/range_trees.h"
@@ -74,10 +74,9 @@ uint64_t Merging::sinkBytes() const {
 
 void Merging::stateNeeds() const {
   const auto suffixes = static_cast<uint64_t>(suffixesOf(ranges_));
-  std::string needs =
-      fmt::format("palvor-kit: {} suffixes in {} ranges, {} of memory",
-                  roundNumber(suffixes), ranges_.size(),
-                  roundBytes(shares_.total(command_.means.jobs)));
+  std::string needs = fmt::format(
+      "{} suffixes in {} ranges, {} of memory", roundNumber(suffixes),
+      ranges_.size(), roundBytes(shares_.total(command_.means.jobs)));
   if (!command_.trees) {
     const uint64_t disk = kRecordBytes * suffixes;
     needs += fmt::format(", {} on disk", roundBytes(disk));
@@ -88,7 +87,7 @@ void Merging::stateNeeds() const {
           merger_.outputFolder(), roundBytes(disk), roundBytes(*free)));
     }
   }
-  fmt::print(stderr, "{}\n", needs);
+  say(needs);
 }
 
 void Merging::run() {

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -14,6 +13,7 @@
 #include "kit/engine_error.h"
 #include "kit/file_error.h"
 #include "kit/folders.h"
+#include "kit/message.h"
 #include "kit/needs.h"
 #include "kit/progress.h"
 #include "kit/range_plan.h"
@@ -135,9 +135,10 @@ void planMerge(const MergePlaces& places, int ranges, bool force) {
     removePlan(merger.output());
     writePlan(merger.output(), plan);
   }
-  fmt::print(stderr, "palvor-kit: {} suffixes in {} ranges, {}, in {}\n",
-             roundNumber(plan.suffixes()), plan.ranges.size(),
-             isThereYet && !force ? "as planned before" : "planned", path);
+  say(fmt::format("{} suffixes in {} ranges, {}, in {}",
+                  roundNumber(plan.suffixes()), plan.ranges.size(),
+                  isThereYet && !force ? "as planned before" : "planned",
+                  path));
 }
 
 void mergePart(const PartCommand& command) {
@@ -151,8 +152,7 @@ void mergePart(const PartCommand& command) {
                                          plan.ranges.size() - 1));
   }
   if (stateOfPart(output, plan, command.range) == PartState::kWhole) {
-    fmt::print(stderr, "palvor-kit: the part of range {} is there\n",
-               command.range);
+    say(fmt::format("the part of range {} is there", command.range));
     return;
   }
   const MemoryShares shares =

@@ -1,9 +1,9 @@
 #include "kit/needs.h"
 
+#include <fmt/format.h>
 #include <sys/statvfs.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <numeric>
@@ -45,10 +45,7 @@ Sample sampleOf(const std::string& file) {
 }
 
 std::string rounded(double number, const char* unit) {
-  char text[64];
-  std::snprintf(text, sizeof text, number < 10 ? "%.1f %s" : "%.0f %s", number,
-                unit);
-  return text;
+  return fmt::format("{:.{}f} {}", number, number < 10 ? 1 : 0, unit);
 }
 
 }  // namespace
@@ -95,14 +92,14 @@ std::string roundNumber(uint64_t number) {
   if (number >= 1'000'000'000) return rounded(value / 1e9, "billion");
   if (number >= 1'000'000) return rounded(value / 1e6, "million");
   if (number >= 10'000) return rounded(value / 1e3, "thousand");
-  return std::to_string(number);
+  return fmt::to_string(number);
 }
 
 std::string roundBytes(uint64_t bytes) {
   const auto value = static_cast<double>(bytes);
   if (bytes >= 1'000'000'000) return rounded(value / 1e9, "GB");
   if (bytes >= 1'000'000) return rounded(value / 1e6, "MB");
-  return std::to_string((bytes + 999) / 1000) + " KB";
+  return fmt::format("{} KB", (bytes + 999) / 1000);
 }
 
 }  // namespace kit

@@ -1,8 +1,8 @@
 #include "kit/ordered_checksum.h"
 
+#include <fmt/format.h>
 #include <xxhash.h>
 
-#include <cstdio>
 #include <fstream>
 #include <new>
 #include <vector>
@@ -11,10 +11,7 @@ namespace kit {
 namespace {
 
 std::string hexadecimal(XXH64_hash_t hash) {
-  char text[20];
-  std::snprintf(text, sizeof text, "%016llx",
-                static_cast<unsigned long long>(hash));
-  return text;
+  return fmt::format("{:016x}", hash);
 }
 
 }  // namespace

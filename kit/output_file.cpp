@@ -14,6 +14,16 @@ constexpr size_t kBufferBytes = 1 << 20;
 
 }  // namespace
 
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    bytes.remove_prefix(static_cast<size_t>(written));
+  }
+  return true;
+}
+
 OutputFile::OutputFile(const std::string& path, const std::string& tag)
     : path_(path), part_(path + (tag.empty() ? "" : "." + tag) + kPartSuffix) {
   descriptor_ =
@@ -41,13 +51,8 @@ void OutputFile::write(const void* bytes, size_t size) {
 }
 
 void OutputFile::flush() {
-  size_t done = 0;
-  while (done < buffer_.size()) {
-    const ssize_t written =
-        ::write(descriptor_, buffer_.data() + done, buffer_.size() - done);
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) fail("can't write ");
-    done += static_cast<size_t>(written);
+  if (!writeAll(descriptor_, {buffer_.data(), buffer_.size()})) {
+    fail("can't write ");
   }
   buffer_.clear();
 }

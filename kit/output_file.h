@@ -6,12 +6,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kit {
 
 // Ends the name of a file that is being written.
 constexpr const char* kPartSuffix = ".part";
+
+// Writes all of it to a descriptor. False, with the reason in errno, if that
+// fails.
+bool writeAll(int descriptor, std::string_view bytes);
 
 class OutputFile {
  public:

@@ -1,10 +1,12 @@
 #include "kit/preparation.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
+#include "kit/folders.h"
 #include "kit/needs.h"
 #include "kit/workers.h"
 
@@ -70,7 +72,7 @@ void Preparation::run() {
     throw std::runtime_error("no A, C, G or T in any of the files");
   }
   for (const std::string& other : manifest_.finish()) {
-    std::filesystem::remove(folder_.path() + "/" + other);
+    removeFile(folder_.path() + "/" + other);
   }
   index_.commit();
 }
@@ -89,7 +91,7 @@ bool Preparation::turn(SortBuffers& buffers) {
       runTask(lock, *array, buffers);
     } else if (!texts_.empty() && mayBegin()) {
       begin(lock);
-    } else if (ended_ && texts_.empty() && arrays_.empty()) {
+    } else if (ended_ && texts_.empty() && charactersInWork_ == 0) {
       return false;
     } else {
       changed_.wait(lock);
@@ -102,7 +104,7 @@ bool Preparation::turn(SortBuffers& buffers) {
 // Whether memory is to be had for the next text's positions.
 bool Preparation::mayBegin() const {
   const size_t most = kCharactersPerThread * static_cast<size_t>(plan_.jobs);
-  return arrays_.empty() ||
+  return charactersInWork_ == 0 ||
          charactersInWork_ + texts_.front().characters <= most;
 }
 
@@ -142,15 +144,10 @@ void Preparation::begin(std::unique_lock<std::mutex>& lock) {
     spare_.pop_back();
   }
   lock.unlock();
-  writeStrings(folder_, psa);
-  const std::vector<std::string> names = namesOf(psa);
-  const std::string inputs = manifest_.resumed() ? checksumOfInputs(psa) : "";
-  if (manifest_.resumed() &&
-      std::all_of(names.begin(), names.end(), [&](const std::string& name) {
-        return manifest_.stands(name, inputs);
-      })) {
+  if (stands(psa)) {
+    writeStrings(folder_, psa);
     lock.lock();
-    for (const std::string& name : names) manifest_.keep(name);
+    for (const std::string& name : namesOf(psa)) manifest_.keep(name);
     resumed_++;
     charactersDone_ += psa.characters;
     charactersInWork_ -= psa.characters;
@@ -165,6 +162,16 @@ void Preparation::begin(std::unique_lock<std::mutex>& lock) {
   Array& added = *array;
   arrays_.push_back(std::move(array));
   enterStage(lock, added);
+}
+
+// Whether an interrupted run has left the text's array.
+bool Preparation::stands(const PsaText& psa) const {
+  if (!manifest_.resumed()) return false;
+  const std::string inputs = checksumOfInputs(psa);
+  const std::vector<std::string> names = namesOf(psa);
+  return std::all_of(names.begin(), names.end(), [&](const std::string& name) {
+    return manifest_.stands(name, inputs);
+  });
 }
 
 void Preparation::runTask(std::unique_lock<std::mutex>& lock, Array& array,

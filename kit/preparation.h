@@ -73,6 +73,7 @@ class Preparation {
   Array* arrayWithTasks();
   void readNext(std::unique_lock<std::mutex>& lock);
   void begin(std::unique_lock<std::mutex>& lock);
+  bool stands(const PsaText& psa) const;
   void runTask(std::unique_lock<std::mutex>& lock, Array& array,
                SortBuffers& buffers);
   void enterStage(std::unique_lock<std::mutex>& lock, Array& array);
@@ -95,7 +96,7 @@ class Preparation {
   bool failed_ = false;        // a thread threw: all others are to end
   std::deque<PsaText> texts_;  // read, and waiting
   std::vector<std::unique_ptr<Array>> arrays_;  // in work, in order
-  size_t charactersInWork_ = 0;
+  size_t charactersInWork_ = 0;  // of arrays begun and not yet complete
   uint64_t charactersDone_ = 0;
   size_t resumed_ = 0;
   const std::chrono::steady_clock::time_point begun_ =

@@ -1,5 +1,7 @@
 #include "kit/psa_source.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -30,6 +32,7 @@ bool PsaSource::next(PsaText& psa) {
       reader_ = std::make_unique<SequenceReader>(files_[fileIndex_]);
       fileGaveInput_ = false;
       fileLetters_ = 0;
+      if (!rules_.psaPerRecord) reserve(psa);
     }
     psa.file = files_[fileIndex_];
     while (reader_->nextRecord()) {
@@ -41,6 +44,13 @@ bool PsaSource::next(PsaText& psa) {
     if (found) return true;
   }
   return false;
+}
+
+// Makes room for all of the current file, so that the text need not move.
+void PsaSource::reserve(PsaText& psa) const {
+  const size_t words =
+      reader_->bytesAhead() / kCharactersPerWord * (rules_.bothStrands ? 2 : 1);
+  psa.words.reserve(std::min(words, kMostWords));
 }
 
 // Sums up the current file, and leaves it. Unknown characters (N) may be most
@@ -57,9 +67,9 @@ void PsaSource::endFile() {
   }
   if (fileLetters_ >= kWorthJudging && 2 * codes > fileLetters_) {
     throw std::runtime_error(
-        sourceName(files_[fileIndex_]) + ": of " +
-        std::to_string(fileLetters_) + " letters " + std::to_string(codes) +
-        " are ambiguous: this is probably protein, not DNA");
+        fmt::format("{}: of {} letters {} are ambiguous: this is probably "
+                    "protein, not DNA",
+                    sourceName(files_[fileIndex_]), fileLetters_, codes));
   }
   if (!fileGaveInput_) summary_.emptyFiles++;
   reader_.reset();
@@ -73,8 +83,8 @@ bool PsaSource::finish(PsaText& psa) {
   psa.firstInput = static_cast<uint32_t>(summary_.inputs);
   summary_.inputs += psa.inputs.size();
   if (summary_.inputs > kMostInputs) {
-    throw std::runtime_error(psa.file + ": more inputs than " +
-                             std::to_string(kMostInputs));
+    throw std::runtime_error(
+        fmt::format("{}: more inputs than {}", psa.file, kMostInputs));
   }
   for (const InputString& input : psa.inputs) psa.characters += input.length;
   summary_.characters += psa.characters;
@@ -98,10 +108,10 @@ void PsaSource::readRecord(PsaText& psa) {
       const size_t ambiguous = next - clean;
       if (ambiguous > 0) {
         if (rules_.ambiguous == Ambiguous::kError) {
-          throw std::runtime_error(reader_->located(
-              "character " + std::to_string(offset + clean) + " of record '" +
-              reader_->name() + "' is '" + reader_->firstAmbiguous() +
-              "', which is ambiguous (see --ambiguous)"));
+          throw std::runtime_error(reader_->located(fmt::format(
+              "character {} of record '{}' is '{}', which is ambiguous (see "
+              "--ambiguous)",
+              offset + clean, reader_->name(), reader_->firstAmbiguous())));
         }
         summary_.ambiguous += ambiguous;
         skip = skip || rules_.ambiguous == Ambiguous::kSkipRecord;
@@ -135,19 +145,17 @@ void PsaSource::addCharacters(PsaText& psa, std::string_view run,
   appendPacked(psa.words, input.length, run);
   input.length += run.size();
   if (input.length > kLongestInput) {
-    throw std::runtime_error(reader_->located("an input of more than " +
-                                              std::to_string(kLongestInput) +
-                                              " characters"));
+    throw std::runtime_error(reader_->located(
+        fmt::format("an input of more than {} characters", kLongestInput)));
   }
   testSize(psa);
 }
 
 void PsaSource::testSize(const PsaText& psa) const {
   if (psa.words.size() + kGapWords > kMostWords) {
-    throw std::runtime_error(reader_->located(
-        "more than " + std::to_string(kMostWords) +
-        " packed words for one suffix array" +
-        (rules_.psaPerRecord ? "" : " (see --psa-per record)")));
+    throw std::runtime_error(reader_->located(fmt::format(
+        "more than {} packed words for one suffix array{}", kMostWords,
+        rules_.psaPerRecord ? "" : " (see --psa-per record)")));
   }
 }
 

@@ -55,6 +55,7 @@ class PsaSource {
   size_t filesRead() const { return fileIndex_; }
 
  private:
+  void reserve(PsaText& psa) const;
   void readRecord(PsaText& psa);
   void addCharacters(PsaText& psa, std::string_view run, uint64_t offset);
   void endFile();

@@ -1,7 +1,8 @@
 #include "kit/sequence_reader.h"
 
+#include <fmt/format.h>
+
 #include <array>
-#include <cstdio>
 #include <cstring>
 #include <stdexcept>
 
@@ -62,13 +63,9 @@ bool isSpace(char c) {
 
 std::string describeByte(char c) {
   const auto byte = static_cast<unsigned char>(c);
-  char text[16];
-  if (byte > ' ' && byte < 0x7f) {
-    std::snprintf(text, sizeof(text), "'%c'", c);
-  } else {
-    std::snprintf(text, sizeof(text), "byte 0x%02x", byte);
-  }
-  return text;
+  const bool printable = byte > ' ' && byte < 0x7f;
+  return printable ? fmt::format("'{}'", c)
+                   : fmt::format("byte 0x{:02x}", byte);
 }
 
 }  // namespace
@@ -77,7 +74,7 @@ SequenceReader::SequenceReader(const std::string& path)
     : path_(path), source_(openByteSource(path)), buffer_(kBufferBytes) {}
 
 std::string SequenceReader::located(const std::string& reason) const {
-  return sourceName(path_) + ":" + std::to_string(line_) + ": " + reason;
+  return fmt::format("{}:{}: {}", sourceName(path_), line_, reason);
 }
 
 void SequenceReader::fail(const std::string& reason) const {
@@ -143,11 +140,12 @@ bool SequenceReader::nextRecord() {
     line_++;
     const std::string found = describeByte(static_cast<char>(first));
     if (format_ == Format::kUnknown) {
-      fail("neither FASTA nor FASTQ: begins with " + found +
-           " instead of '>' or '@'");
+      fail(fmt::format(
+          "neither FASTA nor FASTQ: begins with {} instead of '>' or '@'",
+          found));
     }
-    fail(std::string("expected a record that begins with '") +
-         (format_ == Format::kFasta ? ">" : "@") + "', found " + found);
+    fail(fmt::format("expected a record that begins with '{}', found {}",
+                     format_ == Format::kFasta ? '>' : '@', found));
   }
   readHeader();
   inSequence_ = true;
@@ -167,8 +165,8 @@ void SequenceReader::readHeader() {
       // Only the last byte of a line can be the '\r' of a Windows line end.
       if (sawReturn) fail("a carriage return within a line");
       sawReturn = c == '\r';
-      if (isSpace(c)) nameEnded = true;
-      if (!nameEnded) name_ += c;
+      if (isSpace(c)) nameEnded = !name_.empty();
+      if (!nameEnded && !isSpace(c)) name_ += c;
     }
     if (name_.size() > kLongestName) fail("a record name of over 64 KiB");
   } while (midLine_);
@@ -227,8 +225,8 @@ std::string_view SequenceReader::normalize(std::string_view piece) {
 // Says what a character is that no sequence may hold, and whether the text
 // around it, as far as it is in the buffer, looks like protein.
 void SequenceReader::refuse(std::string_view piece, char found) const {
-  std::string reason =
-      describeByte(found) + " in the sequence of record '" + name_ + "'";
+  std::string reason = fmt::format("{} in the sequence of record '{}'",
+                                   describeByte(found), name_);
   const std::string_view more(buffer_.data() + begin_, end_ - begin_);
   size_t letters = 0, foreign = 0;
   const auto judge = [&](std::string_view text) {
@@ -242,9 +240,10 @@ void SequenceReader::refuse(std::string_view piece, char found) const {
   judge(piece);
   judge(more);
   if (foreign * kForeignShare > letters) {
-    reason += "; of " + std::to_string(letters) + " letters " +
-              std::to_string(foreign) +
-              " stand for no nucleotide: this is probably protein, not DNA";
+    reason += fmt::format(
+        "; of {} letters {} stand for no nucleotide: this is probably protein, "
+        "not DNA",
+        letters, foreign);
   }
   fail(reason);
 }
@@ -253,7 +252,8 @@ void SequenceReader::refuse(std::string_view piece, char found) const {
 // lines are counted, not recognized: '@' and '+' are quality characters too.
 void SequenceReader::finishFastqRecord() {
   std::string_view piece;
-  if (peek() < 0) fail("FASTQ record '" + name_ + "' ends without '+'");
+  if (peek() < 0)
+    fail(fmt::format("FASTQ record '{}' ends without '+'", name_));
   do {
     if (!nextPiece(&piece)) break;
   } while (midLine_);
@@ -264,14 +264,15 @@ void SequenceReader::finishFastqRecord() {
     for (char c : piece) {
       if (isSpace(c)) continue;
       if (c < '!' || c > '~') {
-        fail(describeByte(c) + " in the quality of record '" + name_ + "'");
+        fail(fmt::format("{} in the quality of record '{}'", describeByte(c),
+                         name_));
       }
       qualities++;
     }
   }
   if (qualities != recordLength_) {
-    fail("FASTQ record '" + name_ + "' has " + std::to_string(recordLength_) +
-         " characters and " + std::to_string(qualities) + " qualities");
+    fail(fmt::format("FASTQ record '{}' has {} characters and {} qualities",
+                     name_, recordLength_, qualities));
   }
 }
 

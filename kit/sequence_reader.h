@@ -42,7 +42,7 @@ class SequenceReader {
   // end of the file; a file without any record has none from the start.
   bool nextRecord();
 
-  // The first word of the record's header line, without '>' or '@'.
+  // The first word behind the '>' or '@' of the record's header line.
   const std::string& name() const { return name_; }
 
   // The next characters of the record's sequence, all of one line; empty at
@@ -58,6 +58,9 @@ class SequenceReader {
 
   // Bytes of the file, as it is stored, that were used so far, in blocks.
   uint64_t storedBytes() const { return source_->storedBytes(); }
+
+  // Bytes of text that are still to be read, about; 0 if that is not known.
+  uint64_t bytesAhead() const { return source_->bytesAhead(); }
 
   // Number of the line that was read last, from 1.
   uint64_t line() const { return line_; }

@@ -1,6 +1,6 @@
 #include "kit/suffix_run.h"
 
-#include <cstdio>
+#include <fmt/format.h>
 
 namespace kit {
 
@@ -33,11 +33,12 @@ std::optional<Step> SuffixRun::take(const Place& place, const std::string& file,
                                     uint64_t record) {
   taken_++;
   if (!strings_.has(place)) {
-    faults_.add(file, record, "there is no " + describe(place));
+    faults_.add(file, record, fmt::format("there is no {}", describe(place)));
     return std::nullopt;
   }
   if (!met_.meet(place)) {
-    faults_.add(file, record, describe(place) + " is there a second time");
+    faults_.add(file, record,
+                fmt::format("{} is there a second time", describe(place)));
   }
   Step step = {true, 0, false};
   if (previous_) {
@@ -52,8 +53,8 @@ std::optional<Step> SuffixRun::take(const Place& place, const std::string& file,
             : restBefore <= rest;
     if (!rises) {
       faults_.add(file, record,
-                  describe(place) + " sorts before " + describe(*previous_) +
-                      ", which stands before it");
+                  fmt::format("{} sorts before {}, which stands before it",
+                              describe(place), describe(*previous_)));
     }
   }
   previous_ = place;
@@ -61,15 +62,7 @@ std::optional<Step> SuffixRun::take(const Place& place, const std::string& file,
 }
 
 std::string describe(const Place& place) {
-  return "suffix " + std::to_string(place.pos) + " of input " +
-         std::to_string(place.input);
-}
-
-std::string hex(uint64_t word) {
-  char text[20];
-  std::snprintf(text, sizeof text, "%08llX",
-                static_cast<unsigned long long>(word));
-  return text;
+  return fmt::format("suffix {} of input {}", place.pos, place.input);
 }
 
 }  // namespace kit

@@ -64,9 +64,6 @@ class SuffixRun {
 // "suffix 12 of input 3"
 std::string describe(const Place& place);
 
-// A prefix word, "8F400000".
-std::string hex(uint64_t word);
-
 }  // namespace kit
 
 #endif  // PALVOR_KIT_SUFFIX_RUN_H_

@@ -1,34 +1,25 @@
-// Fields of tables whose lines end with a newline and whose fields are parted
-// by tabs.
+// The fields of tables, whose lines end with a newline and whose fields are
+// parted by tabs.
 
 #ifndef PALVOR_KIT_TABLE_FIELDS_H_
 #define PALVOR_KIT_TABLE_FIELDS_H_
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace kit {
 
-// The text with tabs, newlines and backslashes written as \t, \n and double
-// backslashes.
-inline std::string escapedField(const std::string& text) {
-  std::string result;
-  for (const char c : text) {
-    switch (c) {
-      case '\t':
-        result += "\\t";
-        break;
-      case '\n':
-        result += "\\n";
-        break;
-      case '\\':
-        result += "\\\\";
-        break;
-      default:
-        result += c;
-    }
-  }
-  return result;
-}
+// Appends the text as a field: its tabs, newlines and backslashes are written
+// \t, \n and double backslashes.
+void appendEscaped(std::string& line, std::string_view text);
+
+// The text so written.
+std::string escaped(std::string_view text);
+
+// The text that a field was written from; nothing if it ends with a single
+// backslash.
+std::optional<std::string> unescaped(std::string_view field);
 
 }  // namespace kit
 

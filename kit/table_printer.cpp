@@ -6,27 +6,10 @@
 #include <utility>
 
 #include "kit/json.h"
+#include "kit/table_fields.h"
 
 namespace kit {
 namespace {
-
-void appendEscaped(std::string& line, const std::string& text) {
-  if (text.find_first_of("\t\n\\") == std::string::npos) {
-    line += text;
-    return;
-  }
-  for (const char c : text) {
-    if (c == '\t') {
-      line += "\\t";
-    } else if (c == '\n') {
-      line += "\\n";
-    } else if (c == '\\') {
-      line += "\\\\";
-    } else {
-      line += c;
-    }
-  }
-}
 
 void append(std::string& line, const Cell& cell) {
   if (const auto* number = std::get_if<uint64_t>(&cell)) {
@@ -50,12 +33,6 @@ void set(Json& object, const std::string& column, const Cell& cell) {
 }
 
 }  // namespace
-
-std::string escaped(const std::string& text) {
-  std::string result;
-  appendEscaped(result, text);
-  return result;
-}
 
 TablePrinter::TablePrinter(std::vector<std::string> columns, bool json)
     : columns_(std::move(columns)), json_(json) {

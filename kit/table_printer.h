@@ -13,12 +13,9 @@
 
 namespace kit {
 
-// Nothing, a number (of fractions 12 digits are printed), or text. Between
-// tabs, a text's own tabs, line ends and backslashes are written \t, \n and \\.
+// Nothing, a number (of fractions 12 digits are printed), or text, which is
+// escaped (table_fields.h) between tabs.
 using Cell = std::variant<std::monostate, uint64_t, double, std::string>;
-
-// The text so written.
-std::string escaped(const std::string& text);
 
 class TablePrinter {
  public:

@@ -3,8 +3,11 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <optional>
+#include <utility>
 
 #include "kit/file_error.h"
+#include "kit/table_fields.h"
 
 namespace kit {
 
@@ -40,18 +43,9 @@ uint64_t TableReader::number() {
 }
 
 std::string TableReader::text() {
-  std::string result;
-  bool escape = false;
-  for (const char c : field()) {
-    if (!escape && c == '\\') {
-      escape = true;
-      continue;
-    }
-    result += !escape ? c : c == 't' ? '\t' : c == 'n' ? '\n' : c;
-    escape = false;
-  }
-  if (escape) fail("ends within an escaped character");
-  return result;
+  std::optional<std::string> result = unescaped(field());
+  if (!result) fail("ends within an escaped character");
+  return *std::move(result);
 }
 
 void TableReader::fail(const std::string& reason) const {

@@ -85,7 +85,7 @@ void TieBreaker::settleByKeys(std::span<uint32_t> positions, size_t depth,
   for (size_t i = 0; i < count; i++) {
     keys[i] = (charactersAt(words_, positions[i] + depth) & ~indexMask) | i;
   }
-  sorter_(keys.data(), count, hwy::SortAscending());
+  sorter_(keys.data(), count);
   buffers_.positions.assign(positions.begin(), positions.end());
   positions[0] = buffers_.positions[keys[0] & indexMask];
   for (size_t i = 1; i < count; i++) {

@@ -3,14 +3,13 @@
 #ifndef PALVOR_KIT_TIE_BREAKER_H_
 #define PALVOR_KIT_TIE_BREAKER_H_
 
-#include <hwy/contrib/sort/vqsort.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 #include "kit/input_finder.h"
+#include "kit/key_sorter.h"
 #include "kit/psa_text.h"
 #include "kit/repeat_budget.h"
 #include "kit/suffix_comparer.h"
@@ -28,8 +27,7 @@ class TieBreaker {
  public:
   // All of these must outlive the tie breaker.
   TieBreaker(const PsaText& psa, const InputFinder& finder,
-             RepeatBudget& budget, const hwy::Sorter& sorter,
-             TieBuffers& buffers)
+             RepeatBudget& budget, const KeySorter& sorter, TieBuffers& buffers)
       : words_(psa.words.data()),
         finder_(finder),
         budget_(budget),
@@ -56,7 +54,7 @@ class TieBreaker {
   const uint32_t* words_;
   const InputFinder& finder_;
   RepeatBudget& budget_;
-  const hwy::Sorter& sorter_;
+  const KeySorter& sorter_;
   TieBuffers& buffers_;
   SuffixComparer comparer_;
 };

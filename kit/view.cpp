@@ -12,6 +12,7 @@
 #include "kit/record_file.h"
 #include "kit/records.h"
 #include "kit/standard_output.h"
+#include "kit/table_fields.h"
 #include "kit/table_printer.h"
 #include "kit/tree_drawing.h"
 

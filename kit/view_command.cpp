@@ -1,5 +1,7 @@
 // The command line of palvor-kit view.
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cctype>
 #include <memory>
@@ -16,7 +18,7 @@ std::string refuseSigns(const std::string& number) {
   const bool digits =
       std::all_of(number.begin(), number.end(),
                   [](unsigned char c) { return std::isdigit(c) != 0; });
-  return digits ? "" : "'" + number + "' is not a number from 0 on";
+  return digits ? "" : fmt::format("'{}' is not a number from 0 on", number);
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include "kit/answers/occurrence.h"
 #include "kit/answers/pangenome_statistics.h"
 #include "kit/standard_output.h"
+#include "kit/table_fields.h"
 #include "kit/table_printer.h"
 
 namespace kit {

@@ -16,6 +16,7 @@
 #include "kit/answers/unique_matches.h"
 #include "kit/json.h"
 #include "kit/standard_output.h"
+#include "kit/table_fields.h"
 #include "kit/table_printer.h"
 
 namespace kit {

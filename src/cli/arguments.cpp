@@ -70,6 +70,7 @@ constexpr NumberOption kNumberOptions[] = {
 
 // What an option letter leaves waiting for the next argument: at most one.
 struct Pending {
+  char letter = 0;
   const char* Arguments::*text = nullptr;
   int Arguments::*number = nullptr;
   bool any() const { return text != nullptr || number != nullptr; }
@@ -90,12 +91,18 @@ bool takeOption(char letter, const char* program, Arguments& arguments,
   }
   for (const NumberOption& option : kNumberOptions) {
     if (option.letter != letter) continue;
+    pending.letter = letter;
     pending.number = option.number;
     return true;
   }
   if (letter != 'h') return false;
   sayUsage(program);
   return true;
+}
+
+// Whether a decimal number is all of the text.
+bool endsThere(const char* text, const char* end) {
+  return end != text && *end == '\0';
 }
 
 std::string orDefault(const char* given, const char* otherwise) {
@@ -117,7 +124,12 @@ Arguments scanArguments(int argc, char** argv) {
         fail("Error: unrecognized option '%s'", argument);
       }
     } else if (pending.number != nullptr) {
-      arguments.*pending.number = numberOf(argument);
+      const Number number = numberOf(argument);
+      arguments.*pending.number = number.value;
+      if (number.odd) {
+        arguments.oddNumbers.push_back(
+            {pending.letter, argument, number.value});
+      }
       pending.number = nullptr;
     } else if (pending.text != nullptr) {
       arguments.*pending.text = argument;
@@ -161,6 +173,9 @@ void sayOptions(const Arguments& arguments) {
     none = false;
   }
   std::fputs(none ? "none\n" : "\n", stderr);
+  for (const OddNumber& odd : arguments.oddNumbers) {
+    say("WARNING: %s\n", odd.told().c_str());
+  }
   if (arguments.indexes != nullptr) say("WARNING: J option unimplemented!\n");
 }
 
@@ -188,16 +203,25 @@ palvor::MergeOptions mergeOptionsOf(const Arguments& arguments) {
   return options;
 }
 
-int numberOf(const char* text) {
+std::string OddNumber::told() const {
+  return std::string("-") + letter + " " + text + " is read as " +
+         std::to_string(number);
+}
+
+Number numberOf(const char* text) {
+  char* end = nullptr;
   if (text[0] == '2' && text[1] == '^') {
-    const long shift = std::strtol(text + 2, nullptr, 10);
-    return static_cast<int>(1U << (static_cast<unsigned long>(shift) & 31));
+    const long shift = std::strtol(text + 2, &end, 10);
+    const int value =
+        static_cast<int>(1U << (static_cast<unsigned long>(shift) & 31));
+    return {value, shift < 0 || shift > 30 || !endsThere(text + 2, end)};
   }
-  const double value = std::strtod(text, nullptr);
-  if (std::isnan(value)) return 0;
-  if (value >= INT_MAX) return INT_MAX;
-  if (value <= INT_MIN) return INT_MIN;
-  return static_cast<int>(value);
+  const double value = std::strtod(text, &end);
+  if (std::isnan(value)) return {0, true};
+  // A fraction is cut off, which nobody needs to be told.
+  if (value >= INT_MAX + 1.0) return {INT_MAX, true};
+  if (value <= INT_MIN - 1.0) return {INT_MIN, true};
+  return {static_cast<int>(value), !endsThere(text, end)};
 }
 
 }  // namespace cli

@@ -5,6 +5,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <limits>
+#include <utility>
 
 #include "palvor/format/suffix.h"
 #include "palvor/format/tree_node.h"
@@ -40,17 +41,19 @@ void say(const char* format, ...) {
   va_end(arguments);
 }
 
-void sayError(const palvor::Error& error) {
+void sayError(const palvor::Error& error, const std::string& hint) {
   if (!error.file().empty()) {
     say("%s: %s\n", error.file().c_str(), error.reason().c_str());
   }
+  if (!hint.empty()) say("%s\n", hint.c_str());
   std::fputs("## ERROR: ", stderr);
   std::fflush(stderr);
   std::fprintf(stderr, "%s\n", error.what());
 }
 
-Report::Report(bool quiet)
+Report::Report(bool quiet, std::string oddBuffers)
     : quiet_(quiet),
+      oddBuffers_(std::move(oddBuffers)),
       processorStart_(palvor::processorTime().milliseconds),
       wallStart_(palvor::wallMilliseconds()) {}
 
@@ -62,10 +65,9 @@ void Report::inputsKnown(const palvor::InputSummary& inputs) {
 }
 
 void Report::buffersTooSmall() {
-  if (quiet_) return;
   say("WARNING: an input buffer holds no record of %d bytes: nothing will be "
-      "merged (see -m and -M)\n",
-      static_cast<int>(sizeof(palvor::Suffix)));
+      "merged (see -m and -M%s)\n",
+      static_cast<int>(sizeof(palvor::Suffix)), oddBuffers_.c_str());
 }
 
 void Report::ready(const palvor::BufferSummary& buffers) {

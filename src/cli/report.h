@@ -4,6 +4,7 @@
 #define PALVOR_CLI_REPORT_H_
 
 #include <cstdint>
+#include <string>
 
 #include "palvor/merge.h"
 
@@ -12,14 +13,16 @@ namespace cli {
 // Writes "# " and the formatted message, which brings its own line end.
 [[gnu::format(printf, 1, 2)]] void say(const char* format, ...);
 
-// Says what failed: a line for the file that is to blame, if there is one, and
-// the error.
-void sayError(const palvor::Error& error);
+// Says what failed: a line for the file that is to blame, if there is one, one
+// that may help, if there is one, and the error.
+void sayError(const palvor::Error& error, const std::string& hint = "");
 
-// The lines of a merge. With `quiet` there are none.
+// The lines of a merge. With `quiet` there are none but the warning that
+// nothing will be merged.
 class Report final : public palvor::MergeObserver {
  public:
-  explicit Report(bool quiet);
+  //   oddBuffers  what may be wrong with the sizes of the buffers, or ""
+  Report(bool quiet, std::string oddBuffers);
 
   void inputsKnown(const palvor::InputSummary& inputs) override;
   void buffersTooSmall() override;
@@ -33,6 +36,7 @@ class Report final : public palvor::MergeObserver {
 
  private:
   bool quiet_;
+  std::string oddBuffers_;
   // Readings at the start of the run, in milliseconds.
   int64_t processorStart_;
   int64_t wallStart_;

@@ -3,7 +3,9 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <functional>
+#include <new>
 #include <optional>
 #include <span>
 #include <utility>
@@ -103,14 +105,6 @@ DataPaths pathsOf(const MergeOptions& options) {
   return composePaths(options.input, options.arrays, options.output);
 }
 
-bool usesStretches(const MergeOptions& options) {
-  return options.usePrefixKeys && !options.walkOnly;
-}
-
-Stretches stretchesOf(const Collection& strings) {
-  return buildStretches(std::span(strings.data(), strings.inputs()));
-}
-
 // Takes the smallest suffixes one by one, and the next of their streams, as
 // long as there are streams in this ordering.
 template <typename Order>
@@ -200,6 +194,7 @@ class Run {
   Lengths lengths_;
   BufferSummary buffers_ = {};
   std::shared_ptr<const Collection> text_;
+  std::shared_ptr<const Stretches> stretches_;
   MergeState state_;
   const TreeSink* trees_ = nullptr;  // if the sink is one
 };
@@ -220,6 +215,11 @@ void Run::readInputs() {
               ? options_.strings
               : std::make_shared<const Collection>(
                     paths_, lengths_.bits, options_.mapStrings, memory_, time_);
+  stretches_ = options_.stretches;
+  const bool areOfUse =
+      inputs.streams > 1 && options_.usePrefixKeys && !options_.walkOnly;
+  if (!areOfUse) stretches_ = std::make_shared<const Stretches>();
+  if (stretches_ == nullptr) stretches_ = findStretches(*text_);
 }
 
 // None if the streams are read whole.
@@ -271,12 +271,7 @@ MergeReport Run::mergeInto(const std::function<Sink&()>& makeSink) {
   Cost cost;
   SuffixCompare suffixCompare(*text_, options_.usePrefixKeys,
                               options_.processor);
-  std::shared_ptr<const Stretches> stretches = options_.stretches;
-  if (stretches == nullptr || !usesStretches(options_)) {
-    stretches = std::make_shared<const Stretches>(
-        usesStretches(options_) ? stretchesOf(*text_) : Stretches());
-  }
-  StreamCompare compare(suffixCompare, *stretches, streams);
+  StreamCompare compare(suffixCompare, *stretches_, streams);
   Front front(streams, entries, compare, cost);
   // The current suffix of each stream, and its place in the ordering.
   memory_.add(int64_t{count} * (options_.heap ? 8 + 4 : 8 + 12));
@@ -321,15 +316,18 @@ MergeReport Run::mergeInto(const std::function<Sink&()>& makeSink) {
 }
 
 MergeReport Run::intoFiles() {
-  // If it fails, creating the first file in it says so.
-  mkdir(paths_.outputFolder.c_str(), 0755);
+  // If it fails, creating the first file in it does, too.
+  const bool unmade =
+      mkdir(paths_.outputFolder.c_str(), 0755) != 0 && errno != EEXIST;
+  const Blame folder = unmade ? blameSystem(paths_.outputFolder) : Blame{};
   readInputs();
   RecordWriter dividers(paths_.dividers, time_);
   std::optional<ArraySink> array;
   std::optional<TreeSink> trees;
   MergeReport report = mergeInto([&]() -> Sink& {
     if (!dividers.create()) {
-      fail(dividers.blame(), "can't open ST dividers file %s for writing",
+      fail(unmade ? folder : dividers.blame(),
+           "can't open ST dividers file %s for writing",
            paths_.dividers.c_str());
     }
     if (options_.array) {
@@ -372,10 +370,13 @@ std::shared_ptr<const Collection> loadStrings(const MergeOptions& options) {
       memory, time);
 }
 
-std::shared_ptr<const Stretches> findStretches(const MergeOptions& options,
-                                               const Collection& strings) {
-  if (!usesStretches(options)) return nullptr;
-  return std::make_shared<const Stretches>(stretchesOf(strings));
+std::shared_ptr<const Stretches> findStretches(const Collection& strings) {
+  try {
+    return std::make_shared<const Stretches>(
+        buildStretches(std::span(strings.data(), strings.inputs())));
+  } catch (const std::bad_alloc&) {
+    return std::make_shared<const Stretches>();
+  }
 }
 
 StreamFiles streamFilesOf(const MergeOptions& options) {

@@ -50,7 +50,7 @@ int runPalvor(Words words, size_t caseBytes, palvor::MergeOptions& options) {
         cli::scanArguments(static_cast<int>(words.size()), pointers.data());
     if (!arguments.quiet) cli::sayOptions(arguments);
     options = cli::mergeOptionsOf(arguments);
-    cli::Report report(arguments.quiet);
+    cli::Report report(arguments.quiet, "");
     const palvor::MergeReport merged = palvor::merge(options, report);
     report.finished(merged);
     testRequest(merged.memory, caseBytes);

@@ -47,6 +47,12 @@ TEST(CommandLine, HelpsInEitherOrder) {
   }
 }
 
+TEST(CommandLine, MayBeWrongWhereNoMessageCanBeWritten) {
+  const Outcome run = runKit(
+      {"chek"}, {.under = {"sh", "-c", "exec \"$@\" 2> /dev/full", "sh"}});
+  EXPECT_EQ(run.status, 1);
+}
+
 TEST(CommandLine, NamesTheWrongWordAndTheNearestRightOne) {
   const std::pair<const char*, const char*> cases[] = {
       {"chek data/ coli", "there is no command 'chek'; did you mean 'check'?"},

@@ -98,6 +98,12 @@ TEST_F(PrepareErrors, IncludeOutputThatCannotBeWritten) {
   std::filesystem::create_directories(folder_.path("a/x.ST/x_0.stpsa.part/f"));
   expectError({"-o", folder_.path("a"), "-p", "x", good_}, "x.ST");
 
+  // What an interrupted run left, and cannot be removed.
+  folder_.write("b/x.ST/x.manifest.tsv", "");
+  std::filesystem::create_directories(folder_.path("b/x.ST/x_0.stpsa/f"));
+  expectError({"--force", "-o", folder_.path("b"), "-p", "x", good_},
+              folder_.path("b/x.ST/x_0.stpsa") + ": Directory not empty\n");
+
   const Outcome unsaid =
       runKit({"prepare", "-o", folder_.path("full"), "-p", "x", good_},
              {.output = "/dev/full"});

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -43,7 +44,8 @@ TEST_F(Prepare, WritesTheseBytes) {
   const std::string b = folder_.write("b\t\\.fa", ">y z\nAC\nNA\n");
   const Outcome outcome = prepare({a, b}, "--lcp");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(outcome.out, "palvor " + folder_.path("out/") + " x -a -l -Z\n");
+  EXPECT_EQ(outcome.out,
+            "palvor " + folder_.path("out/") + " x -p x-array -a -l -Z\n");
 
   const std::string root = folder_.path("");
   const Files want = {
@@ -75,7 +77,7 @@ TEST_F(Prepare, CountsInputsFromZeroInEachArrayWhenTold) {
   const std::string a = folder_.write("a", ">x\nC\n");
   const std::string b = folder_.write("b", ">y\nG\n>z\nA\n");
   EXPECT_EQ(prepare({a, b, b}, "--zero-origin").out,
-            "palvor " + folder_.path("out/") + " x -a -l -z\n");
+            "palvor " + folder_.path("out/") + " x -p x-array -a -l -z\n");
   Files found = files();
   EXPECT_EQ(found["x.stplengths"], bytesOf({1, 2, 2}));
   EXPECT_EQ(found["x_1.stpsa"],
@@ -205,6 +207,30 @@ TEST_F(Prepare, WritesTheSameForAnyNumberOfJobs) {
   }
 }
 
+// The threads of `trace` that wrote into suffix arrays.
+std::set<std::string> writersIn(const std::string& trace) {
+  std::set<std::string> threads;
+  for (const std::string& line : linesOf(trace)) {
+    if (line.find(" pwrite64(") == std::string::npos) continue;
+    threads.insert(line.substr(0, line.find(' ')));
+  }
+  return threads;
+}
+
+TEST_F(Prepare, SharesOneArrayOutAmongThreads) {
+  const std::string genome = folder_.path("g");
+  runKit(wordsOf("simulate --genomes 1 --length 1000000 --divergence 0 -o " +
+                 genome));
+  const std::string trace = folder_.path("trace");
+  const Outcome traced =
+      prepare({genome + "/genome_0.fa"}, "-j 2",
+              {.under = {"strace", "-f", "-e", "trace=pwrite64", "-o", trace}});
+  const std::set<std::string> writers = writersIn(folder_.read("trace"));
+  if (writers.empty()) GTEST_SKIP() << "system calls cannot be traced here";
+  EXPECT_EQ(traced.status, 0) << traced.err;
+  EXPECT_EQ(writers.size(), 2u);
+}
+
 TEST_F(Prepare, WritesTheSameInLessMemory) {
   const std::string genome = folder_.path("g");
   runKit(wordsOf("simulate --genomes 1 --length 3000000 --divergence 0 -o " +
@@ -241,7 +267,7 @@ TEST_F(Prepare, PrintsTheCommandThatMerges) {
       ASSERT_EQ(made.status, 0) << made.err;
       const Outcome merged = runShell(linesOf(made.out).back());
       ASSERT_EQ(merged.status, 0) << made.out << merged.err;
-      Arguments proof = {"check", spaced, "x y"};
+      Arguments proof = {"check", spaced, "x y", "-p", "x y-array"};
       if (options.ends_with("--zero-origin")) proof.push_back("-z");
       EXPECT_THAT(runKit(proof).out, StartsWith("all right: 6 inputs, "))
           << made.out;

@@ -56,7 +56,7 @@ TEST(SequenceReader, ReadsFastaAndFastq) {
            {">a b c\nACGT\nac\n\ngt\n>b\tx\nT", "a:ACGTACGT b:T"},
            {">a x\r\nAC\r\nGT\r\n\r\n>b\r\nC\r\n", "a:ACGT b:C"},
            {"\n\n>a\n A C\tG \n", "a:ACG"},
-           {">\nA\n> x\nC", ":A :C"},
+           {">\nA\n> x y\nC\n>\r\nG\n> \nT", ":A x:C :G :T"},
            {">a\n>b\n\n>c\nG\n>d", "a: b: c:G d:"},
            {">a\nUuNnRyswKMbdhvX-.*T\n", "a:TTNNNNNNNNNNNNNNNNT"},
            {">a>b\nA", "a>b:A"},
@@ -194,6 +194,23 @@ TEST(CompressedSequence, ReadsAsItsContents) {
           kRecords);
     }
   }
+}
+
+// As blocks of a fixed size are filled up.
+TEST(CompressedSequence, MayBePaddedWithZeros) {
+  const std::string text = kText, zeros(512, '\0');
+  for (const AddFilter add :
+       {archive_write_add_filter_gzip, archive_write_add_filter_xz}) {
+    EXPECT_EQ(outcomeOf(compressed(add, text) + zeros), kRecords);
+    EXPECT_EQ(outcomeOf(compressed(add, text) + std::string(1 << 19, '\0')),
+              kRecords);
+    EXPECT_THAT(outcomeOf(compressed(add, text) + zeros + "ACGT"),
+                StartsWith("error"));
+  }
+  const AddFilter gzip = archive_write_add_filter_gzip;
+  EXPECT_EQ(outcomeOf(compressed(gzip, text.substr(0, 9)) + zeros +
+                      compressed(gzip, text.substr(9)) + '\0'),
+            kRecords);
 }
 
 TEST(CompressedSequence, MustBeComplete) {

@@ -7,6 +7,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "support/program.h"
 #include "support/temporary_folder.h"
@@ -50,6 +51,20 @@ TEST(Formats, ExamplesAreWhatIsWritten) {
   ASSERT_EQ(examples.size(), 11u);
   for (const auto& [file, bytes] : examples) {
     EXPECT_EQ(folder.read(file), bytes) << file;
+  }
+
+  const Outcome traced = runKit({"view", "--data", root + "ex.ST", "--count",
+                                 "2", root + "m.ST/m.stpsa"});
+  std::stringstream page;
+  page << std::ifstream(PALVOR_FORMATS_PAGE).rdbuf();
+  const std::vector<std::string> lines = linesOf(traced.out);
+  ASSERT_EQ(lines.size(), 3u) << traced.err;
+  for (std::string line : lines) {
+    if (const size_t at = line.find(root); at != std::string::npos) {
+      line.erase(at, root.size());
+    }
+    EXPECT_NE(page.str().find("\n    " + line + "\n"), std::string::npos)
+        << line;
   }
 }
 

@@ -18,7 +18,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using testing::_;
 using testing::AnyOf;
+using testing::Contains;
+using testing::ElementsAre;
 using testing::SizeIs;
 using testing::StartsWith;
 
@@ -120,6 +123,27 @@ TEST_F(Message, ForAMissingPositionalValue) {
   EXPECT_EQ(linesOf(runPalvor({"data/", "-a"}).err).back(),
             "## ERROR: Error: the input file prefix is missing (second main "
             "parameter)");
+}
+
+TEST_F(Message, AsksForAMissingSlash) {
+  const DataFolder folder{Collection{{"GATTACA"}}};
+  const std::string bare = folder.root().substr(0, folder.root().size() - 1);
+  const auto lines = [](const std::vector<std::string>& arguments) {
+    const Outcome outcome = runPalvor(arguments);
+    EXPECT_EQ(outcome.status, 1);
+    return linesOf(outcome.err);
+  };
+  const std::string question = "# Did you mean " + folder.root() + " ?";
+  const std::string unfound = bare + "x.ST/x.stlengths";
+  EXPECT_THAT(
+      lines({bare, "x", "-q"}),
+      ElementsAre(_, _, "# " + unfound + ": No such file or directory",
+                  question,
+                  "## ERROR: could not access lengths file " + unfound));
+  EXPECT_THAT(lines({folder.root(), "x", "-S", bare}), Contains(question));
+  // Where that would be no data folder either.
+  EXPECT_THAT(lines({bare, "y", "-q"}), SizeIs(4));
+  EXPECT_THAT(lines({bare + "/z", "x", "-q"}), SizeIs(4));
 }
 
 // No file is made in a folder whose paths would be too long.
@@ -243,6 +267,20 @@ TEST_F(Message, ForOutputs) {
   ends("-a -l", fullDeviceAt("x.stlcp"), "not all output LCPs were written");
   ends("-n 99", fullDeviceAt("x_0.stree"),
        "not all output tree nodes were written: -1 bytes and 16 Nodes");
+}
+
+// Of a write that stops short, and of a folder that cannot be made.
+TEST_F(Message, TellsTheReason) {
+  const DataFolder folder{Collection{{std::string(1000, 'A')}}};
+  const Outcome full = folder.merge("-a -q", {.fileSize = 10'000});
+  EXPECT_EQ(linesOf(full.err).at(2),
+            "# " + folder.path("x.stpsa") + ": File too large");
+  const Outcome unmade = folder.merge("-a -q -o /proc/self/fd/ -p y");
+  EXPECT_EQ(linesOf(unmade.err).at(2),
+            "# /proc/self/fd/y.ST/: No such file or directory");
+  EXPECT_EQ(linesOf(unmade.err).at(3),
+            "## ERROR: can't open ST dividers file /proc/self/fd/y.ST/y.stdiv "
+            "for writing");
 }
 
 TEST_F(Message, ForTooLittleMemory) {

@@ -107,7 +107,7 @@ TEST_F(Statistics, SizeTheBuffers) {
   }
 }
 
-TEST_F(Statistics, WarnOnceEachUnlessQuiet) {
+TEST_F(Statistics, WarnOfOptions) {
   EXPECT_THAT(
       linesWith("-M 15"),
       IsSupersetOf({"# WARNING: an input buffer holds no record of 16 bytes: "
@@ -117,7 +117,16 @@ TEST_F(Statistics, WarnOnceEachUnlessQuiet) {
   const std::vector<std::string> lines = linesWith("-J 1-4,6");
   EXPECT_EQ(lines.at(0), "# merge options: sarray Joption=1-4,6 ");
   EXPECT_EQ(lines.at(1), "# WARNING: J option unimplemented!");
-  EXPECT_THAT(linesWith("-M 15 -J 1 -quiet -l"), ElementsAre());
+  EXPECT_EQ(linesWith("-m 1e4K").at(1), "# WARNING: -m 1e4K is read as 10000");
+  EXPECT_EQ(linesWith("-m 3e9").at(1),
+            "# WARNING: -m 3e9 is read as 2147483647");
+  EXPECT_THAT(linesWith("-m 9e3K -J 1 -quiet -l"), ElementsAre());
+  // What comes out is empty, which nobody may be left to find out.
+  EXPECT_THAT(
+      linesWith("-m 1G -J 1 -quiet -l"),
+      ElementsAre("# WARNING: an input buffer holds no record of 16 bytes: "
+                  "nothing will be merged (see -m and -M; -m 1G is read as "
+                  "1)"));
 }
 
 }  // namespace

@@ -34,25 +34,34 @@ class Scanned {
   cli::Arguments arguments_;
 };
 
-void expectNumber(int number, const std::vector<const char*>& texts) {
-  for (const char* text : texts) EXPECT_EQ(cli::numberOf(text), number) << text;
+void expectNumber(int number, const std::vector<const char*>& texts,
+                  const std::vector<const char*>& oddTexts = {}) {
+  for (const char* text : texts) {
+    EXPECT_EQ(cli::numberOf(text).value, number) << text;
+    EXPECT_FALSE(cli::numberOf(text).odd) << text;
+  }
+  for (const char* text : oddTexts) {
+    EXPECT_EQ(cli::numberOf(text).value, number) << text;
+    EXPECT_TRUE(cli::numberOf(text).odd) << text;
+  }
 }
 
 TEST(Numbers, AreReadAsPowersOrDecimals) {
-  expectNumber(1, {"2^0", "2^32", "2^", "1.99"});
-  expectNumber(2, {"2^33", "2"});
+  expectNumber(1, {"2^0", "1.99"}, {"2^32", "2^"});
+  expectNumber(2, {"2"}, {"2^33"});
   expectNumber(7, {"+7", " 7"});
-  expectNumber(22, {"22^3"});
-  expectNumber(64, {"64K"});
+  expectNumber(22, {}, {"22^3"});
+  expectNumber(64, {"2^6"}, {"64K", "2^6K"});
   expectNumber(1048576, {"2^20"});
   expectNumber(2500000, {"2.5e6"});
   expectNumber(100000000, {"1e8"});
-  expectNumber(0, {"abc", "", "nan"});
+  expectNumber(0, {"0"}, {"abc", "", "nan"});
   expectNumber(-1, {"-1.99"});
-  expectNumber(INT_MAX, {"2147483647", "2147483647.5", "2147483648", "1e300"});
-  expectNumber(INT_MAX, {"inf"});
-  expectNumber(INT_MIN, {"2^-1", "2^31", "2^99999999999999999999"});
-  expectNumber(INT_MIN, {"-2147483648", "-1e300"});
+  expectNumber(1 << 30, {"2^30"});
+  expectNumber(INT_MAX, {"2147483647", "2147483647.5"},
+               {"2147483648", "1e300", "inf"});
+  expectNumber(INT_MIN, {"-2147483648"},
+               {"2^-1", "2^31", "2^99999999999999999999", "-1e300"});
 }
 
 TEST(ArgumentScan, MixesOptionsAndPositionalValues) {

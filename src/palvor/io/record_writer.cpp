@@ -17,8 +17,9 @@ bool RecordWriter::create() {
 
 int64_t RecordWriter::write(const void* records, int64_t bytes) {
   const int64_t written = file_.write(records, bytes, *time_);
-  // A write that stops short leaves no reason behind.
   if (written != bytes) {
+    // A write that stops short leaves no reason behind: the next one tells it.
+    if (errno == 0) file_.write(records, 1, *time_);
     noteFailure(errno != 0 ? std::strerror(errno) : "written in part only");
   }
   return written;

@@ -27,8 +27,8 @@ class Axis {
     uint32_t position;  // in characters; the length at the end
   };
 
-  // Those of the strings that `takePart` says, as far as there is room for them
-  // on an axis of less than 2^32 - 1 positions.
+  // Those of the strings that `takePart` says and that are whole (isWhole), as
+  // far as there is room for them on an axis of less than 2^32 - 1 positions.
   Axis(std::span<const PackedString> strings,
        const std::vector<bool>& takePart) {
     std::vector<uint32_t> order(strings.size());
@@ -40,7 +40,9 @@ class Axis {
     uint64_t base = 0;
     for (const uint32_t input : order) {
       const uint64_t next = base + lengthOf(strings[input]) + 1;
-      if (!takePart[input] || next >= kNowhere) continue;
+      if (!takePart[input] || !isWhole(strings[input]) || next >= kNowhere) {
+        continue;
+      }
       basesByInput_[input] = static_cast<uint32_t>(base);
       strings_.push_back(strings[input]);
       bases_.push_back(static_cast<uint32_t>(base));

@@ -22,6 +22,16 @@ struct PackedString {
 
 inline uint32_t lengthOf(const PackedString& string) { return string.bits / 2; }
 
+// Whether a string is as this system writes it: of whole characters, with zeros
+// behind them up to the end of the trailer. Files may hold others.
+inline bool isWhole(const PackedString& string) {
+  if (string.bits % 2 != 0) return false;
+  const uint32_t rest = string.bits % 32;
+  const uint32_t words = string.bits / 32;
+  if (rest == 0) return string.words[words] == 0;
+  return string.words[words] << rest == 0 && string.words[words + 1] == 0;
+}
+
 // What stands at a position: a character's code and one more, or 0 at the end
 // of the string. Ordered as suffixes are: an end comes before any character.
 inline constexpr uint32_t kEndOfString = 0;
