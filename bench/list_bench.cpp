@@ -49,10 +49,18 @@ Stream makeStream(const RandomInputs& inputs, SuffixCompare& compare,
   return stream;
 }
 
+// Files that are not read, of so many streams of one input each.
+palvor::StreamFiles filesOf(int count) {
+  palvor::Lengths lengths;
+  lengths.characters.resize(static_cast<size_t>(count));
+  lengths.bits.resize(static_cast<size_t>(count));
+  return {{}, lengths, false};
+}
+
 // The list of streams that are in memory instead of in files.
 struct Listed {
   Listed(const RandomInputs& inputs, SuffixCompare& compare, int count)
-      : streams(inputs.text(), {}, count, 1, false, {}, memory, time),
+      : streams(inputs.text(), filesOf(count), 1, {}, memory, time),
         streamCompare(compare, stretches, streams),
         front(streams, entries, streamCompare, cost),
         list(front) {}

@@ -110,9 +110,10 @@ void RangeMerger::load() {
 
 void RangeMerger::findLikes(uint64_t mostBytes) {
   const bool fits = kLikesRatio * stringBytes_ <= mostBytes;
-  options_.stretches =
-      fits ? callEngine([&] { return palvor::findStretches(strings()); })
-           : std::make_shared<const palvor::Stretches>();
+  options_.stretches = fits ? callEngine([&] {
+    return palvor::findStretches(options_, strings());
+  })
+                            : std::make_shared<const palvor::Stretches>();
 }
 
 void RangeMerger::merge(std::shared_ptr<const palvor::MergeRange> range,

@@ -2,6 +2,8 @@
 # Looks the code over without running it (clang-tidy, cppcheck), and watches
 # one small run of each command under valgrind. Installs what that needs first,
 # if something is missing. Takes some minutes.
+# usage: scripts/analyse.sh [FOLDER...], the folders for clang-tidy; all if none
+# are given.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/dependencies.sh
@@ -10,7 +12,8 @@ install_dependencies clang-tidy=clang-tidy cppcheck=cppcheck valgrind=valgrind
 build_preset release
 
 echo "== clang-tidy"
-git ls-files -z 'src/*.cpp' 'kit/*.cpp' |
+if [ $# -eq 0 ]; then set -- src kit; fi
+git ls-files -z "${@/%//*.cpp}" |
   xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/release --quiet \
     --extra-arg=-Wno-ignored-optimization-argument 2>/dev/null
 

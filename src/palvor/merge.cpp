@@ -105,6 +105,19 @@ DataPaths pathsOf(const MergeOptions& options) {
   return composePaths(options.input, options.arrays, options.output);
 }
 
+bool usesStretches(const MergeOptions& options) {
+  return options.usePrefixKeys && !options.walkOnly;
+}
+
+// What is not there for want of memory makes a merge slower, and not wrong.
+Stretches stretchesOf(const Collection& strings) {
+  try {
+    return buildStretches(std::span(strings.data(), strings.inputs()));
+  } catch (const std::bad_alloc&) {
+    return {};
+  }
+}
+
 // Takes the smallest suffixes one by one, and the next of their streams, as
 // long as there are streams in this ordering.
 template <typename Order>
@@ -194,7 +207,6 @@ class Run {
   Lengths lengths_;
   BufferSummary buffers_ = {};
   std::shared_ptr<const Collection> text_;
-  std::shared_ptr<const Stretches> stretches_;
   MergeState state_;
   const TreeSink* trees_ = nullptr;  // if the sink is one
 };
@@ -215,11 +227,6 @@ void Run::readInputs() {
               ? options_.strings
               : std::make_shared<const Collection>(
                     paths_, lengths_.bits, options_.mapStrings, memory_, time_);
-  stretches_ = options_.stretches;
-  const bool areOfUse =
-      inputs.streams > 1 && options_.usePrefixKeys && !options_.walkOnly;
-  if (!areOfUse) stretches_ = std::make_shared<const Stretches>();
-  if (stretches_ == nullptr) stretches_ = findStretches(*text_);
 }
 
 // None if the streams are read whole.
@@ -271,7 +278,12 @@ MergeReport Run::mergeInto(const std::function<Sink&()>& makeSink) {
   Cost cost;
   SuffixCompare suffixCompare(*text_, options_.usePrefixKeys,
                               options_.processor);
-  StreamCompare compare(suffixCompare, *stretches_, streams);
+  std::shared_ptr<const Stretches> stretches = options_.stretches;
+  if (stretches == nullptr || !usesStretches(options_)) {
+    stretches = std::make_shared<const Stretches>(
+        usesStretches(options_) ? stretchesOf(*text_) : Stretches());
+  }
+  StreamCompare compare(suffixCompare, *stretches, streams);
   Front front(streams, entries, compare, cost);
   // The current suffix of each stream, and its place in the ordering.
   memory_.add(int64_t{count} * (options_.heap ? 8 + 4 : 8 + 12));
@@ -370,13 +382,10 @@ std::shared_ptr<const Collection> loadStrings(const MergeOptions& options) {
       memory, time);
 }
 
-std::shared_ptr<const Stretches> findStretches(const Collection& strings) {
-  try {
-    return std::make_shared<const Stretches>(
-        buildStretches(std::span(strings.data(), strings.inputs())));
-  } catch (const std::bad_alloc&) {
-    return std::make_shared<const Stretches>();
-  }
+std::shared_ptr<const Stretches> findStretches(const MergeOptions& options,
+                                               const Collection& strings) {
+  if (!usesStretches(options)) return nullptr;
+  return std::make_shared<const Stretches>(stretchesOf(strings));
 }
 
 StreamFiles streamFilesOf(const MergeOptions& options) {

@@ -56,9 +56,9 @@ struct MergeOptions {
   bool walkOnly = false;      // by walks of the list, whatever is faster
   Processor processor = Processor::kBest;
 
-  // The input strings, if they were loaded before, to be shared.
+  // The input strings, if they were loaded before, to be shared, and what was
+  // found out about them.
   std::shared_ptr<const Collection> strings;
-  // What they have in common, if it was found out before, to be shared, too.
   std::shared_ptr<const Stretches> stretches;
 
   // The range of the merged order that is merged; null: all of it. It is one of
@@ -112,10 +112,10 @@ MergeReport merge(const MergeOptions& options, Sink& sink,
 // Loads the strings that `options` names, for merges to share.
 std::shared_ptr<const Collection> loadStrings(const MergeOptions& options);
 
-// Finds out what strings have in common, which spares merges most of their
-// reading (palvor/text/stretches.h): nothing if they are not alike, or there is
-// no memory for it.
-std::shared_ptr<const Stretches> findStretches(const Collection& strings);
+// Finds out which strings are like others, as a merge with these options does,
+// for merges to share. Null if such a merge does without.
+std::shared_ptr<const Stretches> findStretches(const MergeOptions& options,
+                                               const Collection& strings);
 
 // The suffix arrays that a merge with these options reads. Fails as a merge
 // does if the lengths files cannot be read.

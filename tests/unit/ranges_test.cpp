@@ -71,7 +71,7 @@ void expectRangesAsOne(const Collection& collection) {
   const DataFolder folder(collection);
   palvor::MergeOptions options = optionsFor(folder, 7);
   options.strings = palvor::loadStrings(options);
-  options.stretches = palvor::findStretches(*options.strings);
+  options.stretches = palvor::findStretches(options, *options.strings);
   const Merged whole = mergeToMemory(options);
   std::vector<uint64_t> every = allCuts(whole);
   every.resize(std::min<size_t>(every.size(), 300));

@@ -54,7 +54,7 @@ Anchor AnchorsAhead::lookUp(int k, Ahead& ahead, const Suffix& record) {
     stretches_.prefetchCommonBits(keys[r]);
   }
   // Early for the next time.
-  const int64_t next = std::min<int64_t>(2 * ahead.count, tested);
+  const int64_t next = std::min(int64_t{2} * ahead.count, tested);
   for (int64_t r = ahead.count; r < next; r++) askFirst(ahead.first[r]);
   return {positions[0], keys[0]};
 }

@@ -45,15 +45,15 @@ class BackwardReader {
 // Whether the inputs of two streams are, in turn, the same texts. Then their
 // arrays hold the same suffixes in turn.
 bool EntryOrder::areOfSameStrings(int a, int b) {
-  const auto begin = [&](int k) {
+  const auto firstInput = [&](int k) {
     return files_.firstInputs[static_cast<size_t>(k)];
   };
-  const uint32_t inputs = begin(a + 1) - begin(a);
-  if (begin(b + 1) - begin(b) != inputs) return false;
+  const uint32_t inputs = firstInput(a + 1) - firstInput(a);
+  if (firstInput(b + 1) - firstInput(b) != inputs) return false;
   const uint32_t all = compare_.text().inputs();
   for (uint32_t i = 0; i < inputs; i++) {
-    if (begin(a) + i >= all || begin(b) + i >= all) return false;
-    if (!equal_.areWhole(begin(a) + i, begin(b) + i)) return false;
+    if (firstInput(a) + i >= all || firstInput(b) + i >= all) return false;
+    if (!equal_.areWhole(firstInput(a) + i, firstInput(b) + i)) return false;
   }
   return true;
 }

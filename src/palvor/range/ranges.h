@@ -32,7 +32,7 @@ namespace palvor {
 // that is not there.
 std::vector<MergeRange> cutRanges(const StreamFiles& files,
                                   const Collection& text,
-                                  std::span<const uint64_t> cuts);
+                                  std::span<const uint64_t> keys);
 
 // The suffixes of each of these ranges. Needs no strings, and tests no record.
 std::vector<int64_t> countSuffixes(const StreamFiles& files,
