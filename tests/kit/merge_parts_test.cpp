@@ -107,6 +107,41 @@ TEST(Parts, BecomeWhatOneMergeWrites) {
   }
 }
 
+// Whatever is wrong with a part, its proof or that of its neighbour tells.
+TEST(Parts, AreProvedOneByOne) {
+  const DataFolder folder(relatives(4, 4, "ACGT"));
+  expectDone("plan", folder, "--ranges 3");
+  EXPECT_EQ(kit("check", folder, "--range 0").status, 1);
+  for (const char* range : {"0", "1", "2"}) {
+    expectDone("merge", folder, std::string("--range ") + range);
+  }
+  const auto proof = [&](int range) {
+    return kit("check", folder, "--range " + std::to_string(range));
+  };
+  for (const int range : {0, 1, 2}) {
+    EXPECT_EQ(proof(range).status, 0) << proof(range).out;
+  }
+  EXPECT_THAT(proof(1).out,
+              AllOf(StartsWith("all right: 4 inputs, range 1 of 3, "),
+                    HasSubstr(" suffixes\n")));
+  EXPECT_THAT(proof(3).err, HasSubstr("there is no range 3, only 0 to 2"));
+
+  const std::string part = folder.bytes("x_1.range.stpsa");
+  const std::string entries = folder.bytes("x_1.range.stlcp");
+  std::string wrong = entries;
+  wrong[0] = static_cast<char>(wrong[0] ^ 2);  // the seam
+  folder.write("x_1.range.stlcp", wrong);
+  EXPECT_THAT(proof(1).out, HasSubstr("x_1.range.stlcp: record 0: entry "));
+  folder.write("x_1.range.stlcp", entries.substr(4));
+  EXPECT_THAT(proof(1).out, HasSubstr("records, planned are "));
+  folder.write("x_1.range.stlcp", entries);
+  folder.write("x_1.range.stpsa", part.substr(16) + part.substr(0, 16));
+  EXPECT_THAT(proof(1).out, HasSubstr("x_1.range.st"));
+  EXPECT_EQ(proof(1).status, 1);
+  fs::remove(folder.path("x_1.range.stpsa"));
+  EXPECT_THAT(proof(2).out, HasSubstr("x_1.range.stpsa: No such file"));
+}
+
 TEST(Plans, AreTables) {
   const DataFolder folder({{std::string(20, 'C') + "A", "TTGCA"}});
   const Outcome run = kit("plan", folder, "--ranges 2");
