@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "kit/array_proof.h"
 #include "kit/check_arrays.h"
 #include "kit/check_inputs.h"
 #include "kit/check_leftovers.h"
@@ -17,7 +18,9 @@
 #include "kit/file_error.h"
 #include "kit/json.h"
 #include "kit/progress.h"
+#include "kit/range_plan.h"
 #include "kit/record_file.h"
+#include "kit/records.h"
 #include "kit/standard_output.h"
 #include "kit/suffix_run.h"
 #include "kit/workers.h"
@@ -60,17 +63,42 @@ void checkPart(FaultLog& faults, Part part) {
   }
 }
 
-// Checks arrays side by side; each has inputs of its own.
-void checkInputArrays(const std::vector<ArrayToCheck>& arrays,
-                      const CheckedStrings& strings, FaultLog& faults,
-                      Advance& advance, int jobs) {
+// The suffix that the parts before a range end with, if there is one. Throws
+// FileError if that part is not there.
+std::optional<Place> lastBefore(const std::string& output,
+                                const RangePlan& plan, size_t number,
+                                const CheckedStrings& strings) {
+  while (number > 0) {
+    const uint64_t suffixes = plan.ranges[--number].suffixes;
+    if (suffixes == 0) continue;
+    const std::string path = partPath(output, number) + ".stpsa";
+    const RecordFile<Suffix> file(path);
+    const std::vector<Suffix> last = file.read(suffixes - 1, 1);
+    if (last.empty()) throw FileError(path, "not whole");
+    const Place place = {inputNumber(last[0]), last[0].pos};
+    if (!strings.has(place))
+      throw FileError(path, "its last record is no suffix");
+    return place;
+  }
+  return {};
+}
+
+// Checks arrays. One that is not proved right is looked through again, with a
+// table of all suffixes, to tell what is wrong with it.
+void checkArrays(const std::vector<ArrayToCheck>& arrays,
+                 const CheckedStrings& strings, FaultLog& faults,
+                 Advance& advance, int jobs) {
+  const std::vector<char> right =
+      proveArrays(arrays, strings, jobs, std::ref(advance));
+  if (std::ranges::find(right, 0) == right.end()) return;
   MetSuffixes met(strings);
   std::atomic<size_t> next = 0;
   runWorkers(jobs, [&] {
     const size_t j = next++;
     if (j >= arrays.size()) return false;
+    if (right[j] != 0) return true;
     checkPart(faults, [&] {
-      checkArray(arrays[j], strings, met, faults, std::ref(advance));
+      checkArray(arrays[j], strings, met, faults, [](uint64_t) {});
     });
     return true;
   });
@@ -79,7 +107,8 @@ void checkInputArrays(const std::vector<ArrayToCheck>& arrays,
 // Checks the merged array and the trees that begin with `output`; adds to
 // `found` which were there.
 void checkOutput(const std::string& output, const CheckedStrings& strings,
-                 FaultLog& faults, Advance& advance, std::string& found) {
+                 FaultLog& faults, Advance& advance, int jobs,
+                 std::string& found) {
   const bool array = isThere(output + ".stpsa");
   const bool lcps = isThere(output + ".stlcp");
   const bool trees = isThere(output + ".stdiv") &&
@@ -98,12 +127,45 @@ void checkOutput(const std::string& output, const CheckedStrings& strings,
     checkTrees(output, strings, met, faults, std::ref(advance));
   });
   if (!array) return;
-  checkPart(faults, [&] {
-    MetSuffixes met(strings);
-    advance.begin("the merged array", strings.total());
-    checkArray({output, 0, strings.count(), 0}, strings, met, faults,
-               std::ref(advance));
-  });
+  advance.begin("the merged array", strings.total());
+  checkArrays({{output, 0, strings.count(), 0}}, strings, faults, advance,
+              jobs);
+}
+
+// Checks the part of one range of the plan, and its seam with the one before.
+void checkRange(const std::string& output, size_t number,
+                const CheckedStrings& strings, FaultLog& faults,
+                Advance& advance, std::string& found) {
+  const RangePlan plan = readPlan(output);
+  if (plan.suffixes() != strings.total()) {
+    faults.add(planPath(output), fmt::format("{} suffixes, expected {}",
+                                             plan.suffixes(), strings.total()));
+  }
+  if (number >= plan.ranges.size()) {
+    throw std::runtime_error(fmt::format("there is no range {}, only 0 to {}",
+                                         number, plan.ranges.size() - 1));
+  }
+  const PlannedRange& range = plan.ranges[number];
+  ArrayPiece piece = {
+      {partPath(output, number), 0, strings.count(), 0}, 0, range.suffixes};
+  piece.low = range.low;
+  piece.high = range.high;
+  for (const char* kind : {".stpsa", ".stlcp"}) {
+    const size_t size = kind[3] == 'p' ? sizeof(Suffix) : sizeof(LcpEntry);
+    const uint64_t records =
+        StoredBytes(piece.array.path + kind, size).records();
+    if (records != range.suffixes) {
+      faults.add(
+          piece.array.path + kind,
+          fmt::format("{} records, planned are {}", records, range.suffixes));
+    }
+  }
+  piece.before = lastBefore(output, plan, number, strings);
+  advance.begin(fmt::format("range {}", number), range.suffixes);
+  const auto fault = PieceProver(strings).prove(piece, std::ref(advance));
+  if (fault) faults.add(fault->file, fault->record, fault->reason);
+  found += fmt::format(", range {} of {}, {} suffixes", number,
+                       plan.ranges.size(), range.suffixes);
 }
 
 // Checks everything; `found` becomes what there was to check, in words. Throws
@@ -115,6 +177,15 @@ void checkAll(const CheckOptions& options, FaultLog& faults,
       fmt::format("{0}{1}.ST/{1}", options.inputdir, options.prefix);
   const uint64_t most = options.nmerge == 0 ? UINT64_MAX : options.nmerge;
   const CheckedStrings strings(base, most, faults);
+  const std::string output =
+      fmt::format("{0}{1}.ST/{1}", options.odir, options.opfx);
+  if (options.range) {
+    found = fmt::format("{} inputs", strings.count());
+    checkPart(faults, [&] {
+      checkRange(output, *options.range, strings, faults, advance, found);
+    });
+    return;
+  }
   const std::string arraysFolder =
       fmt::format("{}{}.ST/", options.sdir, options.spfx);
   const auto arrays = listArrays(
@@ -131,10 +202,9 @@ void checkAll(const CheckOptions& options, FaultLog& faults,
     if (isThere(table)) checkInputTable(table, arrays, strings, faults);
   });
   advance.begin("the suffix arrays", strings.total());
-  checkInputArrays(arrays, strings, faults, advance, options.jobs);
+  checkArrays(arrays, strings, faults, advance, options.jobs);
   checkPart(faults, [&] {
-    checkOutput(fmt::format("{0}{1}.ST/{1}", options.odir, options.opfx),
-                strings, faults, advance, found);
+    checkOutput(output, strings, faults, advance, options.jobs, found);
   });
 }
 

@@ -4,7 +4,9 @@
 #ifndef PALVOR_KIT_CHECK_H_
 #define PALVOR_KIT_CHECK_H_
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace kit {
@@ -17,12 +19,14 @@ struct CheckOptions {
   uint64_t nmerge = 0;                 // as palvor's -N; 0: all inputs
   bool goOn = false;                   // after a fault
   bool json = false;
-  int jobs = 1;  // suffix arrays checked at once
+  int jobs = 1;                      // threads
+  std::optional<size_t> range = {};  // of a plan: only this range's part
 };
 
 // Checks the folder, its suffix arrays, and the merged array or the trees or
-// both. Prints each fault, and at last what was checked. Throws std::exception
-// if there is any fault, and if the check cannot be done.
+// both; or one range's part (kit/range_plan.h), which proves the whole merge if
+// all ranges' parts are right. Prints each fault, and at last what was checked.
+// Throws std::exception if there is any fault, and if the check cannot be done.
 void check(CheckOptions options);
 
 }  // namespace kit

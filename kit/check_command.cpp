@@ -36,10 +36,16 @@ void addCheck(CLI::App& app) {
   command->add_flag("--all", options->goOn,
                     "report all faults, instead of stopping at the first");
   command->add_flag("--json", options->json, "report as JSON lines");
-  command
-      ->add_option("-j,--jobs", options->jobs, "suffix arrays to check at once")
+  command->add_option("-j,--jobs", options->jobs, "threads that share the work")
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
+  command
+      ->add_option(
+          "--range", options->range,
+          "prove the part of one range of a plan (see palvor-kit plan) "
+          "and nothing else; all ranges that are right are a merge "
+          "that is right")
+      ->type_name("N");
   command->callback([options] { check(*options); });
 }
 

@@ -5,6 +5,8 @@ namespace kit {
 void addCommands(CLI::App& app) {
   addPrepare(app);
   addMerge(app);
+  addPlan(app);
+  addJoin(app);
   addCheck(app);
   addSimulate(app);
   addView(app);

@@ -18,9 +18,11 @@ void addDistance(CLI::App& app);
 void addExport(CLI::App& app);
 void addFind(CLI::App& app);
 void addHelp(CLI::App& app);  // shows the help of the others
+void addJoin(CLI::App& app);
 void addMerge(CLI::App& app);
 void addMarkers(CLI::App& app);
 void addPangenome(CLI::App& app);
+void addPlan(CLI::App& app);
 void addPrepare(CLI::App& app);
 void addShared(CLI::App& app);
 void addSimulate(CLI::App& app);

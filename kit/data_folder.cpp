@@ -22,8 +22,9 @@ constexpr size_t kLongestPath = 199;  // characters; palvor's limit
 
 // Every kind of file that palvor and palvor-kit keep in a data folder.
 constexpr std::string_view kKinds[] = {
-    ".stlengths", ".stblengths", ".stplengths", ".inputs.tsv", ".manifest.tsv",
-    ".stbin",     ".stpsa",      ".stlcp",      ".stree",      ".stdiv"};
+    ".stlengths",    ".stblengths", ".stplengths", ".inputs.tsv",
+    ".manifest.tsv", ".ranges.tsv", ".stbin",      ".stpsa",
+    ".stlcp",        ".stree",      ".stdiv"};
 
 bool consume(std::string_view& text, std::string_view start) {
   if (!text.starts_with(start)) return false;
@@ -31,20 +32,27 @@ bool consume(std::string_view& text, std::string_view start) {
   return true;
 }
 
-// Whether a file name is the prefix, perhaps a number, and a known kind.
+bool consumeNumber(std::string_view& text) {
+  const auto digit = [](unsigned char c) { return std::isdigit(c) != 0; };
+  const auto end = std::find_if_not(text.begin(), text.end(), digit);
+  if (end == text.begin()) return false;
+  text.remove_prefix(static_cast<size_t>(end - text.begin()));
+  return true;
+}
+
+// Whether a file name is the prefix, perhaps a number, perhaps one in a range,
+// and a known kind; or that of such a file that is being written.
 bool belongsTo(std::string_view name, const std::string& prefix) {
-  if (name.ends_with(kPartSuffix)) {
-    name.remove_suffix(std::string_view(kPartSuffix).size());
-  }
+  const bool unfinished = name.ends_with(kPartSuffix);
+  if (unfinished) name.remove_suffix(std::string_view(kPartSuffix).size());
   if (!consume(name, prefix)) return false;
-  if (consume(name, "_")) {
-    const auto digit = [](unsigned char c) { return std::isdigit(c) != 0; };
-    const auto end = std::find_if_not(name.begin(), name.end(), digit);
-    if (end == name.begin()) return false;
-    name.remove_prefix(static_cast<size_t>(end - name.begin()));
-  }
-  return std::find(std::begin(kKinds), std::end(kKinds), name) !=
-         std::end(kKinds);
+  if (consume(name, "_") && !consumeNumber(name)) return false;
+  if (consume(name, ".range_") && !consumeNumber(name)) return false;
+  if (name.starts_with(".range.")) consume(name, ".range");
+  return std::ranges::any_of(kKinds, [&](std::string_view kind) {
+    return name == kind ||
+           (unfinished && name.starts_with(std::string(kind) + "."));
+  });
 }
 
 const std::string& tested(const std::string& path) {

@@ -3,17 +3,16 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <utility>
 #include <vector>
 
+#include "kit/array_output.h"
 #include "kit/empty_folders.h"
 #include "kit/engine_error.h"
-#include "kit/file_error.h"
 #include "kit/folders.h"
+#include "kit/message.h"
 #include "kit/needs.h"
 #include "kit/range_sink.h"
 #include "kit/range_trees.h"
@@ -23,8 +22,6 @@
 
 namespace kit {
 namespace {
-
-namespace fs = std::filesystem;
 
 using RangeList = std::vector<std::shared_ptr<const palvor::MergeRange>>;
 
@@ -39,20 +36,6 @@ int64_t suffixesOf(const RangeList& ranges) {
   int64_t sum = 0;
   for (const auto& range : ranges) sum += range->suffixes();
   return sum;
-}
-
-void removeFile(const std::string& path) {
-  std::error_code failure;
-  fs::remove(path, failure);
-  if (failure) throw FileError(path, failure.message());
-}
-
-// What an earlier run has left: it must not be taken for a part of this one's.
-void removeTrees(const std::string& output) {
-  removeFile(output + ".stdiv");
-  for (int t = 0; fs::exists(fmt::format("{}_{}.stree", output, t)); t++) {
-    removeFile(fmt::format("{}_{}.stree", output, t));
-  }
 }
 
 class Merging {
@@ -91,10 +74,9 @@ uint64_t Merging::sinkBytes() const {
 
 void Merging::stateNeeds() const {
   const auto suffixes = static_cast<uint64_t>(suffixesOf(ranges_));
-  std::string needs =
-      fmt::format("palvor-kit: {} suffixes in {} ranges, {} of memory",
-                  roundNumber(suffixes), ranges_.size(),
-                  roundBytes(shares_.total(command_.means.jobs)));
+  std::string needs = fmt::format(
+      "{} suffixes in {} ranges, {} of memory", roundNumber(suffixes),
+      ranges_.size(), roundBytes(shares_.total(command_.means.jobs)));
   if (!command_.trees) {
     const uint64_t disk = kRecordBytes * suffixes;
     needs += fmt::format(", {} on disk", roundBytes(disk));
@@ -105,7 +87,7 @@ void Merging::stateNeeds() const {
           merger_.outputFolder(), roundBytes(disk), roundBytes(*free)));
     }
   }
-  fmt::print(stderr, "{}\n", needs);
+  say(needs);
 }
 
 void Merging::run() {
@@ -134,35 +116,23 @@ void Merging::run() {
 }
 
 void Merging::mergeArray() {
-  const std::string& output = merger_.output();
   const int64_t suffixes = suffixesOf(ranges_);
-  // Older than the array, as if palvor had emptied it.
-  OutputFile dividers(output + ".stdiv");
-  OutputFile suffixFile(output + ".stpsa");
-  OutputFile entryFile(output + ".stlcp");
-  suffixFile.allocate(sizeof(Suffix) * static_cast<uint64_t>(suffixes));
-  entryFile.allocate(sizeof(LcpEntry) * static_cast<uint64_t>(suffixes));
+  ArrayOutput output(merger_.output(), static_cast<uint64_t>(suffixes));
   std::vector<int64_t> firsts = {0};
   for (const auto& range : ranges_) {
     firsts.push_back(firsts.back() + range->suffixes());
   }
-  const ArrayFiles files = {suffixFile, entryFile};
   RangeWork work("merging", ranges_.size(), static_cast<uint64_t>(suffixes));
   work.run(command_.means.jobs, [&] {
     const auto buffers = std::make_shared<RangeBuffers>(shares_.outputRecords);
     return [&, buffers](size_t r) {
       const palvor::MergeRange& range = *ranges_[r];
-      RangeSink sink(files, {firsts[r], range.suffixes(), range.entry},
+      RangeSink sink(output.files(), {firsts[r], range.suffixes(), range.entry},
                      *buffers, [&](uint64_t done) { work.advance(done); });
       merger_.merge(ranges_[r], shares_, sink);
     };
   });
-  removeFile(output + ".stpsa");
-  removeFile(output + ".stlcp");
-  removeTrees(output);
-  entryFile.commit();
-  dividers.commit();
-  suffixFile.commit();
+  output.commit();
 }
 
 void Merging::mergeTrees() {

@@ -5,11 +5,13 @@
 #include "kit/commands.h"
 #include "kit/merge.h"
 #include "kit/merge_options.h"
+#include "kit/merge_parts.h"
 
 namespace kit {
 
 void addMerge(CLI::App& app) {
   auto options = std::make_shared<MergeCommand>();
+  auto part = std::make_shared<PartCommand>();
   CLI::App* command =
       app.add_subcommand("merge",
                          "Merge a data folder by several threads, into the "
@@ -31,7 +33,27 @@ void addMerge(CLI::App& app) {
                    "with --trees, records of a tree, as palvor's -n")
       ->check(CLI::Range(2, 178956970))
       ->type_name("NODES");
-  command->callback([options] { merge(*options); });
+  CLI::Option* range =
+      command
+          ->add_option("--range", part->range,
+                       "merge one range of the plan (see palvor-kit plan) into "
+                       "a part")
+          ->type_name("N")
+          ->excludes("--ranges")
+          ->excludes("--trees")
+          ->excludes("--jobs");
+  command
+      ->add_option("--stage", part->stage,
+                   "with --range, copy what it needs of the suffix arrays to "
+                   "this folder, on a local disk, first")
+      ->type_name("DIR")
+      ->needs(range);
+  command->callback([options, part, range] {
+    if (range->count() == 0) return merge(*options);
+    part->places = options->places;
+    part->means = options->means;
+    mergePart(*part);
+  });
 }
 
 }  // namespace kit

@@ -24,8 +24,8 @@ bool writeAll(int descriptor, std::string_view bytes) {
   return true;
 }
 
-OutputFile::OutputFile(const std::string& path)
-    : path_(path), part_(path + kPartSuffix) {
+OutputFile::OutputFile(const std::string& path, const std::string& tag)
+    : path_(path), part_(path + (tag.empty() ? "" : "." + tag) + kPartSuffix) {
   descriptor_ =
       ::open(part_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (descriptor_ < 0) fail("can't create ");

@@ -20,9 +20,10 @@ bool writeAll(int descriptor, std::string_view bytes);
 
 class OutputFile {
  public:
-  // Creates `path`.part. All functions throw std::system_error, which names the
-  // file and the system's reason.
-  explicit OutputFile(const std::string& path);
+  // Creates `path`.part, or with a tag, which tells apart those who write the
+  // same file at once, `path`.TAG.part. All functions throw std::system_error,
+  // which names the file and the system's reason.
+  explicit OutputFile(const std::string& path, const std::string& tag = "");
 
   // Removes what was written, unless it was committed.
   ~OutputFile();

@@ -73,6 +73,11 @@ class RangeMerger {
   // that takes more than so many bytes. The same is merged without it.
   void findLikes(uint64_t mostBytes);
 
+  // Merges from suffix arrays that are elsewhere.
+  void readArraysFrom(const palvor::DataPlace& place) {
+    options_.arrays = place;
+  }
+
   // Merges a range. Threads may do so side by side.
   void merge(std::shared_ptr<const palvor::MergeRange> range,
              const MemoryShares& shares, palvor::Sink& sink) const;

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "kit/array_output.h"
 #include "kit/huge_buffer.h"
-#include "kit/output_file.h"
 #include "kit/records.h"
 #include "palvor/sink/sink.h"
 
@@ -26,12 +26,6 @@ struct RangeBuffers {
   int capacity;
   HugeBuffer<Suffix> suffixes;
   HugeBuffer<LcpEntry> entries;
-};
-
-// The files of an array that several write to, each at its own places.
-struct ArrayFiles {
-  const OutputFile& suffixes;
-  const OutputFile& entries;
 };
 
 class RangeSink final : public palvor::Sink {
@@ -58,7 +52,7 @@ class RangeSink final : public palvor::Sink {
  private:
   void flush();
 
-  const ArrayFiles& files_;
+  const ArrayFiles files_;
   const Part part_;
   RangeBuffers& buffers_;
   std::function<void(uint64_t)> advance_;

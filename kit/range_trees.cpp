@@ -20,7 +20,10 @@ namespace {
 void rename(const std::string& from, const std::string& to) {
   std::error_code failure;
   std::filesystem::rename(from, to, failure);
-  if (failure) throw FileError(to, failure.message());
+  if (failure) {
+    throw FileError(
+        from, fmt::format("can't be renamed to {}: {}", to, failure.message()));
+  }
 }
 
 }  // namespace

@@ -28,6 +28,9 @@ const Command kMergeTrees = {"palvor", "ROOT", "x", "-q", "-z", "-n", "30"};
 const Command kMergeArray = {"palvor", "ROOT", "x", "-q", "-z", "-a", "-l"};
 const Command kCheck = {"palvor-kit", "check", "ROOT", "x", "-z"};
 
+const Command kMergeRanges = {"palvor-kit", "merge",    "ROOT", "x",
+                              "-z",         "--ranges", "2"};
+
 Command with(Command command, const Command& more) {
   command.insert(command.end(), more.begin(), more.end());
   return command;
@@ -56,6 +59,11 @@ const std::vector<Scenario> kScenarios = {
     {"MergeTreesInOrder",
      {kPrepare},
      with(kMergeTrees, {"-R", "-C", "-Z", "-M", "80", "-f"}),
+     kCheck},
+    {"MergeRanges", {kPrepare}, kMergeRanges, kCheck},
+    {"MergeRangesToTrees",
+     {kPrepare},
+     with(kMergeRanges, {"--trees", "-n", "60"}),
      kCheck},
     {"CheckArray", {kPrepare, kMergeArray}, kCheck},
     {"CheckTrees", {kPrepare, kMergeTrees}, kCheck},

@@ -1,8 +1,10 @@
 #include "palvor/range/array_reader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <utility>
 
 #include "palvor/error.h"
 
@@ -10,6 +12,9 @@ namespace palvor {
 namespace {
 
 constexpr int64_t kRecordSize = sizeof(Suffix);
+
+// Records that are sooner read than asked for one by one.
+constexpr int64_t kSmall = 1 << 14;
 
 }  // namespace
 
@@ -31,7 +36,19 @@ ArrayReader::ArrayReader(const StreamFiles& files, int k)
   }
 }
 
-void ArrayReader::read(int64_t first, int count, Suffix* to) const {
+void ArrayReader::hold() {
+  if (size_ > kSmall) return;
+  std::vector<Suffix> all(static_cast<size_t>(size_));
+  read(0, size_, all.data());
+  all_ = std::move(all);
+  file_.close();
+}
+
+void ArrayReader::read(int64_t first, int64_t count, Suffix* to) const {
+  if (!all_.empty()) {
+    std::copy_n(all_.data() + first, count, to);
+    return;
+  }
   IoTime time;
   const int64_t bytes = kRecordSize * count;
   const int64_t got = file_.readAt(to, bytes, kRecordSize * first, time);

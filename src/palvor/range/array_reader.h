@@ -1,11 +1,12 @@
-// Records of a suffix array read here and there, without a stream.
+// Records of a suffix array read here and there, without a stream. A small
+// array is read at once.
 
 #ifndef PALVOR_RANGE_ARRAY_READER_H_
 #define PALVOR_RANGE_ARRAY_READER_H_
 
-#include <bit>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "palvor/format/suffix.h"
 #include "palvor/io/files.h"
@@ -27,6 +28,10 @@ class ArrayReader {
 
   int64_t size() const { return size_; }  // records
 
+  // Reads all records at once if they are not more than some thousands, for
+  // those who will ask for many, and closes the file then.
+  void hold();
+
   // The key of a record that is there. Nothing of it is tested.
   uint64_t keyAt(int64_t record) const;
 
@@ -40,7 +45,7 @@ class ArrayReader {
   Suffix suffixAt(int64_t record, const Collection& text) const;
 
   // Reads records that are there, untested.
-  void read(int64_t first, int count, Suffix* to) const;
+  void read(int64_t first, int64_t count, Suffix* to) const;
 
   // What suffixAt does to a record that was read.
   Suffix tested(Suffix suffix, int64_t record, const Collection& text) const;
@@ -50,6 +55,7 @@ class ArrayReader {
   uint32_t origin_;
   File file_;
   int64_t size_ = 0;
+  std::vector<Suffix> all_;  // if it is held
 };
 
 }  // namespace palvor

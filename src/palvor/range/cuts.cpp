@@ -1,31 +1,40 @@
 #include "palvor/range/cuts.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <utility>
 
 #include "palvor/range/array_reader.h"
 
 namespace palvor {
 namespace {
 
-constexpr int64_t kSamples = 24;  // of each array, for each range
-constexpr int64_t kLeastSamples = 8;
-constexpr int64_t kMostSamples = 1 << 24;  // of all arrays
+constexpr int64_t kSamples = 32;  // of each array, for each range
+constexpr int64_t kLeastSamples = 16;
+// Of all arrays one record of so many, at most: merging these takes a hundred
+// times longer than to read one.
+constexpr int64_t kSpacing = 512;
+
+// Its multiples, modulo 1, are spread evenly.
+constexpr double kGoldenRatio = 0.6180339887498949;
 
 struct Sample {
   uint64_t key;
   double weight;  // records that it stands for
 };
 
-// Samples stand in the middle of the records that they stand for.
-void addSamples(const ArrayReader& array, int64_t wanted,
+// Each sample stands for as many records, and somewhere among them: elsewhere
+// in each array, as arrays that are alike would otherwise all err to the same
+// side.
+void addSamples(const ArrayReader& array, int64_t wanted, double offset,
                 std::vector<Sample>& samples) {
   const int64_t count = std::min(wanted, array.size());
   const double weight =
       static_cast<double>(array.size()) / static_cast<double>(count);
   for (int64_t i = 0; i < count; i++) {
     const auto record =
-        static_cast<int64_t>((static_cast<double>(i) + 0.5) * weight);
+        static_cast<int64_t>((static_cast<double>(i) + offset) * weight);
     samples.push_back(
         {array.keyAt(std::min(record, array.size() - 1)), weight});
   }
@@ -54,12 +63,19 @@ std::vector<KeyGroup> groupsOf(std::vector<Sample> samples) {
 }  // namespace
 
 std::vector<uint64_t> chooseCuts(const StreamFiles& files, int ranges) {
-  const int64_t share = kMostSamples / std::max(files.count(), 1);
+  int64_t records = 0;
+  for (int k = 0; k < files.count(); k++) {
+    records += std::max<int64_t>(fileSize(files.path(k)), 0) /
+               static_cast<int64_t>(sizeof(Suffix));
+  }
+  const int64_t share = records / kSpacing / std::max(files.count(), 1);
   const int64_t wanted =
       std::max(std::min(kSamples * ranges, share), kLeastSamples);
   std::vector<Sample> samples;
+  double offset = 0.5;
   for (int k = 0; k < files.count(); k++) {
-    addSamples(ArrayReader(files, k), wanted, samples);
+    addSamples(ArrayReader(files, k), wanted, offset, samples);
+    offset = std::fmod(offset + kGoldenRatio, 1.0);
   }
   const std::vector<KeyGroup> groups = groupsOf(std::move(samples));
   std::vector<uint64_t> cuts;

@@ -17,10 +17,11 @@ namespace palvor {
 
 // At most `ranges` - 1 cuts, ascending, all different and above 0; fewer where
 // keys have too many suffixes. They are chosen by a sample of each array, at
-// even distances: `kSamples` * `ranges` records of it, but no more than
-// `kMostSamples` of all arrays, and 8 of each at least. With m samples of an
-// array of n records, the suffixes before a cut are as many as there should be,
-// give or take n / 2m for each array, and the suffixes of one key.
+// even distances: 32 records for each range, but of all arrays no more than one
+// record of 512, and of each 16 at least. With m samples of an array of n
+// records, the suffixes before a cut are as many as there should be, give or
+// take n / m for each array, and the suffixes of one key: where arrays are
+// long, a range is within a 16th of its share.
 //
 // Looks at nothing but the prefix words of the sample. Fails if an array cannot
 // be read.

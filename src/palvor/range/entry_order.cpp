@@ -11,9 +11,9 @@ namespace {
 // The records of an array from the last to the first.
 class BackwardReader {
  public:
-  BackwardReader(const StreamFiles& files, const Collection& text,
+  BackwardReader(const ArrayReader& array, const Collection& text,
                  const RecordPlace& behind)
-      : array_(files, behind.stream), text_(text), next_(behind.record) {}
+      : array_(array), text_(text), next_(behind.record) {}
 
   bool isAtBegin() const { return next_ == 0; }
 
@@ -23,7 +23,7 @@ class BackwardReader {
       const int64_t count = std::min<int64_t>(next_, kBlock);
       first_ = next_ - count;
       block_.resize(static_cast<size_t>(count));
-      array_.read(first_, static_cast<int>(count), block_.data());
+      array_.read(first_, count, block_.data());
     }
     next_--;
     return array_.tested(block_[static_cast<size_t>(next_ - first_)], next_,
@@ -33,7 +33,7 @@ class BackwardReader {
  private:
   static constexpr int64_t kBlock = 1024;  // records
 
-  ArrayReader array_;
+  const ArrayReader& array_;
   const Collection& text_;
   int64_t next_;
   int64_t first_ = 0;  // of the block
@@ -58,12 +58,25 @@ bool EntryOrder::areOfSameStrings(int a, int b) {
   return true;
 }
 
+const ArrayReader& EntryOrder::arrayOf(int k) {
+  const auto found = arrays_.find(k);
+  if (found != arrays_.end()) return found->second;
+  ArrayReader& array = arrays_.emplace(k, ArrayReader(files_, k)).first->second;
+  array.hold();
+  return array;
+}
+
 bool EntryOrder::entersFirst(const RecordPlace& a, const RecordPlace& b) {
+  if (a.before != nullptr && b.before != nullptr &&
+      !equal_(*a.before, *b.before)) {
+    return !compare_(*a.before, *b.before, 0).after();
+  }
   if (a.record == b.record && areOfSameStrings(a.stream, b.stream)) {
     return a.stream < b.stream;
   }
-  BackwardReader readerA(files_, compare_.text(), a);
-  BackwardReader readerB(files_, compare_.text(), b);
+  if (arrays_.size() > kMostArrays) arrays_.clear();
+  BackwardReader readerA(arrayOf(a.stream), compare_.text(), a);
+  BackwardReader readerB(arrayOf(b.stream), compare_.text(), b);
   while (!readerA.isAtBegin() && !readerB.isAtBegin()) {
     const Suffix before = readerA.take();
     const Suffix other = readerB.take();

@@ -15,19 +15,22 @@
 #ifndef PALVOR_RANGE_ENTRY_ORDER_H_
 #define PALVOR_RANGE_ENTRY_ORDER_H_
 
+#include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <map>
 
+#include "palvor/range/array_reader.h"
 #include "palvor/range/equal_suffixes.h"
 #include "palvor/stream/stream_files.h"
 #include "palvor/text/compare.h"
 
 namespace palvor {
 
-// A record of an array.
+// A record of an array, and the one before it, if there is one.
 struct RecordPlace {
   int stream;
   int64_t record;
+  const Suffix* before;
 };
 
 class EntryOrder {
@@ -44,11 +47,16 @@ class EntryOrder {
   bool entersFirst(const RecordPlace& a, const RecordPlace& b);
 
  private:
+  // Arrays that are open at once, at most, and one more.
+  static constexpr size_t kMostArrays = 200;
+
   bool areOfSameStrings(int a, int b);
+  const ArrayReader& arrayOf(int k);
 
   const StreamFiles& files_;
   SuffixCompare& compare_;
   EqualSuffixes equal_;
+  std::map<int, ArrayReader> arrays_;
 };
 
 }  // namespace palvor

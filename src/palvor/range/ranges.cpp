@@ -29,7 +29,8 @@ struct Cut {
 void cutStream(const StreamFiles& files, int k, const Collection& text,
                std::span<const uint64_t> keys, std::vector<Cut>& cuts,
                std::vector<MergeRange>& ranges) {
-  const ArrayReader array(files, k);
+  ArrayReader array(files, k);
+  array.hold();
   int64_t first = 0;
   for (size_t c = 0; c < keys.size(); c++) {
     const int64_t next = array.lowerBound(keys[c], first);
@@ -73,7 +74,9 @@ void orderEqual(const Cut& cut, const Collection& text, EntryOrder& entryOrder,
     return *cut.beside[static_cast<size_t>(k)].behind;
   };
   const auto placeOf = [&](int k) {
-    return RecordPlace{k, cut.firsts[static_cast<size_t>(k)]};
+    const auto& before = cut.beside[static_cast<size_t>(k)].before;
+    return RecordPlace{k, cut.firsts[static_cast<size_t>(k)],
+                       before ? &*before : nullptr};
   };
   std::vector<int> sorted;
   for (const int k : order) {
@@ -132,6 +135,23 @@ std::vector<MergeRange> cutRanges(const StreamFiles& files,
     orderEqual(cuts[r - 1], text, entryOrder, order);
   }
   return ranges;
+}
+
+std::vector<int64_t> countSuffixes(const StreamFiles& files,
+                                   std::span<const uint64_t> cuts) {
+  std::vector<int64_t> counts(cuts.size() + 1);
+  for (int k = 0; k < files.count(); k++) {
+    ArrayReader array(files, k);
+    array.hold();
+    int64_t first = 0;
+    for (size_t c = 0; c < cuts.size(); c++) {
+      const int64_t next = array.lowerBound(cuts[c], first);
+      counts[c] += next - first;
+      first = next;
+    }
+    counts.back() += array.size() - first;
+  }
+  return counts;
 }
 
 }  // namespace palvor

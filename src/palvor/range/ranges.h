@@ -34,6 +34,10 @@ std::vector<MergeRange> cutRanges(const StreamFiles& files,
                                   const Collection& text,
                                   std::span<const uint64_t> keys);
 
+// The suffixes of each of these ranges. Needs no strings, and tests no record.
+std::vector<int64_t> countSuffixes(const StreamFiles& files,
+                                   std::span<const uint64_t> cuts);
+
 }  // namespace palvor
 
 #endif  // PALVOR_RANGE_RANGES_H_
