@@ -102,8 +102,10 @@ Outcome runShell(const std::string& line) {
 std::string programPath() { return PALVOR_PROGRAM; }
 
 bool addressSpaceIsNeeded() {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef __SANITIZE_ADDRESS__  // g++'s way of telling; clang has another
   return true;
+#elif defined(__has_feature)
+  return __has_feature(address_sanitizer);
 #else
   return false;
 #endif
