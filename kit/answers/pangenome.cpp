@@ -91,7 +91,8 @@ class PangenomePrinter {
                                            row.end(), uint64_t{0}));
       }
       const auto alpha = alphaOf(k);
-      cells.emplace_back(alpha ? Cell(*alpha) : Cell());
+      cells.emplace_back();
+      if (alpha) cells.back() = *alpha;
       const HillNumbers hill = hillNumbers(row);
       cells.emplace_back(hill.order1);
       cells.emplace_back(hill.order2);
