@@ -14,14 +14,6 @@
 namespace kit {
 namespace {
 
-// Nanoseconds of one core, system calls included, measured with related
-// bacteria.
-constexpr double kPrepareTime = 75;  // a character
-constexpr double kLikesTime = 5;     // a character of the whole collection
-constexpr double kMergeTime = 30;    // a suffix
-constexpr double kCheckTime = 60;    // a suffix
-constexpr double kCopyTime = 10;     // a suffix, when parts are joined
-
 constexpr uint64_t kArrayBytes = sizeof(Suffix);
 constexpr uint64_t kMergedBytes = sizeof(Suffix) + sizeof(LcpEntry);
 constexpr uint64_t kLittle = 20'000'000;  // bytes of a job that keeps nothing
@@ -73,22 +65,28 @@ double seconds(double nanoseconds, uint64_t times) {
   return 1e-9 * nanoseconds * static_cast<double>(times);
 }
 
+// Without what finding likes takes.
 uint64_t mergeMemory(const Collection& collection) {
-  const uint64_t strings = stringBytes(collection.characters);
   const auto streams = static_cast<int>(
       std::min<uint64_t>(collection.genomes, std::numeric_limits<int>::max()));
-  return shareMemory({strings, streams, 3, 0}, false, {}).total(1) +
-         kLikesRatio * strings;
+  return shareMemory({stringBytes(collection.characters), streams, 3, 0}, false,
+                     {})
+      .total(1);
 }
 
 }  // namespace
 
 std::vector<StepCost> estimateCosts(const Collection& collection,
-                                    const Cluster& cluster, uint64_t ranges) {
+                                    const Cluster& cluster,
+                                    const StepTimes& times, uint64_t ranges) {
   Estimate estimate(cluster);
   const uint64_t all = collection.characters;
   const uint64_t genome = all / collection.genomes;
-  const uint64_t memory = mergeMemory(collection);
+  const uint64_t likesMemory = kLikesRatio * stringBytes(all);
+  uint64_t memory = mergeMemory(collection);
+  const bool findsLikes =
+      cluster.nodeMemory == 0 || memory + likesMemory <= cluster.nodeMemory;
+  if (findsLikes) memory += likesMemory;
   if (ranges == 0) ranges = 2 * estimate.placesFor("merge", memory);
   const uint64_t suffixes = (all + ranges - 1) / ranges;
   estimate.add({.step = "prepare",
@@ -96,24 +94,25 @@ std::vector<StepCost> estimateCosts(const Collection& collection,
                 .memory = memoryNeed(genome, genome, 1),
                 .read = genome,
                 .written = kArrayBytes * genome + stringBytes(genome)},
-               seconds(kPrepareTime, genome));
+               seconds(times.prepare, genome));
   estimate.add({.step = "merge",
                 .jobs = ranges,
                 .memory = memory,
                 .read = stringBytes(all) + kArrayBytes * suffixes,
                 .written = kMergedBytes * suffixes},
-               seconds(kLikesTime, all) + seconds(kMergeTime, suffixes));
+               (findsLikes ? seconds(times.likes, all) : 0) +
+                   seconds(times.merge, suffixes));
   estimate.add({.step = "check",
                 .jobs = ranges,
                 .memory = stringBytes(all) + kLittle,
                 .read = stringBytes(all) + kMergedBytes * suffixes},
-               seconds(kCheckTime, suffixes));
+               seconds(times.check, suffixes));
   estimate.add({.step = "join",
                 .jobs = 1,
                 .memory = kLittle,
                 .read = kMergedBytes * all,
                 .written = kMergedBytes * all},
-               seconds(kCopyTime, all));
+               seconds(times.copy, all));
   return estimate.steps();
 }
 

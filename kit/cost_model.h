@@ -25,6 +25,17 @@ struct Cluster {
   uint64_t network = 1'000'000'000;  // bytes a second, of each node
 };
 
+// Nanoseconds of one core, system calls included. How alike genomes are decides
+// about merging and proving; these were measured with strains of one species
+// (docs/scale.md has others).
+struct StepTimes {
+  double prepare = 50;  // a character
+  double likes = 4;     // a character of all genomes, by each merge of a range
+  double merge = 110;   // a suffix
+  double check = 350;   // a suffix
+  double copy = 10;     // a suffix, when parts are joined
+};
+
 // One of the steps, which is done in jobs of one thread each.
 struct StepCost {
   std::string step;
@@ -38,9 +49,11 @@ struct StepCost {
 };
 
 // The steps, in order. With 0 ranges they are as many that each place for a job
-// has two. Throws std::runtime_error if a job does not fit a node's memory.
+// has two. Where a node has not got the memory to find out what strings have in
+// common, it is not done, as by the command. Throws std::runtime_error if a job does not fit a node's memory.
 std::vector<StepCost> estimateCosts(const Collection& collection,
-                                    const Cluster& cluster, uint64_t ranges);
+                                    const Cluster& cluster,
+                                    const StepTimes& times, uint64_t ranges);
 
 // Bytes on the disk when parts and merged array are both there.
 uint64_t diskNeed(const Collection& collection);

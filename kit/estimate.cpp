@@ -43,12 +43,12 @@ Collection collectionOf(const MergePlaces& places) {
 }
 
 void printEstimate(const Collection& collection, const Cluster& cluster,
-                   uint64_t ranges) {
+                   const StepTimes& times, uint64_t ranges) {
   if (collection.characters < collection.genomes || collection.genomes == 0) {
     throw std::runtime_error("nothing to estimate: there are no characters");
   }
   const std::vector<StepCost> steps =
-      estimateCosts(collection, cluster, ranges);
+      estimateCosts(collection, cluster, times, ranges);
   writeOutput(
       "step\tjobs\tat_once\tmemory\tread\twritten\tseconds\t"
       "all_seconds\n");

@@ -17,7 +17,7 @@ Collection collectionOf(const MergePlaces& places);
 // standard error. Throws std::runtime_error if there is nothing to merge, or a
 // job does not fit a node.
 void printEstimate(const Collection& collection, const Cluster& cluster,
-                   uint64_t ranges);
+                   const StepTimes& times, uint64_t ranges);
 
 }  // namespace kit
 

@@ -21,6 +21,7 @@ struct PlanOptions {
   uint64_t genomes = 0;
   double characters = 0;  // of each
   Cluster cluster;
+  StepTimes times;
 };
 
 // Takes sizes such as 1G, in units of 1000.
@@ -68,6 +69,20 @@ void addEstimate(CLI::App& command, PlanOptions& options) {
           "bytes a second of each node's network, 1G if not given")
       ->check(CLI::PositiveNumber)
       ->needs(estimate);
+  const auto addTime = [&](const std::string& name, double& time,
+                           const std::string& description) {
+    command.add_option(name, time, description)
+        ->check(CLI::Range(0.0, 1e9))
+        ->capture_default_str()
+        ->type_name("NS")
+        ->needs(estimate);
+  };
+  addTime("--prepare-time", options.times.prepare,
+          "nanoseconds of one core to prepare a character");
+  addTime("--merge-time", options.times.merge,
+          "nanoseconds of one core to merge a suffix");
+  addTime("--check-time", options.times.check,
+          "nanoseconds of one core to prove a suffix");
 }
 
 void estimate(const PlanOptions& options) {
@@ -76,7 +91,7 @@ void estimate(const PlanOptions& options) {
       static_cast<uint64_t>(options.characters *
                             static_cast<double>(options.genomes))};
   if (options.genomes == 0) collection = collectionOf(options.places);
-  printEstimate(collection, options.cluster,
+  printEstimate(collection, options.cluster, options.times,
                 static_cast<uint64_t>(options.ranges));
 }
 
