@@ -1,8 +1,31 @@
 #include "kit/answers/kmer_spectrum.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace kit {
+
+bool isCanonical(const MergedInputs& inputs, std::optional<bool> wish) {
+  const bool canonical = wish.value_or(inputs.bothStrands());
+  if (canonical && !inputs.bothStrands()) {
+    throw std::runtime_error(
+        "--canonical needs both strands of every sequence (see prepare "
+        "--strands both)");
+  }
+  return canonical;
+}
+
+std::vector<uint64_t> kmerTotals(const MergedInputs& inputs, KmerLengths k,
+                                 bool canonical) {
+  std::vector<uint64_t> totals(k.max - k.min + 1);
+  for (uint32_t i = 0; i < inputs.count(); i += canonical ? 2 : 1) {
+    const uint32_t length = inputs.length(i);
+    for (uint32_t n = k.min; n <= std::min(k.max, length); n++) {
+      totals[n - k.min] += length - n + 1;
+    }
+  }
+  return totals;
+}
 
 KmerSpectrum::KmerSpectrum(const MergedInputs& inputs, const Genomes& genomes,
                            KmerLengths k, bool canonical)

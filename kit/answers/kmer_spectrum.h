@@ -53,6 +53,15 @@ class KmerCounts {
   std::vector<uint64_t> counts_;
 };
 
+// Whether a k-mer and its reverse complement shall count as one: as wished, or,
+// without a wish, where both strands are in. Throws std::runtime_error if they
+// cannot.
+bool isCanonical(const MergedInputs& inputs, std::optional<bool> wish);
+
+// Occurrences of k-mers, by k from k.min on.
+std::vector<uint64_t> kmerTotals(const MergedInputs& inputs, KmerLengths k,
+                                 bool canonical);
+
 // Memory: 8 bytes for each k and number of genomes, twice that if k-mers are
 // canonical, and 8 for each genome.
 class KmerSpectrum {

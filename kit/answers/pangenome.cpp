@@ -30,19 +30,6 @@ KmerCounts countKmers(const MergedArray& array, const MergedInputs& inputs,
   return kmers.finish();
 }
 
-// Occurrences of k-mers, by k from k.min on.
-std::vector<uint64_t> totalsOf(const MergedInputs& inputs, KmerLengths k,
-                               bool canonical) {
-  std::vector<uint64_t> totals(k.max - k.min + 1);
-  for (uint32_t i = 0; i < inputs.count(); i += canonical ? 2 : 1) {
-    const uint32_t length = inputs.length(i);
-    for (uint32_t n = k.min; n <= std::min(k.max, length); n++) {
-      totals[n - k.min] += length - n + 1;
-    }
-  }
-  return totals;
-}
-
 std::string quorumName(double quorum) { return fmt::format("core_{}", quorum); }
 
 // Prints the answers, k by k.
@@ -166,16 +153,11 @@ void pangenome(const PangenomeOptions& options) {
   const Genomes genomes(inputs, options.merged.groups);
   const MergedArray array(inputs, options.merged.mergedBase());
   warnOfOneStrand(inputs);
-  const bool canonical = options.canonical.value_or(inputs.bothStrands());
-  if (canonical && !inputs.bothStrands()) {
-    throw std::runtime_error(
-        "--canonical needs both strands of every sequence (see prepare "
-        "--strands both)");
-  }
+  const bool canonical = isCanonical(inputs, options.canonical);
   const KmerCounts counts =
       countKmers(array, inputs, genomes, options.k, canonical);
   const PangenomePrinter printer(options, counts,
-                                 totalsOf(inputs, options.k, canonical));
+                                 kmerTotals(inputs, options.k, canonical));
   if (options.json) {
     printer.json();
   } else if (options.table == PangenomeTable::kSummary) {
