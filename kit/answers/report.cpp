@@ -45,7 +45,8 @@ void report(const ReportOptions& options) {
   warnOfOneStrand(inputs);
 
   const bool canonical = inputs.bothStrands();
-  KmerSpectrum kmers(inputs, genomes, options.k, canonical);
+  KmerSpectrum kmers(inputs, genomes, options.k,
+                     palindromesFor(inputs, options.k, canonical));
   std::optional<SharedKmers> shared;
   if (genomes.count() <= kMostCompared) {
     shared.emplace(inputs, genomes, options.distanceK);
@@ -61,7 +62,7 @@ void report(const ReportOptions& options) {
                        .inputs = inputs,
                        .genomes = genomes,
                        .canonical = canonical,
-                       .kmers = kmers.finish(),
+                       .kmers = kmers.finish().result(),
                        .lcps = lcps,
                        .distanceK = options.distanceK,
                        .shared = std::nullopt,
