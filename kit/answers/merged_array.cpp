@@ -23,11 +23,6 @@ std::string clockTime(double seconds) {
 
 }  // namespace
 
-const std::string& mustBeThere(const std::string& path, const char* option) {
-  if (isThere(path)) return path;
-  throw FileError(path, fmt::format("not there; palvor {} writes it", option));
-}
-
 void testRecordCount(const std::string& path, uint64_t records,
                      const MergedInputs& inputs) {
   if (records == inputs.total()) return;
@@ -57,10 +52,10 @@ void testPrefixWords(const std::string& path, const Suffix& suffix,
 
 MergedArray::MergedArray(const MergedInputs& inputs, const std::string& base)
     : inputs_(inputs),
-      array_(mustBeThere(base + ".stpsa", "-a -l"), sizeof(Suffix)),
-      lcps_(mustBeThere(base + ".stlcp", "-a -l"), sizeof(LcpEntry)) {
-  testRecordCount(array_.path(), array_.records(), inputs);
-  testRecordCount(lcps_.path(), lcps_.records(), inputs);
+      array_(seriesFiles(base, "stpsa", "-a -l"), sizeof(Suffix)),
+      lcps_(seriesFiles(base, "stlcp", "-a -l"), sizeof(LcpEntry)) {
+  testRecordCount(array_.name(), array_.records(), inputs);
+  testRecordCount(lcps_.name(), lcps_.records(), inputs);
 }
 
 std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
@@ -69,7 +64,7 @@ std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
   for (const Suffix& suffix : result) {
     const uint32_t input = inputNumber(suffix);
     if (input < inputs_.count() && suffix.pos < inputs_.length(input)) continue;
-    throw FileError(array_.path(), "was changed meanwhile");
+    throw FileError(array_.name(), "was changed meanwhile");
   }
   return result;
 }
@@ -77,7 +72,7 @@ std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
 void MergedArray::pass(const std::string& doing,
                        const TakeSuffixes& take) const {
   using Clock = std::chrono::steady_clock;
-  OrderTests tests(inputs_.lengths(), array_.path(), lcps_.path());
+  OrderTests tests(inputs_.lengths(), array_.name(), lcps_.name());
   MergedStrings strings(inputs_);
   std::vector<Suffix> suffixes(kBatch);
   std::vector<LcpEntry> entries(kBatch);
@@ -89,7 +84,7 @@ void MergedArray::pass(const std::string& doing,
     lcps_.read(done, count, entries.data());
     const std::span<const Suffix> batch(suffixes.data(), count);
     tests.take(batch, {entries.data(), count});
-    testPrefixWords(array_.path(), batch.back(), done + count - 1, inputs_,
+    testPrefixWords(array_.name(), batch.back(), done + count - 1, inputs_,
                     strings);
     take(batch, {entries.data(), count});
     done += count;
