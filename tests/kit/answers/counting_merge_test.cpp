@@ -83,13 +83,13 @@ kit::KmerCounts countInRanges(const Order& order, kit::KmerLengths k,
 }
 
 TEST(RangeKmers, AreThoseOfTheWholeOrderHoweverItIsCut) {
-  for (unsigned seed = 1; seed <= 80; seed++) {
+  for (unsigned seed = 1; seed <= 40; seed++) {
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);
     const MadeCollection made(randomFiles(random, seed % 4 == 0 ? 200 : 25),
                               seed % 3 == 0 ? "" : "--strands both");
     const Order order(made);
-    for (int times = 0; times < 12; times++) {
+    for (int times = 0; times < 24; times++) {
       const auto min = static_cast<uint32_t>(1 + below(random, 9));
       const kit::KmerLengths k = {
           min, min + static_cast<uint32_t>(below(random, 60))};
@@ -111,7 +111,7 @@ TEST(RangeKmers, AreThoseOfTheWholeOrderHoweverItIsCut) {
 }
 
 TEST(CountingMerge, TellsWhatTheMergedArrayDoes) {
-  for (unsigned seed = 1; seed <= 15; seed++) {
+  for (unsigned seed = 1; seed <= 10; seed++) {
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);
     const MadeCollection made(randomFiles(random, seed % 3 == 0 ? 300 : 60),
