@@ -106,8 +106,7 @@ TEST(Find, FindsInTreesWhatItFindsInTheArray) {
     }
     const std::string expected = made.expect("find", options);
     for (const std::string& trees :
-         {std::string("-n 2"), std::string("-n 50 -R"),
-          "-n " + std::to_string(3 + seed)}) {
+         {std::string("-n 50 -R"), "-n " + std::to_string(5 + seed)}) {
       std::filesystem::remove_all(made.folder().path("m.ST"));
       made.folder().write("m.ST/placeholder", "");
       std::vector<std::string> merge = {made.folder().path(""), "d", "-q", "-p",
