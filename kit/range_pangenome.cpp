@@ -20,8 +20,7 @@ RangePangenome::RangePangenome(const RangeMerger& merger,
       inputs_(merger.files().paths.strings, 0),
       genomes_(inputs_, groups),
       canonical_(isCanonical(inputs_, choice.canonical)),
-      palindromes_(palindromesFor(inputs_, choice.k, canonical_)),
-      tally_(choice.k, genomes_.count(), canonical_) {
+      palindromes_(palindromesFor(inputs_, choice.k, canonical_)) {
   warnOfOneStrand(inputs_);
 }
 
@@ -40,6 +39,10 @@ uint64_t RangePangenome::bytesOfAll(size_t ranges) const {
          2 * sizeof(uint32_t) * genomes_.count() * ranges;
 }
 
+void RangePangenome::setRanges(size_t ranges) {
+  counts_.emplace(inputs_, genomes_, choice_.k, palindromes_, ranges);
+}
+
 void RangePangenome::count(size_t range,
                            std::shared_ptr<const palvor::MergeRange> slices,
                            const MemoryShares& shares,
@@ -47,7 +50,7 @@ void RangePangenome::count(size_t range,
   const std::string name = fmt::format("range {} of the merged order of {}",
                                        range, merger_.files().paths.arrays);
   OrderTests tests(inputs_.lengths(), name, name);
-  RangeKmers kmers(inputs_, genomes_, choice_.k, palindromes_);
+  RangeKmers kmers = counts_->begin();
   uint64_t untold = 0;
   palvor::BatchSink sink(
       [&](std::span<const Suffix> suffixes, std::span<const LcpEntry> entries) {
@@ -60,33 +63,26 @@ void RangePangenome::count(size_t range,
       });
   merger_.merge(slices, shares, sink);
   advance(untold);
-  const std::lock_guard lock(mutex_);
-  edges_[range] = {kmers.finish(tally_), slices->entry};
+  counts_->add(range, kmers, slices->entry);
 }
 
 void RangePangenome::write(const std::string& path) {
-  RangeSeams seams(choice_.k, genomes_.count(), palindromes_, tally_);
-  uint64_t suffixes = 0;
-  for (const Counted& counted : edges_) {
-    seams.take(counted.edges, counted.entry);
-    suffixes += counted.edges.suffixes;
-  }
-  seams.finish();
-  if (suffixes != inputs_.total()) {
+  const KmerCounts counts = counts_->finish();
+  if (counts_->suffixes() != inputs_.total()) {
     throw std::runtime_error(fmt::format(
         "{} suffixes were merged, but the inputs have {}: the suffix arrays "
         "are not those of the inputs",
-        suffixes, inputs_.total()));
+        counts_->suffixes(), inputs_.total()));
   }
   std::vector<uint64_t> totals = kmerTotals(inputs_, choice_.k, canonical_);
   if (path == "-") {
-    printPangenome(choice_, tally_.result(), std::move(totals), writeOutput);
+    printPangenome(choice_, counts, std::move(totals), writeOutput);
     finishOutput();
     return;
   }
   OutputFile file(path);
   printPangenome(
-      choice_, tally_.result(), std::move(totals),
+      choice_, counts, std::move(totals),
       [&](std::string_view text) { file.write(text.data(), text.size()); });
   file.commit();
 }

@@ -8,9 +8,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "kit/answers/genomes.h"
 #include "kit/answers/merged_inputs.h"
@@ -35,7 +34,7 @@ class RangePangenome {
   uint64_t bytesOfAll(size_t ranges) const;
 
   // To be called before the ranges are counted.
-  void setRanges(size_t ranges) { edges_.resize(ranges); }
+  void setRanges(size_t ranges);
 
   // Merges and counts a range. Threads may do so side by side. `advance` is
   // told the suffixes that are done, now and then.
@@ -48,11 +47,6 @@ class RangePangenome {
   void write(const std::string& path);
 
  private:
-  struct Counted {
-    RangeEdges edges;
-    LcpEntry entry = 0;  // of the first suffix with the last one before it
-  };
-
   uint64_t bytesOfCounts() const;
 
   const RangeMerger& merger_;
@@ -61,9 +55,7 @@ class RangePangenome {
   Genomes genomes_;
   bool canonical_;
   std::shared_ptr<const Palindromes> palindromes_;
-  std::vector<Counted> edges_;  // of each range
-  std::mutex mutex_;            // guards the tally
-  KmerTally tally_;
+  std::optional<RangeCounts> counts_;
 };
 
 }  // namespace kit

@@ -72,28 +72,52 @@ std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
 void MergedArray::pass(const std::string& doing,
                        const TakeSuffixes& take) const {
   using Clock = std::chrono::steady_clock;
-  OrderTests tests(inputs_.lengths(), array_.name(), lcps_.name());
+  Progress progress;
+  const auto begin = Clock::now();
+  uint64_t done = 0;
+  passPart(
+      0, size(),
+      [&](std::span<const Suffix> suffixes, std::span<const LcpEntry> entries) {
+        take(suffixes, entries);
+        done += suffixes.size();
+        const double part =
+            static_cast<double>(done) / static_cast<double>(size());
+        const std::chrono::duration<double> spent = Clock::now() - begin;
+        progress.show(
+            fmt::format("palvor-kit: {}, {:.0f}%, {} left", doing, 100 * part,
+                        clockTime(spent.count() / part * (1 - part))));
+      });
+}
+
+void MergedArray::passPart(uint64_t first, uint64_t end,
+                           const TakeSuffixes& take) const {
+  const StoredSeries array = array_.reopened(), lcps = lcps_.reopened();
+  // The record before is tested, and not handed on.
+  const uint64_t before = first == 0 ? 0 : 1;
+  OrderTests tests(inputs_.lengths(), array.name(), lcps.name(),
+                   first - before);
   MergedStrings strings(inputs_);
   std::vector<Suffix> suffixes(kBatch);
   std::vector<LcpEntry> entries(kBatch);
-  Progress progress;
-  const auto begin = Clock::now();
-  for (uint64_t done = 0; done < size();) {
-    const size_t count = std::min(kBatch, size() - done);
-    array_.read(done, count, suffixes.data());
-    lcps_.read(done, count, entries.data());
+  for (uint64_t done = first - before; done < end;) {
+    const size_t count = std::min(kBatch, end - done);
+    array.read(done, count, suffixes.data());
+    lcps.read(done, count, entries.data());
     const std::span<const Suffix> batch(suffixes.data(), count);
     tests.take(batch, {entries.data(), count});
-    testPrefixWords(array_.name(), batch.back(), done + count - 1, inputs_,
+    testPrefixWords(array.name(), batch.back(), done + count - 1, inputs_,
                     strings);
-    take(batch, {entries.data(), count});
+    const size_t skipped = done < first ? 1 : 0;
+    take(batch.subspan(skipped),
+         std::span<const LcpEntry>(entries.data(), count).subspan(skipped));
     done += count;
-    const double part = static_cast<double>(done) / static_cast<double>(size());
-    const std::chrono::duration<double> spent = Clock::now() - begin;
-    progress.show(fmt::format("palvor-kit: {}, {:.0f}%, {} left", doing,
-                              100 * part,
-                              clockTime(spent.count() / part * (1 - part))));
   }
+}
+
+LcpEntry MergedArray::entry(uint64_t index) const {
+  LcpEntry entry = 0;
+  lcps_.read(index, 1, &entry);
+  return entry;
 }
 
 }  // namespace kit

@@ -54,6 +54,15 @@ class MergedArray {
   // Throws FileError as those tests do, and if a file cannot be read.
   void pass(const std::string& doing, const TakeSuffixes& take) const;
 
+  // The same of records `first` to `end` - 1, which must be there, with the
+  // order across `first`; tells nobody how far it is. Threads may do so side by
+  // side.
+  void passPart(uint64_t first, uint64_t end, const TakeSuffixes& take) const;
+
+  // The LCP entry of a record, which must be there. By one thread at a time, as
+  // records().
+  LcpEntry entry(uint64_t index) const;
+
  private:
   const MergedInputs& inputs_;
   StoredSeries array_;

@@ -1,11 +1,69 @@
 #include "kit/answers/pangenome.h"
 
+#include <algorithm>
+#include <memory>
+#include <vector>
+
 #include "kit/answers/genomes.h"
 #include "kit/answers/merged_array.h"
 #include "kit/answers/merged_inputs.h"
+#include "kit/answers/range_kmers.h"
+#include "kit/range_work.h"
 #include "kit/standard_output.h"
 
 namespace kit {
+namespace {
+
+// What is counted.
+struct Kmers {
+  const MergedInputs& inputs;
+  const Genomes& genomes;
+  KmerLengths k;
+  std::shared_ptr<const Palindromes> palindromes;
+};
+
+KmerCounts count(const MergedArray& array, const Kmers& kmers) {
+  KmerSpectrum spectrum(kmers.inputs, kmers.genomes, kmers.k,
+                        kmers.palindromes);
+  array.pass("counting k-mers", [&](std::span<const Suffix> suffixes,
+                                    std::span<const LcpEntry> entries) {
+    spectrum.take(suffixes, entries);
+  });
+  return spectrum.finish().result();
+}
+
+KmerCounts countByThreads(const MergedArray& array, const Kmers& kmers,
+                          int jobs) {
+  // So many that the last threads to end wait little for each other.
+  const uint64_t wanted = 8 * static_cast<uint64_t>(jobs);
+  const uint64_t ranges = std::clamp<uint64_t>(array.size(), 1, wanted);
+  RangeCounts counts(kmers.inputs, kmers.genomes, kmers.k, kmers.palindromes,
+                     ranges);
+  RangeWork work("counting k-mers", ranges, array.size());
+  const auto firstOf = [&](size_t range) {
+    return array.size() / ranges * range +
+           std::min<uint64_t>(range, array.size() % ranges);
+  };
+  std::vector<LcpEntry> entries;
+  for (size_t range = 0; range < ranges; range++) {
+    entries.push_back(array.entry(firstOf(range)));
+  }
+  work.run(jobs, [&] {
+    return [&](size_t range) {
+      RangeKmers own = counts.begin();
+      array.passPart(firstOf(range), firstOf(range + 1),
+                     [&](std::span<const Suffix> suffixes,
+                         std::span<const LcpEntry> theirs) {
+                       own.take(suffixes, theirs);
+                       work.advance(suffixes.size());
+                     });
+      counts.add(range, own, entries[range]);
+    };
+  });
+  return counts.finish();
+}
+
+}  // namespace
 
 void pangenome(const PangenomeOptions& options) {
   const PangenomeChoice& choice = options.choice;
@@ -15,13 +73,11 @@ void pangenome(const PangenomeOptions& options) {
   const MergedArray array(inputs, options.merged.mergedBase());
   warnOfOneStrand(inputs);
   const bool canonical = isCanonical(inputs, choice.canonical);
-  KmerSpectrum kmers(inputs, genomes, choice.k,
-                     palindromesFor(inputs, choice.k, canonical));
-  array.pass("counting k-mers", [&](std::span<const Suffix> suffixes,
-                                    std::span<const LcpEntry> entries) {
-    kmers.take(suffixes, entries);
-  });
-  printPangenome(choice, kmers.finish().result(),
+  const Kmers kmers = {inputs, genomes, choice.k,
+                       palindromesFor(inputs, choice.k, canonical)};
+  printPangenome(choice,
+                 options.jobs == 1 ? count(array, kmers)
+                                   : countByThreads(array, kmers, options.jobs),
                  kmerTotals(inputs, choice.k, canonical), writeOutput);
   finishOutput();
 }

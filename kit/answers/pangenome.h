@@ -11,6 +11,7 @@ namespace kit {
 struct PangenomeOptions {
   MergedOptions merged;
   PangenomeChoice choice;
+  int jobs = 1;  // threads
 };
 
 // Prints it. Throws std::exception, which names the file, if the order is not

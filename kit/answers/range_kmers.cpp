@@ -142,4 +142,28 @@ void RangeSeams::finish() {
         kOnce);
 }
 
+RangeCounts::RangeCounts(const MergedInputs& inputs, const Genomes& genomes,
+                         KmerLengths k,
+                         std::shared_ptr<const Palindromes> palindromes,
+                         size_t ranges)
+    : inputs_(inputs),
+      genomes_(genomes),
+      k_(k),
+      palindromes_(std::move(palindromes)),
+      edges_(ranges),
+      tally_(k, genomes.count(), palindromes_ != nullptr) {}
+
+void RangeCounts::add(size_t range, RangeKmers& kmers, LcpEntry entry) {
+  const std::lock_guard lock(mutex_);
+  edges_[range] = {kmers.finish(tally_), entry};
+  suffixes_ += edges_[range].edges.suffixes;
+}
+
+KmerCounts RangeCounts::finish() {
+  RangeSeams seams(k_, genomes_.count(), palindromes_, tally_);
+  for (const Edges& range : edges_) seams.take(range.edges, range.entry);
+  seams.finish();
+  return tally_.result();
+}
+
 }  // namespace kit

@@ -10,8 +10,10 @@
 #ifndef PALVOR_KIT_ANSWERS_RANGE_KMERS_H_
 #define PALVOR_KIT_ANSWERS_RANGE_KMERS_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <vector>
 
@@ -82,6 +84,42 @@ class RangeSeams {
   std::shared_ptr<const Palindromes> palindromes_;
   KmerTally& tally_;
   RangeEdge open_;  // the last suffix so far
+};
+
+// The ranges of an order, counted in any turn, by several threads.
+class RangeCounts {
+ public:
+  // As KmerSpectrum.
+  RangeCounts(const MergedInputs& inputs, const Genomes& genomes, KmerLengths k,
+              std::shared_ptr<const Palindromes> palindromes, size_t ranges);
+
+  // Begins to count a range.
+  RangeKmers begin() const { return {inputs_, genomes_, k_, palindromes_}; }
+
+  // Adds a range whose suffixes were all taken. Threads may do so side by side.
+  //   entry  of its first suffix with the last one before it
+  void add(size_t range, RangeKmers& kmers, LcpEntry entry);
+
+  // To be called once, when all ranges were added.
+  KmerCounts finish();
+
+  // Of all ranges that were added.
+  uint64_t suffixes() const { return suffixes_; }
+
+ private:
+  struct Edges {
+    RangeEdges edges;
+    LcpEntry entry = 0;
+  };
+
+  const MergedInputs& inputs_;
+  const Genomes& genomes_;
+  KmerLengths k_;
+  std::shared_ptr<const Palindromes> palindromes_;
+  std::mutex mutex_;  // guards all below
+  std::vector<Edges> edges_;
+  KmerTally tally_;
+  uint64_t suffixes_ = 0;
 };
 
 }  // namespace kit

@@ -44,7 +44,7 @@ void StoredSeries::read(uint64_t first, size_t count, void* to) const {
   auto* bytes = static_cast<char*>(to);
   while (count > 0) {
     const size_t file = places_.fileOf(first);
-    if (file != opened_) {
+    if (!open_ || file != opened_) {
       open_ = std::make_unique<StoredBytes>(paths_[file], recordSize_);
       opened_ = file;
     }

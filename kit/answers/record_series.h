@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kit/answers/mapped_file.h"
@@ -54,11 +55,16 @@ class SeriesPlaces {
 };
 
 // Read block by block. One file is open at a time, since there may be more than
-// a process can have open.
+// a process can have open; so two threads need two of these.
 class StoredSeries {
  public:
   // Looks how large the files are. Throws FileError, as all functions.
   StoredSeries(const SeriesFiles& files, size_t recordSize);
+
+  // The same files, for another thread.
+  StoredSeries reopened() const {
+    return {name_, paths_, recordSize_, places_};
+  }
 
   const std::string& name() const { return name_; }
   uint64_t records() const { return places_.records(); }
@@ -67,6 +73,13 @@ class StoredSeries {
   void read(uint64_t first, size_t count, void* to) const;
 
  private:
+  StoredSeries(std::string name, std::vector<std::string> paths,
+               size_t recordSize, SeriesPlaces places)
+      : name_(std::move(name)),
+        paths_(std::move(paths)),
+        recordSize_(recordSize),
+        places_(std::move(places)) {}
+
   std::string name_;
   std::vector<std::string> paths_;
   size_t recordSize_;

@@ -119,6 +119,7 @@ TEST(CountingMerge, TellsWhatTheMergedArrayDoes) {
     const std::string k = seed % 2 == 0 ? " --min-k 1 --max-k 40"
                                         : " --min-k 3 --max-k 70 --json";
     const std::string expected = made.expect("pangenome", k);
+    EXPECT_EQ(made.expect("pangenome", k + " -j 3"), expected);
     std::filesystem::remove_all(made.folder().path("m.ST"));
     for (const char* ranges :
          {"", "-j 2", "--ranges 3", "--ranges 40 -j 2 -Z"}) {
