@@ -53,6 +53,9 @@ struct MemoryShares {
 MemoryShares shareMemory(const MergeLoad& load, bool readLcps,
                          const MergeMeans& means);
 
+// Finding likes takes at most so many bytes for each of packed strings.
+constexpr uint64_t kLikesRatio = 4;
+
 class RangeMerger {
  public:
   // Reads the lengths files. Everything here throws std::exception.
