@@ -24,6 +24,7 @@ void addMarkers(CLI::App& app);
 void addPangenome(CLI::App& app);
 void addPlan(CLI::App& app);
 void addPrepare(CLI::App& app);
+void addReport(CLI::App& app);
 void addShared(CLI::App& app);
 void addSimulate(CLI::App& app);
 void addView(CLI::App& app);

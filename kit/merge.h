@@ -4,6 +4,9 @@
 #ifndef PALVOR_KIT_MERGE_H_
 #define PALVOR_KIT_MERGE_H_
 
+#include <string>
+
+#include "kit/answers/pangenome_table.h"
 #include "kit/range_merger.h"
 
 namespace kit {
@@ -14,11 +17,18 @@ struct MergeCommand {
   int ranges = 0;  // 0: as many as suit the threads
   bool trees = false;
   int treeNodes = 0;  // records of a tree; 0: as palvor's
+
+  // Instead of an array or trees, the answer of palvor-kit pangenome: the file
+  // that it is written to, "-" for standard output; empty: not wanted.
+  std::string pangenome;
+  PangenomeChoice pangenomeChoice;
+  std::string groups;  // table of genomes; empty: each file is a genome
 };
 
 // Writes the merged array and its LCP array, byte for byte what palvor -a -l
 // writes, or suffix tree partitions, of which a range never shares one with
-// another. Files get their names when all are whole. Throws std::exception.
+// another; or counts k-mers, which writes neither. Files get their names when
+// all are whole. Throws std::exception.
 void merge(const MergeCommand& command);
 
 }  // namespace kit

@@ -60,8 +60,8 @@ MemoryShares shareMemory(const MergeLoad& load, bool readLcps,
   const auto streams = static_cast<uint64_t>(std::max(load.streams, 1));
   const auto jobs = static_cast<uint64_t>(means.jobs);
   MemoryShares shares;
-  shares.shared =
-      kOwnBytes + load.stringBytes + kSliceBytes * streams * load.ranges;
+  shares.shared = kOwnBytes + load.stringBytes + load.otherBytes +
+                  kSliceBytes * streams * load.ranges;
   const uint64_t fixed =
       kMergeBytes + load.sinkBytes +
       streams * (kStreamBytes + (readLcps ? kLcpStreamBytes : 0));

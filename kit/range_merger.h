@@ -32,7 +32,8 @@ struct MergeLoad {
   uint64_t stringBytes = 0;
   int streams = 0;
   uint64_t ranges = 1;
-  uint64_t sinkBytes = 0;  // of each thread, beside its buffers of records
+  uint64_t sinkBytes = 0;   // of each thread, beside its buffers of records
+  uint64_t otherBytes = 0;  // of all together
 };
 
 // How a limit of memory is shared out among threads. All in bytes, but for
