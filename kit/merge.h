@@ -4,6 +4,7 @@
 #ifndef PALVOR_KIT_MERGE_H_
 #define PALVOR_KIT_MERGE_H_
 
+#include "kit/progress.h"
 #include "kit/range_merger.h"
 
 namespace kit {
@@ -13,8 +14,13 @@ struct MergeCommand {
   MergeMeans means;
   int ranges = 0;  // 0: as many as suit the threads
   bool trees = false;
-  int treeNodes = 0;  // records of a tree; 0: as palvor's
+  int treeNodes = 0;     // records of a tree; 0: as palvor's
+  bool sayNeeds = true;  // on standard error, before it begins
+  ProgressStyle progress = {};
 };
+
+// Ranges that a merge in so many threads is cut into, unless told otherwise.
+int usualRanges(int jobs);
 
 // Writes the merged array and its LCP array, byte for byte what palvor -a -l
 // writes, or suffix tree partitions, of which a range never shares one with
