@@ -18,6 +18,7 @@ void addCommands(CLI::App& app) {
   addDistance(app);
   addShared(app);
   addMarkers(app);
+  addReport(app);
   addExport(app);
   addCompletion(app);
   addHelp(app);

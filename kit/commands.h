@@ -26,6 +26,7 @@ void addMarkers(CLI::App& app);
 void addPangenome(CLI::App& app);
 void addPlan(CLI::App& app);
 void addPrepare(CLI::App& app);
+void addReport(CLI::App& app);
 void addShared(CLI::App& app);
 void addSimulate(CLI::App& app);
 void addStatus(CLI::App& app);

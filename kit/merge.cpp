@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "kit/folders.h"
 #include "kit/message.h"
 #include "kit/needs.h"
+#include "kit/range_pangenome.h"
 #include "kit/range_sink.h"
 #include "kit/range_trees.h"
 #include "kit/range_work.h"
@@ -41,19 +43,27 @@ int64_t suffixesOf(const RangeList& ranges) {
 class Merging {
  public:
   explicit Merging(const MergeCommand& command)
-      : command_(command), merger_(command.places) {}
+      : command_(command), merger_(command.places) {
+    if (command.pangenome.empty()) return;
+    testChoice(command.pangenomeChoice);
+    pangenome_.emplace(merger_, command.pangenomeChoice, command.groups);
+  }
 
   void run();
 
  private:
+  bool writesArray() const { return !command_.trees && !pangenome_; }
   uint64_t sinkBytes() const;
   int treeNodes() const;
   void stateNeeds() const;
+  void load();
   void mergeArray();
   void mergeTrees();
+  void countKmers();
 
   const MergeCommand& command_;
   RangeMerger merger_;
+  std::optional<RangePangenome> pangenome_;
   RangeList ranges_;
   MemoryShares shares_;
 };
@@ -64,8 +74,9 @@ int Merging::treeNodes() const {
                                        merger_.longest(), 2, kMostTreeNodes));
 }
 
-// A tree and its path.
+// A tree and its path, or counts.
 uint64_t Merging::sinkBytes() const {
+  if (pangenome_) return pangenome_->bytesOfRange();
   return command_.trees
              ? sizeof(TreeNode) * static_cast<uint64_t>(treeNodes()) +
                    (uint64_t{1} << 20)
@@ -77,7 +88,7 @@ void Merging::stateNeeds() const {
   std::string needs = fmt::format(
       "{} suffixes in {} ranges, {} of memory", roundNumber(suffixes),
       ranges_.size(), roundBytes(shares_.total(command_.means.jobs)));
-  if (!command_.trees) {
+  if (writesArray()) {
     const uint64_t disk = kRecordBytes * suffixes;
     needs += fmt::format(", {} on disk", roundBytes(disk));
     const auto free = freeSpace(merger_.outputFolder());
@@ -90,16 +101,15 @@ void Merging::stateNeeds() const {
   if (command_.sayNeeds) say(needs);
 }
 
-void Merging::run() {
+void Merging::load() {
   const int jobs = command_.means.jobs;
   const int wanted = command_.ranges != 0 ? command_.ranges : usualRanges(jobs);
-  EmptyFolders made(merger_.outputFolder());
-  createFolders(merger_.outputFolder());
   const std::vector<uint64_t> cuts =
       callEngine([&] { return palvor::chooseCuts(merger_.files(), wanted); });
-  shares_ = shareMemory({merger_.stringBytes(), merger_.files().count(),
-                         cuts.size() + 1, sinkBytes()},
-                        command_.places.readLcps, command_.means);
+  MergeLoad load = {merger_.stringBytes(), merger_.files().count(),
+                    cuts.size() + 1, sinkBytes()};
+  if (pangenome_) load.otherBytes = pangenome_->bytesOfAll(cuts.size() + 1);
+  shares_ = shareMemory(load, command_.places.readLcps, command_.means);
   merger_.load();
   for (palvor::MergeRange& range : callEngine([&] {
          return palvor::cutRanges(merger_.files(), merger_.strings(), cuts);
@@ -109,6 +119,17 @@ void Merging::run() {
   }
   stateNeeds();
   merger_.findLikes(command_.means.memory - shares_.total(jobs));
+}
+
+void Merging::run() {
+  if (pangenome_) {
+    load();
+    countKmers();
+    return;
+  }
+  EmptyFolders made(merger_.outputFolder());
+  createFolders(merger_.outputFolder());
+  load();
   command_.trees ? mergeTrees() : mergeArray();
   made.keep();
 }
@@ -146,6 +167,19 @@ void Merging::mergeTrees() {
   });
   removeTrees(merger_.output());
   trees.commit();
+}
+
+void Merging::countKmers() {
+  pangenome_->setRanges(ranges_.size());
+  RangeWork work("counting k-mers", ranges_.size(),
+                 static_cast<uint64_t>(suffixesOf(ranges_)));
+  work.run(command_.means.jobs, [&] {
+    return [&](size_t r) {
+      pangenome_->count(r, ranges_[r], shares_,
+                        [&](uint64_t done) { work.advance(done); });
+    };
+  });
+  pangenome_->write(command_.pangenome);
 }
 
 }  // namespace

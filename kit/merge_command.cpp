@@ -33,6 +33,20 @@ void addMerge(CLI::App& app) {
                    "with --trees, records of a tree, as palvor's -n")
       ->check(CLI::Range(2, 178956970))
       ->type_name("NODES");
+  CLI::Option* pangenome =
+      command
+          ->add_option("--pangenome", options->pangenome,
+                       "write neither array nor trees, but what palvor-kit "
+                       "pangenome tells, to this file; -: to standard output")
+          ->type_name("FILE")
+          ->excludes("--trees");
+  addPangenomeChoice(*command, options->pangenomeChoice, pangenome);
+  command
+      ->add_option("--groups", options->groups,
+                   "with --pangenome, table of genomes, as palvor-kit "
+                   "pangenome's")
+      ->type_name("TSV")
+      ->needs(pangenome);
   CLI::Option* range =
       command
           ->add_option("--range", part->range,
@@ -41,6 +55,7 @@ void addMerge(CLI::App& app) {
           ->type_name("N")
           ->excludes("--ranges")
           ->excludes("--trees")
+          ->excludes("--pangenome")
           ->excludes("--jobs");
   command
       ->add_option("--stage", part->stage,

@@ -35,10 +35,6 @@ constexpr uint64_t kUsualStreamRecords = 1 << 12;
 constexpr uint64_t kLeastOutput = 1 << 12;
 constexpr uint64_t kMostOutput = 1 << 16;
 
-// Reading reaches for as much as this of what finding likes takes at most, in
-// bytes a byte of packed string.
-constexpr uint64_t kLikesRatio = 4;
-
 palvor::DataPlace placeOf(const std::string& folder, const std::string& prefix,
                           const palvor::DataPlace& otherwise) {
   palvor::DataPlace place = {folder.empty() ? otherwise.folder : folder,
@@ -62,7 +58,7 @@ uint64_t streamsOf(const MergeLoad& load) {
 }
 
 uint64_t sharedBytes(const MergeLoad& load) {
-  return kOwnBytes + load.stringBytes +
+  return kOwnBytes + load.stringBytes + load.otherBytes +
          kSliceBytes * streamsOf(load) * load.ranges;
 }
 

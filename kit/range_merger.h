@@ -32,7 +32,8 @@ struct MergeLoad {
   uint64_t stringBytes = 0;
   int streams = 0;
   uint64_t ranges = 1;
-  uint64_t sinkBytes = 0;  // of each thread, beside its buffers of records
+  uint64_t sinkBytes = 0;   // of each thread, beside its buffers of records
+  uint64_t otherBytes = 0;  // of all together
 };
 
 // How a limit of memory is shared out among threads. All in bytes, but for
@@ -54,6 +55,9 @@ uint64_t leastMergeMemory(const MergeLoad& load, bool readLcps, int jobs);
 // Throws std::runtime_error, with what is needed, if the limit is too low.
 MemoryShares shareMemory(const MergeLoad& load, bool readLcps,
                          const MergeMeans& means);
+
+// Finding likes takes at most so many bytes for each of packed strings.
+constexpr uint64_t kLikesRatio = 4;
 
 class RangeMerger {
  public:

@@ -27,6 +27,10 @@ void addSimulate(CLI::App& app) {
                    "10 characters; 1 gives independent random genomes")
       ->check(CLI::Range(0.0, 1.0))
       ->required();
+  command->add_flag("--phylogeny", options->phylogeny,
+                    "let the genomes descend from each other along a random "
+                    "tree, DIR/phylogeny.nwk, with inversions and with regions "
+                    "gained and lost");
   command->add_option("--seed", options->seed, "start of the random numbers")
       ->capture_default_str();
   command

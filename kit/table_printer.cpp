@@ -34,8 +34,9 @@ void set(Json& object, const std::string& column, const Cell& cell) {
 
 }  // namespace
 
-TablePrinter::TablePrinter(std::vector<std::string> columns, bool json)
-    : columns_(std::move(columns)), json_(json) {
+TablePrinter::TablePrinter(std::vector<std::string> columns, bool json,
+                           WriteText write)
+    : columns_(std::move(columns)), json_(json), write_(std::move(write)) {
   if (!json_) row(std::vector<Cell>(columns_.begin(), columns_.end()));
 }
 
@@ -45,7 +46,7 @@ void TablePrinter::row(const std::vector<Cell>& cells) {
     for (size_t i = 0; i < cells.size(); i++) {
       set(object, columns_[i], cells[i]);
     }
-    writeOutput(jsonLine(object));
+    write_(jsonLine(object));
     return;
   }
   line_.clear();
@@ -54,7 +55,7 @@ void TablePrinter::row(const std::vector<Cell>& cells) {
     append(line_, cells[i]);
   }
   line_ += '\n';
-  writeOutput(line_);
+  write_(line_);
 }
 
 }  // namespace kit

@@ -52,7 +52,8 @@ show $bin/kit/palvor-kit prepare -o "$data/" -p $prefix --force "${genomes[@]}"
 
 echo
 echo "== Merging the suffix arrays into one, with its LCP array"
-show $bin/src/palvor "$data/" $prefix -p $prefix-array -a -l
+show $bin/src/palvor "$data/" $prefix -p $prefix-array -a -l 2>&1 |
+  tee "$data/merge.log"
 echo
 ls -l "$data/$prefix-array.ST" | awk 'NF > 2 {print $5 " bytes  " $NF}'
 python3 scripts/show_array.py "$data/$prefix.ST/$prefix" \
@@ -63,6 +64,11 @@ echo "== Merging them into suffix trees, the default"
 show $bin/src/palvor "$data/" $prefix -p $prefix-trees -q
 echo
 python3 scripts/show_trees.py "$data/$prefix-trees.ST/$prefix-trees"
+
+echo
+echo "== A report of the merged array, for a browser"
+show $bin/kit/palvor-kit report "$data/" $prefix -p $prefix-array \
+  --log "$data/merge.log"
 
 echo
 echo "Done."

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-all_targets=(array tree check view prepare)
+all_targets=(array tree check view prepare answer)
 build=build/fuzz
 findings=$build/findings
 fuzzer=$build/tests/fuzz/palvor_fuzz

@@ -12,6 +12,7 @@
 #include "kit/answers/common_substrings.h"
 #include "kit/answers/genome_matrix.h"
 #include "kit/answers/genomes.h"
+#include "kit/answers/likeness.h"
 #include "kit/answers/merged_array.h"
 #include "kit/answers/merged_inputs.h"
 #include "kit/answers/neighbour_joining.h"
@@ -21,29 +22,6 @@
 
 namespace kit {
 namespace {
-
-double part(uint64_t some, uint64_t all) {
-  return all == 0 ? 0 : static_cast<double>(some) / static_cast<double>(all);
-}
-
-// What two genomes share of their k-mers.
-struct Likeness {
-  uint64_t shared;
-  double jaccard;
-  double containmentA;  // the part of a's that b has
-  double containmentB;
-  double mash;  // Mash distance (Ondov et al., Genome Biology 2016)
-};
-
-Likeness likenessOf(const GenomeMatrix<uint64_t>& shared, uint32_t a,
-                    uint32_t b, uint32_t k) {
-  const uint64_t both = shared(a, b);
-  const double jaccard = part(both, shared(a, a) + shared(b, b) - both);
-  const double mash =
-      jaccard == 0 ? 1 : -std::log(2 * jaccard / (1 + jaccard)) / k;
-  return {both, jaccard, part(both, shared(a, a)), part(both, shared(b, b)),
-          std::clamp(mash, 0.0, 1.0)};
-}
 
 // What is known of all pairs.
 struct Comparison {
@@ -106,25 +84,17 @@ GenomeMatrix<double> distancesOf(const DistanceOptions& options,
                                  const Comparison& comparison) {
   if (options.measure == DistanceMeasure::kAcs) return *comparison.acs;
   const GenomeMatrix<uint64_t>& shared = comparison.shared[0];
+  const uint32_t k = options.k[0];
+  if (options.measure == DistanceMeasure::kMash) {
+    return mashDistances(shared, k);
+  }
   GenomeMatrix<double> distances(shared.genomes());
   for (uint32_t a = 0; a < shared.genomes(); a++) {
     for (uint32_t b = 0; b < shared.genomes(); b++) {
-      if (a == b) continue;
-      const Likeness like = likenessOf(shared, a, b, options.k[0]);
-      distances(a, b) = options.measure == DistanceMeasure::kMash
-                            ? like.mash
-                            : 1 - like.jaccard;
+      if (a != b) distances(a, b) = 1 - likenessOf(shared, a, b, k).jaccard;
     }
   }
   return distances;
-}
-
-std::vector<std::string> namesOf(const Genomes& genomes) {
-  std::vector<std::string> names;
-  for (uint32_t g = 0; g < genomes.count(); g++) {
-    names.push_back(genomes.name(g));
-  }
-  return names;
 }
 
 // A square matrix, whose names may have more than ten characters but no blanks.
@@ -178,7 +148,7 @@ void distance(DistanceOptions options) {
     if (options.format == DistanceFormat::kPhylip) {
       printPhylip(distances, genomes);
     } else {
-      writeOutput(neighbourJoining(distances, namesOf(genomes)) + '\n');
+      writeOutput(neighbourJoining(distances, genomes.names()) + '\n');
     }
   }
   finishOutput();

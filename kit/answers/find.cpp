@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <functional>
 #include <map>
 #include <stdexcept>
 #include <utility>
@@ -13,6 +12,7 @@
 #include "kit/answers/merged_strings.h"
 #include "kit/answers/pattern_finder.h"
 #include "kit/answers/suffix_search.h"
+#include "kit/answers/tree_search.h"
 #include "kit/progress.h"
 #include "kit/standard_output.h"
 #include "kit/table_printer.h"
@@ -115,26 +115,39 @@ std::vector<Pattern> patternsOf(const FindOptions& options) {
   return patterns;
 }
 
+void findBy(const FindOptions& options, const std::vector<Pattern>& patterns,
+            const MergedInputs& inputs, const Genomes& genomes,
+            FindSuffixes search) {
+  const PatternFinder finder(inputs, std::move(search));
+  FindPrinter printer(options, inputs, genomes);
+  findPatterns(options, patterns, finder, printer);
+}
+
 }  // namespace
 
 void find(const FindOptions& options) {
   const std::vector<Pattern> patterns = patternsOf(options);
   const MergedInputs inputs(options.merged.dataBase(), options.merged.nmerge);
   const Genomes genomes(inputs, options.merged.groups);
+  const std::string base = options.merged.mergedBase();
   MergedStrings strings(inputs);
-  SuffixSearch search(inputs, strings, options.merged.mergedBase());
-  if (options.mem > 0) {
-    printMaximalMatches(options.file, options.mem, inputs, strings, search);
-    finishOutput();
-    return;
+  if (options.mem == 0 && onlyTreesAreThere(base)) {
+    TreeSearch search(inputs, strings, base);
+    findBy(options, patterns, inputs, genomes,
+           [&](const Pattern& pattern, const TakeSuffix& take) {
+             search.eachSuffix(pattern, take);
+           });
+  } else {
+    SuffixSearch search(inputs, strings, base);
+    if (options.mem > 0) {
+      printMaximalMatches(options.file, options.mem, inputs, strings, search);
+    } else {
+      findBy(options, patterns, inputs, genomes,
+             [&](const Pattern& pattern, const TakeSuffix& take) {
+               search.eachSuffix(pattern, 0, pattern.text().size(), take);
+             });
+    }
   }
-  const PatternFinder finder(
-      inputs, [&](const Pattern& pattern,
-                  const std::function<void(const Suffix&)>& take) {
-        search.eachSuffix(pattern, 0, pattern.text().size(), take);
-      });
-  FindPrinter printer(options, inputs, genomes);
-  findPatterns(options, patterns, finder, printer);
   finishOutput();
 }
 

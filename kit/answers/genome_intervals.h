@@ -54,8 +54,15 @@ class GenomeIntervals {
       close(common);
     }
     uint64_t& last = lastOf_[genome];
-    if (last != 0) smallestWith(last - 1).repeats++;
+    if (last != 0) open_[smallestWith(last - 1)].repeats++;
     last = ++taken_;
+  }
+
+  // The depth of the smallest interval that the last suffix taken and one of a
+  // genome are in; `least` if there is none of that genome.
+  uint32_t depthWithLast(uint32_t genome) const {
+    const uint64_t last = lastOf_[genome];
+    return last == 0 ? least_ : open_[smallestWith(last - 1)].depth;
   }
 
   // To be called once, when all suffixes were taken.
@@ -87,14 +94,15 @@ class GenomeIntervals {
     } while (inner.depth > common);
   }
 
-  Open& smallestWith(uint64_t suffix) {
+  // Which of the open ones.
+  size_t smallestWith(uint64_t suffix) const {
     size_t found = 0;
     for (size_t size = open_.size(); size > 1;) {
       const size_t half = size / 2;
       if (open_[found + half].begin <= suffix) found += half;
       size -= half;
     }
-    return open_[found];
+    return found;
   }
 
   Visitor& visitor_;

@@ -30,6 +30,7 @@ class Genomes {
 
   // In the order in which the inputs come.
   const std::string& name(uint32_t genome) const { return names_[genome]; }
+  const std::vector<std::string>& names() const { return names_; }
 
   // The group of a genome; empty: none.
   const std::string& group(uint32_t genome) const { return groups_[genome]; }

@@ -1,11 +1,60 @@
 #include "kit/answers/kmer_spectrum.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <utility>
 
 namespace kit {
 
+bool isCanonical(const MergedInputs& inputs, std::optional<bool> wish) {
+  const bool canonical = wish.value_or(inputs.bothStrands());
+  if (canonical && !inputs.bothStrands()) {
+    throw std::runtime_error(
+        "--canonical needs both strands of every sequence (see prepare "
+        "--strands both)");
+  }
+  return canonical;
+}
+
+std::vector<uint64_t> kmerTotals(const MergedInputs& inputs, KmerLengths k,
+                                 bool canonical) {
+  std::vector<uint64_t> totals(k.max - k.min + 1);
+  for (uint32_t i = 0; i < inputs.count(); i += canonical ? 2 : 1) {
+    const uint32_t length = inputs.length(i);
+    for (uint32_t n = k.min; n <= std::min(k.max, length); n++) {
+      totals[n - k.min] += length - n + 1;
+    }
+  }
+  return totals;
+}
+
+void KmerTally::add(const KmerTally& other) {
+  counts_.add(other.counts_);
+  if (ownReverses_) ownReverses_->add(*other.ownReverses_);
+}
+
+KmerCounts KmerTally::result() const {
+  KmerCounts result = counts_;
+  if (!ownReverses_) return result;
+  for (uint32_t k = result.k().min; k <= result.k().max; k++) {
+    const auto own = ownReverses_->of(k);
+    for (uint32_t g = 0; g < result.genomes(); g++) {
+      result.of(k)[g] = (result.of(k)[g] + own[g]) / 2;
+    }
+  }
+  return result;
+}
+
+std::shared_ptr<const Palindromes> palindromesFor(const MergedInputs& inputs,
+                                                  KmerLengths k,
+                                                  bool canonical) {
+  if (!canonical) return nullptr;
+  return std::make_shared<const Palindromes>(inputs, k.max);
+}
+
 KmerSpectrum::KmerSpectrum(const MergedInputs& inputs, const Genomes& genomes,
-                           KmerLengths k, bool canonical)
+                           KmerLengths k,
+                           std::shared_ptr<const Palindromes> palindromes)
     : lengths_(inputs.lengths()),
       genomeOf_(genomes.ofInputs()),
       k_(k),
@@ -14,11 +63,9 @@ KmerSpectrum::KmerSpectrum(const MergedInputs& inputs, const Genomes& genomes,
       common_(k.min - 1),
       rest_(k.min - 1),
       changes_(size_t{k.max - k.min + 2} * genomes.count()),
-      singles_(k.max - k.min + 2) {
-  if (!canonical) return;
-  palindromes_.emplace(inputs, k.max);
-  ownReverses_.emplace(k, genomes.count());
-}
+      singles_(k.max - k.min + 2),
+      palindromes_(std::move(palindromes)),
+      tally_(k, genomes.count(), palindromes_ != nullptr) {}
 
 void KmerSpectrum::take(std::span<const Suffix> suffixes,
                         std::span<const LcpEntry> entries) {
@@ -55,26 +102,22 @@ inline void KmerSpectrum::close(const GenomeInterval& interval) {
 inline void KmerSpectrum::countPalindromes(const GenomeInterval& interval) {
   palindromes_->eachPrefix(
       last_, interval.outer, interval.depth,
-      [&](uint32_t k) { ownReverses_->of(k)[interval.genomes - 1]++; });
+      [&](uint32_t k) { tally_.ownReverses().of(k)[interval.genomes - 1]++; });
 }
 
-KmerCounts KmerSpectrum::finish() {
+KmerTally KmerSpectrum::finish() {
   countSingles(k_.min - 1);
   intervals_.finish();
-  KmerCounts counts(k_, genomes_);
   std::vector<int64_t> row(genomes_);
   for (uint32_t k = k_.min; k <= k_.max; k++) {
     const size_t index = k - k_.min;
     row[0] += singles_[index];
     for (uint32_t g = 0; g < genomes_; g++) {
       row[g] += changes_[index * genomes_ + g];
-      auto count = static_cast<uint64_t>(row[g]);
-      // The others are there twice, as themselves and as their reverses.
-      if (ownReverses_) count = (count + ownReverses_->of(k)[g]) / 2;
-      counts.of(k)[g] = count;
+      tally_.counts().of(k)[g] = static_cast<uint64_t>(row[g]);
     }
   }
-  return counts;
+  return std::move(tally_);
 }
 
 }  // namespace kit

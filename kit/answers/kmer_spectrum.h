@@ -10,6 +10,7 @@
 #define PALVOR_KIT_ANSWERS_KMER_SPECTRUM_H_
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
@@ -47,29 +48,80 @@ class KmerCounts {
     return std::span(counts_).subspan(size_t{k - k_.min} * genomes_, genomes_);
   }
 
+  // Adds those of another one of the same lengths and genomes.
+  void add(const KmerCounts& other) {
+    for (size_t i = 0; i < counts_.size(); i++) counts_[i] += other.counts_[i];
+  }
+
  private:
   KmerLengths k_;
   uint32_t genomes_;
   std::vector<uint64_t> counts_;
 };
 
-// Memory: 8 bytes for each k and number of genomes, twice that if k-mers are
+// K-mers as they are met. Where both strands are in and a k-mer and its reverse
+// complement shall count as one, those that are not the same are met twice.
+class KmerTally {
+ public:
+  KmerTally(KmerLengths k, uint32_t genomes, bool canonical)
+      : counts_(k, genomes) {
+    if (canonical) ownReverses_.emplace(k, genomes);
+  }
+
+  KmerCounts& counts() { return counts_; }
+  // Those that are their own reverse complements; only if canonical.
+  KmerCounts& ownReverses() { return *ownReverses_; }
+
+  // Adds those of another one of the same lengths and genomes.
+  void add(const KmerTally& other);
+
+  // Different k-mers.
+  KmerCounts result() const;
+
+ private:
+  KmerCounts counts_;
+  std::optional<KmerCounts> ownReverses_;
+};
+
+// What tells which k-mers of both strands are palindromes; null if k-mers need
+// not be canonical. Throws FileError if a string cannot be read.
+std::shared_ptr<const Palindromes> palindromesFor(const MergedInputs& inputs,
+                                                  KmerLengths k,
+                                                  bool canonical);
+
+// Whether a k-mer and its reverse complement shall count as one: as wished, or,
+// without a wish, where both strands are in. Throws std::runtime_error if they
+// cannot.
+bool isCanonical(const MergedInputs& inputs, std::optional<bool> wish);
+
+// Occurrences of k-mers, by k from k.min on.
+std::vector<uint64_t> kmerTotals(const MergedInputs& inputs, KmerLengths k,
+                                 bool canonical);
+
+// Memory: 16 bytes for each k and number of genomes, 24 if k-mers are
 // canonical, and 8 for each genome.
 class KmerSpectrum {
  public:
   // The inputs and genomes must outlive this.
-  //   canonical  a k-mer and its reverse complement count as one; the inputs
-  //              must be of both strands
+  //   palindromes  not null: a k-mer and its reverse complement count as one;
+  //                the inputs must be of both strands
   KmerSpectrum(const MergedInputs& inputs, const Genomes& genomes,
-               KmerLengths k, bool canonical);
+               KmerLengths k, std::shared_ptr<const Palindromes> palindromes);
 
   // Takes the next suffixes of the merged order and their LCP entries, which
   // must be right.
   void take(std::span<const Suffix> suffixes,
             std::span<const LcpEntry> entries);
 
+  // Characters that some suffix of a genome shares with the last one taken; of
+  // that itself, those that it shares with the one before. Lengths above k.max
+  // are k.max, and those below k.min, or of a genome without any, k.min - 1.
+  uint32_t sharedWithLast(uint32_t genome) const {
+    return intervals_.depthWithLast(genome);
+  }
+
   // To be called once, when all suffixes were taken.
-  KmerCounts finish();
+  KmerTally finish();
 
  private:
   friend class GenomeIntervals<KmerSpectrum>;
@@ -90,8 +142,8 @@ class KmerSpectrum {
   std::vector<int64_t>
       changes_;  // row k: how counts differ from those of k - 1
   std::vector<int64_t> singles_;  // the same, of k-mers that occur once
-  std::optional<Palindromes> palindromes_;  // if k-mers are canonical
-  std::optional<KmerCounts> ownReverses_;   // and how many of these
+  std::shared_ptr<const Palindromes> palindromes_;  // null: not canonical
+  KmerTally tally_;
 };
 
 }  // namespace kit

@@ -17,11 +17,6 @@ constexpr uint64_t kBatch = 4096;  // suffixes: what fits into a near cache
 
 }  // namespace
 
-const std::string& mustBeThere(const std::string& path, const char* option) {
-  if (isThere(path)) return path;
-  throw FileError(path, fmt::format("not there; palvor {} writes it", option));
-}
-
 void testRecordCount(const std::string& path, uint64_t records,
                      const MergedInputs& inputs) {
   if (records == inputs.total()) return;
@@ -51,10 +46,10 @@ void testPrefixWords(const std::string& path, const Suffix& suffix,
 
 MergedArray::MergedArray(const MergedInputs& inputs, const std::string& base)
     : inputs_(inputs),
-      array_(mustBeThere(base + ".stpsa", "-a -l"), sizeof(Suffix)),
-      lcps_(mustBeThere(base + ".stlcp", "-a -l"), sizeof(LcpEntry)) {
-  testRecordCount(array_.path(), array_.records(), inputs);
-  testRecordCount(lcps_.path(), lcps_.records(), inputs);
+      array_(seriesFiles(base, "stpsa", "-a -l"), sizeof(Suffix)),
+      lcps_(seriesFiles(base, "stlcp", "-a -l"), sizeof(LcpEntry)) {
+  testRecordCount(array_.name(), array_.records(), inputs);
+  testRecordCount(lcps_.name(), lcps_.records(), inputs);
 }
 
 std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
@@ -63,7 +58,7 @@ std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
   for (const Suffix& suffix : result) {
     const uint32_t input = inputNumber(suffix);
     if (input < inputs_.count() && suffix.pos < inputs_.length(input)) continue;
-    throw FileError(array_.path(), "was changed meanwhile");
+    throw FileError(array_.name(), "was changed meanwhile");
   }
   return result;
 }
@@ -71,27 +66,52 @@ std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
 void MergedArray::pass(const std::string& doing,
                        const TakeSuffixes& take) const {
   using Clock = std::chrono::steady_clock;
-  OrderTests tests(inputs_.lengths(), array_.path(), lcps_.path());
+  Progress progress;
+  const auto begin = Clock::now();
+  uint64_t done = 0;
+  passPart(
+      0, size(),
+      [&](std::span<const Suffix> suffixes, std::span<const LcpEntry> entries) {
+        take(suffixes, entries);
+        done += suffixes.size();
+        const double part =
+            static_cast<double>(done) / static_cast<double>(size());
+        const std::chrono::duration<double> spent = Clock::now() - begin;
+        progress.show(
+            fmt::format("{}, {:.0f}%, {} left", doing, 100 * part,
+                        clockTime(spent.count() / part * (1 - part))));
+      });
+}
+
+void MergedArray::passPart(uint64_t first, uint64_t end,
+                           const TakeSuffixes& take) const {
+  const StoredSeries array = array_.reopened(), lcps = lcps_.reopened();
+  // The record before is tested, and not handed on.
+  const uint64_t before = first == 0 ? 0 : 1;
+  OrderTests tests(inputs_.lengths(), array.name(), lcps.name(),
+                   first - before);
   MergedStrings strings(inputs_);
   std::vector<Suffix> suffixes(kBatch);
   std::vector<LcpEntry> entries(kBatch);
-  Progress progress;
-  const auto begin = Clock::now();
-  for (uint64_t done = 0; done < size();) {
-    const size_t count = std::min(kBatch, size() - done);
-    array_.read(done, count, suffixes.data());
-    lcps_.read(done, count, entries.data());
+  for (uint64_t done = first - before; done < end;) {
+    const size_t count = std::min(kBatch, end - done);
+    array.read(done, count, suffixes.data());
+    lcps.read(done, count, entries.data());
     const std::span<const Suffix> batch(suffixes.data(), count);
     tests.take(batch, {entries.data(), count});
-    testPrefixWords(array_.path(), batch.back(), done + count - 1, inputs_,
+    testPrefixWords(array.name(), batch.back(), done + count - 1, inputs_,
                     strings);
-    take(batch, {entries.data(), count});
+    const size_t skipped = done < first ? 1 : 0;
+    take(batch.subspan(skipped),
+         std::span<const LcpEntry>(entries.data(), count).subspan(skipped));
     done += count;
-    const double part = static_cast<double>(done) / static_cast<double>(size());
-    const std::chrono::duration<double> spent = Clock::now() - begin;
-    progress.show(fmt::format("{}, {:.0f}%, {} left", doing, 100 * part,
-                              clockTime(spent.count() / part * (1 - part))));
   }
+}
+
+LcpEntry MergedArray::entry(uint64_t index) const {
+  LcpEntry entry = 0;
+  lcps_.read(index, 1, &entry);
+  return entry;
 }
 
 }  // namespace kit

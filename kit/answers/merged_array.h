@@ -12,7 +12,7 @@
 
 #include "kit/answers/merged_inputs.h"
 #include "kit/answers/merged_strings.h"
-#include "kit/record_file.h"
+#include "kit/answers/record_series.h"
 #include "kit/records.h"
 
 namespace kit {
@@ -21,10 +21,6 @@ namespace kit {
 // the very first describes no pair. Only valid during the call.
 using TakeSuffixes = std::function<void(std::span<const Suffix> suffixes,
                                         std::span<const LcpEntry> entries)>;
-
-// The path, if a file is there. Throws FileError if not, which says with what
-// option palvor writes it.
-const std::string& mustBeThere(const std::string& path, const char* option);
 
 // Throws FileError unless a file of a merged order has as many records as the
 // inputs have suffixes: the merge did not finish, or was one of other inputs.
@@ -39,9 +35,10 @@ void testPrefixWords(const std::string& path, const Suffix& suffix,
 
 class MergedArray {
  public:
-  // Opens <base>.stpsa and <base>.stlcp. Throws FileError if one is missing, or
-  // has not one record for each suffix of the inputs, which must outlive this:
-  // it is of other inputs, or the merge did not finish.
+  // Opens <base>.stpsa and <base>.stlcp, or their parts. Throws FileError if
+  // one is missing, or they have not one record for each suffix of the inputs,
+  // which must outlive this: they are of other inputs, or the merge did not
+  // finish.
   MergedArray(const MergedInputs& inputs, const std::string& base);
 
   uint64_t size() const { return array_.records(); }
@@ -57,10 +54,19 @@ class MergedArray {
   // Throws FileError as those tests do, and if a file cannot be read.
   void pass(const std::string& doing, const TakeSuffixes& take) const;
 
+  // The same of records `first` to `end` - 1, which must be there, with the
+  // order across `first`; tells nobody how far it is. Threads may do so side by
+  // side.
+  void passPart(uint64_t first, uint64_t end, const TakeSuffixes& take) const;
+
+  // The LCP entry of a record, which must be there. By one thread at a time, as
+  // records().
+  LcpEntry entry(uint64_t index) const;
+
  private:
   const MergedInputs& inputs_;
-  StoredBytes array_;
-  StoredBytes lcps_;
+  StoredSeries array_;
+  StoredSeries lcps_;
 };
 
 }  // namespace kit

@@ -18,16 +18,17 @@ uint64_t prefixOf(const Suffix& suffix) {
 }  // namespace
 
 OrderTests::OrderTests(const std::vector<uint32_t>& lengths, std::string array,
-                       std::string lcps)
+                       std::string lcps, uint64_t first)
     : lengths_(lengths),
       arrayPath_(std::move(array)),
-      lcpPath_(std::move(lcps)) {}
+      lcpPath_(std::move(lcps)),
+      next_(first) {}
 
 void OrderTests::take(std::span<const Suffix> suffixes,
                       std::span<const LcpEntry> entries) {
   for (size_t i = 0; i < suffixes.size(); i++) {
     if (!isRight(suffixes[i], entries[i])) explain(suffixes[i], entries[i]);
-    taken_++;
+    next_++;
   }
 }
 
@@ -58,7 +59,7 @@ inline bool OrderTests::isRight(const Suffix& suffix, LcpEntry entry) {
 
 void OrderTests::explain(const Suffix& suffix, LcpEntry entry) const {
   const auto error = [&](const std::string& path, const std::string& reason) {
-    return FileError(path, fmt::format("record {}: {}", taken_, reason));
+    return FileError(path, fmt::format("record {}: {}", next_, reason));
   };
   const uint32_t input = inputNumber(suffix);
   if (input >= lengths_.size()) {

@@ -17,8 +17,9 @@ class OrderTests {
  public:
   //   lengths  of the inputs in characters; must outlive this
   //   array, lcps  the files' names, for errors
+  //   first        number of the first record
   OrderTests(const std::vector<uint32_t>& lengths, std::string array,
-             std::string lcps);
+             std::string lcps, uint64_t first = 0);
 
   // Tests the next suffixes and as many entries. Throws FileError, which names
   // the file and the record, for a suffix that no input has, prefix words in
@@ -34,7 +35,7 @@ class OrderTests {
 
   const std::vector<uint32_t>& lengths_;
   std::string arrayPath_, lcpPath_;
-  uint64_t taken_ = 0;
+  uint64_t next_;  // record
   uint64_t previousPrefix_ = 0;
   uint64_t previousRest_ = 0;  // bits; 0: there was no suffix yet
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace kit {
 namespace {
@@ -11,6 +12,12 @@ std::vector<double> logFactorials(uint32_t n) {
   std::vector<double> logs(n + 1);
   for (uint32_t i = 1; i <= n; i++) logs[i] = logs[i - 1] + std::log(i);
   return logs;
+}
+
+std::vector<uint32_t> oneToAll(uint32_t genomes) {
+  std::vector<uint32_t> numbers(genomes);
+  std::iota(numbers.begin(), numbers.end(), 1);
+  return numbers;
 }
 
 }  // namespace
@@ -45,10 +52,14 @@ uint32_t quorumOf(double quorum, uint32_t genomes) {
                     genomes);
 }
 
-ExpectedCounts::ExpectedCounts(uint32_t genomes, std::optional<double> quorum) {
-  for (uint32_t chosen = 1; chosen <= genomes; chosen++) {
-    const uint32_t wanted = quorum ? quorumOf(*quorum, chosen) : 1;
-    chances_.push_back(chancesOfAtLeast(genomes, chosen, wanted));
+ExpectedCounts::ExpectedCounts(uint32_t genomes, std::optional<double> quorum)
+    : ExpectedCounts(genomes, quorum, oneToAll(genomes)) {}
+
+ExpectedCounts::ExpectedCounts(uint32_t genomes, std::optional<double> quorum,
+                               std::span<const uint32_t> chosen) {
+  for (const uint32_t some : chosen) {
+    const uint32_t wanted = quorum ? quorumOf(*quorum, some) : 1;
+    chances_.push_back(chancesOfAtLeast(genomes, some, wanted));
   }
 }
 

@@ -29,11 +29,15 @@ class ExpectedCounts {
  public:
   ExpectedCounts(uint32_t genomes, std::optional<double> quorum);
 
+  // Only for these numbers of genomes, of 1 or more and at most all.
+  ExpectedCounts(uint32_t genomes, std::optional<double> quorum,
+                 std::span<const uint32_t> chosen);
+
   //   counts  k-mers that occur in 1, 2, ... genomes
   std::vector<double> of(std::span<const uint64_t> counts) const;
 
  private:
-  std::vector<std::vector<double>> chances_;  // by the genomes chosen, from 1
+  std::vector<std::vector<double>> chances_;  // by the genomes chosen
 };
 
 // Alpha of Heaps' law: the m-th genome adds about m^-alpha new k-mers, times a

@@ -15,9 +15,11 @@
 
 namespace kit {
 
+using TakeSuffix = std::function<void(const Suffix& suffix)>;
+
 // Calls `take` for each suffix that begins with a pattern.
-using FindSuffixes = std::function<void(
-    const Pattern& pattern, const std::function<void(const Suffix&)>& take)>;
+using FindSuffixes =
+    std::function<void(const Pattern& pattern, const TakeSuffix& take)>;
 
 class PatternFinder {
  public:

@@ -14,9 +14,8 @@ SuffixSearch::SuffixSearch(const MergedInputs& inputs, MergedStrings& strings,
                            const std::string& base)
     : inputs_(inputs),
       strings_(strings),
-      path_(base + ".stpsa"),
-      array_(mustBeThere(path_, "-a")) {
-  testRecordCount(path_, array_.size(), inputs);
+      array_(seriesFiles(base, "stpsa", "-a")) {
+  testRecordCount(array_.name(), array_.size(), inputs);
 }
 
 SuffixRange SuffixSearch::find(const Pattern& pattern, size_t from,
@@ -83,18 +82,19 @@ const Suffix& SuffixSearch::at(uint64_t index) const {
   if (input < inputs_.count() && suffix.pos < inputs_.length(input)) {
     return suffix;
   }
-  throw FileError(path_, fmt::format("record {}: there is no suffix {} of "
-                                     "input {}",
-                                     index, suffix.pos, input));
+  throw FileError(array_.name(),
+                  fmt::format("record {}: there is no suffix {} of "
+                              "input {}",
+                              index, suffix.pos, input));
 }
 
 void SuffixSearch::refuse(uint64_t index) const {
-  throw FileError(path_,
+  throw FileError(array_.name(),
                   fmt::format("record {}: not in ascending order", index));
 }
 
 void SuffixSearch::testPrefix(uint64_t index) {
-  testPrefixWords(path_, at(index), index, inputs_, strings_);
+  testPrefixWords(array_.name(), at(index), index, inputs_, strings_);
 }
 
 }  // namespace kit

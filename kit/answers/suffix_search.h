@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <string>
 
-#include "kit/answers/mapped_file.h"
 #include "kit/answers/merged_inputs.h"
 #include "kit/answers/merged_strings.h"
 #include "kit/answers/pattern.h"
+#include "kit/answers/record_series.h"
 #include "kit/records.h"
 
 namespace kit {
@@ -26,9 +26,9 @@ struct SuffixRange {
 // that names no suffix or has other prefix words than its string.
 class SuffixSearch {
  public:
-  // Maps <base>.stpsa. Throws FileError if it is missing, or has not one record
-  // for each suffix of the inputs, which must outlive this, as the strings
-  // must.
+  // Maps <base>.stpsa, or its parts. Throws FileError if it is missing, or has
+  // not one record for each suffix of the inputs, which must outlive this, as
+  // the strings must.
   SuffixSearch(const MergedInputs& inputs, MergedStrings& strings,
                const std::string& base);
 
@@ -59,8 +59,7 @@ class SuffixSearch {
 
   const MergedInputs& inputs_;
   MergedStrings& strings_;
-  std::string path_;
-  MappedRecords<Suffix> array_;
+  MappedSeries<Suffix> array_;
 };
 
 }  // namespace kit

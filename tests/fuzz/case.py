@@ -16,7 +16,7 @@ from pathlib import Path
 KINDS = ["x.stlengths", "x.stblengths", "x.stplengths", "x_#.stbin",
          "x_#.stpsa", "x_#.stlcp", "x.stpsa", "x.stlcp", "x.stdiv",
          "x_#.stree"]
-HEADS = {"array": 3, "tree": 3, "check": 1, "view": 3}  # bytes
+HEADS = {"array": 3, "tree": 3, "check": 1, "view": 3, "answer": 2}  # bytes
 
 
 def section_byte(name):

@@ -144,7 +144,7 @@ int usage() {
   std::fprintf(stderr,
                "palvor_fuzz TARGET < CASE\n"
                "palvor_fuzz [-v] TARGET FILE|FOLDER...\n"
-               "targets: array tree check view prepare\n");
+               "targets: array tree check view prepare answer\n");
   return 2;
 }
 

@@ -1,6 +1,7 @@
 #include "targets.h"
 
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <iterator>
 #include <new>
@@ -199,9 +200,81 @@ int prepare(FuzzInput& input, const CaseFolder& folder) {
   return status;
 }
 
+// A table of as many inputs as the lengths file has, each of a file of its own;
+// with both strands, each two.
+void writeInputTable(const CaseFolder& folder, bool bothStrands) {
+  const std::string lengths = folder.read("x.ST/x.stlengths");
+  std::string table;
+  for (size_t i = 0; 4 * i + 4 <= lengths.size(); i++) {
+    uint32_t length = 0;
+    std::memcpy(&length, lengths.data() + 4 * i, 4);
+    const size_t file = bothStrands ? i / 2 : i;
+    const bool reverse = bothStrands && i % 2 == 1;
+    table += std::to_string(i) + "\t" + std::to_string(i) + "\tf" +
+             std::to_string(file) + "\ts\t0\t" + std::to_string(length) +
+             (reverse ? "\t-\n" : "\t+\n");
+  }
+  folder.write("x.ST/x.inputs.tsv", table);
+}
+
+int answer(FuzzInput& input, const CaseFolder& folder) {
+  const uint8_t options = input.takeByte();
+  const unsigned number = input.takeByte();
+  folder.fill(input);
+  writeInputTable(folder, bitOf(options, 3));
+  const auto words = [&](const char* command, const Words& more) {
+    Words result = {command, folder.root(), "x"};
+    result.insert(result.end(), more.begin(), more.end());
+    if (bitOf(options, 4)) result.emplace_back("--json");
+    return result;
+  };
+  const unsigned variant = options >> 5 & 3;
+  const std::string k = std::to_string(1 + number);
+  const std::string few = std::to_string(1 + number % 8);
+  switch (options & 7) {
+    case 0:
+      return runKit(kit::addPangenome, words("pangenome", {"--max-k", k}));
+    case 1: {
+      folder.write("query", ">q\nGATTACANNCCGATTTTAAAC\n");
+      const Words more[] = {
+          {"A", "GAT", "TTTTTTTTTTTTTTTTTTTTA", "-f", folder.path("query")},
+          {"C", "CG", "--count"},
+          {"GATTACA", "A", "--genomes"},
+          {"--mem", few, "-f", folder.path("query")}};
+      return runKit(kit::addFind, words("find", more[variant]));
+    }
+    case 2:
+      return runKit(kit::addDistance, words("distance", {"-k", k, "--acs"}));
+    case 3:
+      return runKit(
+          kit::addShared,
+          words("shared",
+                variant == 0 ? Words{} : Words{"--mums", "--min-length", few}));
+    case 4:
+      return runKit(
+          kit::addMarkers,
+          words("markers", variant == 0 ? Words{"--unique"}
+                                        : Words{"--in", "f0", "--out", "f1"}));
+    case 5: {
+      constexpr const char* kArrays[] = {"bwt", "sa", "lcp", "da"};
+      return runKit(kit::addExport, words("export", {kArrays[variant]}));
+    }
+    case 6:
+      return runKit(kit::addReport,
+                    {"report", folder.root(), "x", "--max-k", k, "-k", few,
+                     "--page", folder.path("page.html")});
+    default: {
+      Words merging = words("merge", {"--pangenome", "-", "--max-k", k,
+                                      "--ranges", few, "-j", "2"});
+      addFlags(merging, static_cast<uint8_t>(variant), {"-Z", "-z"});
+      return runKit(kit::addMerge, merging);
+    }
+  }
+}
+
 constexpr std::pair<const char*, Target> kTargets[] = {
     {"array", mergeToArray}, {"tree", mergeToTrees}, {"check", check},
-    {"view", view},          {"prepare", prepare},
+    {"view", view},          {"prepare", prepare},   {"answer", answer},
 };
 
 }  // namespace

@@ -25,6 +25,12 @@
 //                    value of --ambiguous; bit 5: two files, of the same
 //                    bytes; bit 6: the merge below makes trees
 //
+//   answer   byte 0  bits 0 to 2: pangenome, find, distance, shared, markers,
+//                    export, report, merge --pangenome; bit 3: the table of
+//                    inputs, which is made of x.stlengths, has both strands;
+//                    bit 4: --json; bits 5 and 6: a variant
+//            byte 1  a number, from which k and the like follow
+//
 // After a run that ends well, the others must agree with it:
 //   array, tree  the output is that of the merge's input (merge_results.h)
 //   check        the merge of a folder that is all right must end well, and

@@ -189,7 +189,8 @@ TEST_F(Build, SurvivesKills) {
     fs::remove_all(path("R"));
     double seconds = 0.01;  // longer each time, so that it ends anywhere
     for (;; seconds *= 1.2) {
-      const double time = seconds * (1 + random() % 100 / 200.0);
+      const double time =
+          seconds * std::uniform_real_distribution(1.0, 1.5)(random);
       const Outcome outcome =
           run("build -o R -q -j 2 a.fa b.fa c.fa",
               {.under = {"timeout", "-s", "KILL", std::to_string(time)}});

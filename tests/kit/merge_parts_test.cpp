@@ -274,6 +274,65 @@ TEST(Parts, AreWholeOrAbsent) {
   EXPECT_THAT(partsIn(folder), IsEmpty());
 }
 
+// Killed at any moment, by a real signal: the part is whole or absent, and the
+// next worker completes it.
+TEST(Parts, SurviveTheDeathOfTheirWorkers) {
+  const DataFolder folder(relatives(6, 6, "ACGT"));
+  const auto expected = mergedAtOnce(folder);
+  expectDone("plan", folder, "--ranges 2");
+  expectDone("merge", folder, "--range 0");
+  int killed = 0;
+  for (int delay = 1; delay <= 24; delay++) {  // milliseconds
+    fs::remove(folder.path("x_1.range.stpsa"));
+    const Outcome run =
+        kit("merge", folder, "--range 1",
+            {.under = {"timeout", "-s", "KILL", std::to_string(delay * 1e-3)}});
+    killed += run.status == 128 + SIGKILL;
+    if (run.status == 0) {
+      ASSERT_TRUE(folder.holds("x_1.range.stpsa"));
+    } else if (!folder.holds("x_1.range.stpsa")) {
+      ASSERT_THAT(refusal("join", folder), HasSubstr("of range 1\n"));
+    }
+    expectDone("merge", folder, "--range 1");
+    ASSERT_EQ(kit("check", folder, "--range 1").status, 0) << delay;
+  }
+  EXPECT_GT(killed, 0);
+  expectDone("join", folder);
+  ASSERT_NO_FATAL_FAILURE(expectFiles(folder, expected));
+  EXPECT_THAT(partsIn(folder), IsEmpty());
+}
+
+// The plan and the parts are elsewhere, so that preparing anew leaves them.
+TEST(Plans, AreStaleWhenTheFolderIsPreparedAnew) {
+  const DataFolder folder({{"GATTACATTA", "CATTACA"}});
+  const auto prepare = [&](const std::string& last) {
+    folder.write("a.fa", ">a\nGATTACATTA\n>b\nCATTAC" + last + "\n");
+    const Outcome run = runKit({"prepare", "-o", folder.root(), "-p", "x",
+                                "--force", folder.path("a.fa")});
+    ASSERT_EQ(run.status, 0) << run.err;
+  };
+  const std::string elsewhere = " -o " + folder.root() + "out/";
+  ASSERT_NO_FATAL_FAILURE(prepare("A"));
+  expectDone("plan", folder, "--ranges 2" + elsewhere);
+  for (const char* range : {"--range 0", "--range 1"}) {
+    expectDone("merge", folder, range + elsewhere);
+  }
+  ASSERT_NO_FATAL_FAILURE(prepare("T"));
+  for (const std::string command : {"merge", "join"}) {
+    EXPECT_THAT(refusal(command, folder,
+                        (command == "merge" ? "--range 0" : "") + elsewhere),
+                HasSubstr("planned for other suffix arrays than are there"));
+  }
+  int wrong = 0;
+  for (const char* range : {"--range 0", "--range 1"}) {
+    wrong += kit("check", folder, range + elsewhere).status == 1;
+  }
+  EXPECT_GT(wrong, 0);
+  expectDone("plan", folder, "--ranges 2 --force" + elsewhere);
+  EXPECT_THAT(refusal("join", folder, elsewhere.substr(1)),
+              HasSubstr("2 of 2 parts are missing"));
+}
+
 TEST(Parts, GoWithTheFolderThatIsPreparedAnew) {
   const DataFolder folder(relatives(5, 3, "ACGT"));
   expectDone("plan", folder, "--ranges 2");

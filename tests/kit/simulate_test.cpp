@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -83,6 +85,89 @@ TEST(Simulate, WritesAFileForEachGenome) {
   EXPECT_EQ(folder.files("a/b").size(), 2u);
   EXPECT_EQ(folder.read("a/b/genome_0.fa") + folder.read("a/b/genome_1.fa"),
             simulated("2 100 0.1 5"));
+}
+
+// For each leaf of a tree in Newick's notation, in their order, the lengths of
+// the branches from the root on.
+std::vector<std::vector<std::string>> branchesIn(const std::string& tree) {
+  std::vector<std::vector<std::string>> leaves;
+  std::vector<size_t> open;  // the leaves before each group that is open
+  for (size_t at = 0; at < tree.size(); at++) {
+    if (tree[at] == '(') open.push_back(leaves.size());
+    size_t before = leaves.size();
+    if (tree.compare(at, 7, "genome_") == 0) {
+      leaves.emplace_back();
+    } else if (tree[at] == ')' && tree[at + 1] == ':') {
+      before = open.back();
+    } else {
+      if (tree[at] == ')') open.pop_back();
+      continue;
+    }
+    if (tree[at] == ')') open.pop_back();
+    at = tree.find(':', at) + 1;
+    const std::string length =
+        tree.substr(at, tree.find_first_of(",)", at) - at);
+    at += length.size() - 1;
+    for (size_t leaf = before; leaf < leaves.size(); leaf++) {
+      leaves[leaf].insert(leaves[leaf].begin(), length);
+    }
+  }
+  return leaves;
+}
+
+// How many of the strings of 24 characters of `a` stand in `b`.
+size_t sharedStrings(const std::string& a, const std::string& b) {
+  std::set<std::string> all;
+  for (size_t i = 0; i + 24 <= b.size(); i++) all.insert(b.substr(i, 24));
+  size_t shared = 0;
+  for (size_t i = 0; i + 24 <= a.size(); i++)
+    shared += all.count(a.substr(i, 24));
+  return shared;
+}
+
+TEST(Simulate, LetsGenomesDescendAlongATree) {
+  const TemporaryFolder folder;
+  const Arguments options = {"--phylogeny", "-o", folder.path("p")};
+  const Outcome outcome = simulate("12 20000 0.04 3", options);
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  const std::string tree = folder.read("p/phylogeny.nwk");
+  EXPECT_THAT(tree, testing::StartsWith("("));
+  EXPECT_THAT(tree, testing::EndsWith(");\n"));
+  EXPECT_EQ(std::count(tree.begin(), tree.end(), ','), 11);
+
+  std::vector<std::string> genomes;
+  std::string all;
+  for (int i = 0; i < 12; i++) {
+    const std::string fasta =
+        folder.read("p/genome_" + std::to_string(i) + ".fa");
+    all += fasta;
+    genomes.push_back(fasta.substr(fasta.find('\n')));
+    std::erase(genomes.back(), '\n');
+  }
+  EXPECT_EQ(simulate("12 20000 0.04 3", {"--phylogeny"}).out, all);
+
+  // All are as far from the root, and those that share more of the way are more
+  // alike.
+  const auto branches = branchesIn(tree);
+  ASSERT_EQ(branches.size(), 12u) << tree;
+  std::vector<double> alone;
+  for (const auto& way : branches) {
+    double length = 0;
+    for (const std::string& branch : way) length += std::stod(branch);
+    EXPECT_NEAR(length, 0.04, 1e-7) << tree;
+    alone.push_back(std::stod(way.back()));
+  }
+  const auto nearest = static_cast<size_t>(
+      std::min_element(alone.begin(), alone.end()) - alone.begin());
+  const bool isLeft = nearest + 1 < 12 && alone[nearest + 1] == alone[nearest];
+  const size_t sister = isLeft ? nearest + 1 : nearest - 1;
+  const size_t stranger = branches[nearest][0] == branches[0][0] ? 11 : 0;
+  EXPECT_GT(sharedStrings(genomes[nearest], genomes[sister]),
+            2 * sharedStrings(genomes[nearest], genomes[stranger]))
+      << tree;
+
+  EXPECT_EQ(simulate("2 100 1 1", {"--phylogeny"}).err,
+            "palvor-kit: error: --phylogeny takes a --divergence below 1\n");
 }
 
 TEST(Simulate, RefusesWrongValues) {

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
+#include <filesystem>
 #include <random>
 #include <set>
 #include <string>
@@ -89,6 +91,76 @@ TEST(Find, FindsEveryPlaceOnBothStrands) {
     EXPECT_EQ(made.expect("find", "--count -f " + file), counts);
     if (HasFailure()) break;
   }
+}
+
+// What dividers and trees tell is what the merged array tells.
+TEST(Find, FindsInTreesWhatItFindsInTheArray) {
+  for (unsigned seed = 1; seed <= 12; seed++) {
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    const MadeCollection made(randomFiles(random, seed % 3 == 0 ? 150 : 40),
+                              seed % 2 == 0 ? "--strands both" : "");
+    std::string options;
+    for (const std::string& pattern : randomPatterns(random, made)) {
+      options += pattern + " ";
+    }
+    const std::string expected = made.expect("find", options);
+    for (const std::string& trees :
+         {std::string("-n 50 -R"), "-n " + std::to_string(5 + seed)}) {
+      std::filesystem::remove_all(made.folder().path("m.ST"));
+      made.folder().write("m.ST/placeholder", "");
+      std::vector<std::string> merge = {made.folder().path(""), "d", "-q", "-p",
+                                        "m"};
+      for (const std::string& word : wordsOf(trees)) merge.push_back(word);
+      ASSERT_EQ(runPalvor(merge).status, 0);
+      EXPECT_TRUE(made.expect("find", options) == expected) << trees;
+    }
+    if (HasFailure()) break;
+  }
+}
+
+// Each forged word of a tree or its divider is named, or changes no answer but
+// by leaving something out; nothing else comes of it.
+TEST(Find, InventsNothingInForgedTrees) {
+  std::mt19937 random(3);
+  const MadeCollection made(
+      {{"a.fa", {{"x", "GATTACAGATTACAGGATTACA"}}}, {"b.fa", {{"y", "GATTA"}}}},
+      "", "-n 40");
+  const std::string options = "A GA GATTACA ACAG CCC T";
+  std::multiset<std::string> right;
+  for (const std::string& line : linesOf(made.expect("find", options))) {
+    right.insert(line);
+  }
+  EXPECT_GT(right.size(), 20);
+  const std::vector<uint32_t> values = {0,  1,  2,  4,          5,         8,
+                                        12, 44, 59, 0x7FFFFFFC, 0xFFFFFFFF};
+  const std::string tree = "m.ST/m_0.stree", dividers = "m.ST/m.stdiv";
+  for (const std::string& name : {tree, dividers}) {
+    const std::string bytes = made.folder().read(name);
+    for (size_t word = 0; word < bytes.size() / 4; word++) {
+      const uint32_t value = values[random() % values.size()];
+      std::string forged = bytes;
+      std::memcpy(forged.data() + 4 * word, &value, 4);
+      made.folder().write(name, forged);
+      const Outcome run = made.run("find", options);
+      ASSERT_LE(run.status, 1) << name << " " << word << " " << value;
+      if (run.status == 1) {
+        EXPECT_THAT(run.err, testing::AnyOf(HasSubstr(".stree: "),
+                                            HasSubstr("m.stdiv: ")));
+      }
+      for (const std::string& line : linesOf(run.out)) {
+        EXPECT_EQ(right.count(line), 1) << line;
+      }
+    }
+    made.folder().write(name, bytes);
+  }
+  made.folder().write(tree, made.folder().read(tree).substr(12));
+  EXPECT_THAT(made.run("find", "GA").err, HasSubstr("by its divider"));
+  made.folder().write(dividers, made.folder().read(dividers).substr(24));
+  EXPECT_EQ(made.run("find", "GA").status, 1);
+  const std::string query = made.folder().write("q.fa", ">q\nGATT\n");
+  EXPECT_THAT(made.run("find", "--mem 3 -f " + query).err,
+              HasSubstr("m.stpsa: not there; palvor -a writes it"));
 }
 
 TEST(Find, CountsByGenomeAndPrintsJson) {

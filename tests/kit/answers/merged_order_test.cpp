@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -135,6 +137,47 @@ TEST_F(MergedOrder, OfTheFirstInputsIsTakenWithN) {
   made.folder().write("d.ST/d.stlengths", bytesOf({7, 5}));
   EXPECT_THAT(made.run("pangenome", "-N 3").err,
               HasSubstr("d.stlengths: there are only 2 inputs, not 3"));
+}
+
+TEST(MergedParts, AnswerAsTheMergedArrayDoes) {
+  std::mt19937 random(5);
+  std::vector<SequenceFile> files = randomFiles(random, 200);
+  while (files.size() < 2) files = randomFiles(random, 200);
+  const MadeCollection made(files, "--strands both");
+  const std::vector<std::vector<std::string>> commands = {
+      {"pangenome", "--max-k 40"},
+      {"distance", "--acs -k 5"},
+      {"shared", "--in-at-least 2"},
+      {"markers", "--unique"},
+      {"find", "A GAT TTAA"},
+      {"export", "sa"},
+      {"export", "bwt"}};
+  std::vector<std::string> expected;
+  for (const auto& words : commands) {
+    expected.push_back(made.expect(words[0], words[1]));
+  }
+  std::filesystem::remove_all(made.folder().path("m.ST"));
+  EXPECT_EQ(made.run("plan", "--ranges 5").status, 0);
+  const size_t ranges =
+      linesOf(made.folder().read("m.ST/m.ranges.tsv")).size() - 2;
+  ASSERT_GT(ranges, 2);
+  for (size_t r = 0; r < ranges; r++) {
+    EXPECT_EQ(made.run("merge", "--range " + std::to_string(r)).status, 0);
+  }
+  for (size_t i = 0; i < commands.size(); i++) {
+    EXPECT_EQ(made.expect(commands[i][0], commands[i][1]), expected[i])
+        << commands[i][0];
+  }
+  // One that is damaged, and one that is missing.
+  const std::string part = "m.ST/m_1.range.stlcp";
+  const std::string bytes = made.folder().read(part);
+  made.folder().write(part, bytes.substr(4));
+  EXPECT_THAT(made.run("pangenome", "").err,
+              AllOf(HasSubstr("m_0.range.stlcp to "), HasSubstr("unfinished")));
+  std::filesystem::remove(made.folder().path(part));
+  EXPECT_THAT(made.run("pangenome", "").err,
+              AllOf(HasSubstr("m_1.range.stlcp: not there; palvor-kit merge "
+                              "--range 1 writes it")));
 }
 
 }  // namespace
