@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <stdexcept>
 #include <vector>
@@ -31,23 +32,28 @@ namespace {
 // Counts suffixes done, over all threads, for the progress.
 class Advance {
  public:
+  explicit Advance(const ProgressStyle& style) : progress_(style) {}
+
   void begin(const std::string& what, uint64_t total) {
     what_ = what;
     total_ = total;
     done_ = 0;
+    begun_ = std::chrono::steady_clock::now();
   }
 
   void operator()(uint64_t suffixes) {
     const std::lock_guard lock(mutex_);
     done_ += suffixes;
     const uint64_t percent = total_ == 0 ? 100 : done_ * 100 / total_;
-    progress_.show(fmt::format("palvor-kit: checking {}, {}%", what_, percent));
+    progress_.show(fmt::format("checking {}, {}%{}", what_, percent,
+                               timeLeft(begun_, done_, total_)));
   }
 
  private:
   std::mutex mutex_;
   Progress progress_;
   std::string what_;
+  std::chrono::steady_clock::time_point begun_;
   uint64_t total_ = 0;
   uint64_t done_ = 0;
 };
@@ -168,11 +174,19 @@ void checkRange(const std::string& output, size_t number,
                        plan.ranges.size(), range.suffixes);
 }
 
-// Checks everything; `found` becomes what there was to check, in words. Throws
-// FileError if the strings cannot be had.
-void checkAll(const CheckOptions& options, FaultLog& faults,
-              std::string& found) {
-  Advance advance;
+void orDefault(std::string& text, const std::string& otherwise) {
+  if (text.empty()) text = otherwise;
+}
+
+}  // namespace
+
+void checkFolder(CheckOptions options, FaultLog& faults, std::string& found) {
+  orDefault(options.odir, options.inputdir);
+  orDefault(options.sdir, options.inputdir);
+  orDefault(options.opfx, options.prefix);
+  orDefault(options.spfx, options.prefix);
+
+  Advance advance(options.progress);
   const std::string base =
       fmt::format("{0}{1}.ST/{1}", options.inputdir, options.prefix);
   const uint64_t most = options.nmerge == 0 ? UINT64_MAX : options.nmerge;
@@ -208,18 +222,7 @@ void checkAll(const CheckOptions& options, FaultLog& faults,
   });
 }
 
-void orDefault(std::string& text, const std::string& otherwise) {
-  if (text.empty()) text = otherwise;
-}
-
-}  // namespace
-
-void check(CheckOptions options) {
-  orDefault(options.odir, options.inputdir);
-  orDefault(options.sdir, options.inputdir);
-  orDefault(options.opfx, options.prefix);
-  orDefault(options.spfx, options.prefix);
-
+void check(const CheckOptions& options) {
   FaultLog faults(options.goOn, options.json);
   std::string found;
   bool complete = false;
@@ -234,7 +237,7 @@ void check(CheckOptions options) {
     finishOutput();
   };
   try {
-    checkAll(options, faults, found);
+    checkFolder(options, faults, found);
     complete = true;
   } catch (const CheckStopped&) {
     finish();

@@ -3,6 +3,9 @@
 namespace kit {
 
 void addCommands(CLI::App& app) {
+  addBuild(app);
+  addAdd(app);
+  addStatus(app);
   addPrepare(app);
   addMerge(app);
   addPlan(app);

@@ -12,6 +12,8 @@ namespace kit {
 // Adds all of them, in the order in which they are listed.
 void addCommands(CLI::App& app);
 
+void addAdd(CLI::App& app);
+void addBuild(CLI::App& app);
 void addCheck(CLI::App& app);
 void addCompletion(CLI::App& app);
 void addDistance(CLI::App& app);
@@ -27,6 +29,7 @@ void addPrepare(CLI::App& app);
 void addReport(CLI::App& app);
 void addShared(CLI::App& app);
 void addSimulate(CLI::App& app);
+void addStatus(CLI::App& app);
 void addView(CLI::App& app);
 
 }  // namespace kit

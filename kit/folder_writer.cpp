@@ -29,13 +29,18 @@ void writeStrings(const DataFolder& folder, const PsaText& psa) {
   }
 }
 
-FolderIndex::FolderIndex(const DataFolder& folder)
-    : folder_(folder), table_(folder.path(".inputs.tsv")) {}
+FolderIndex::FolderIndex(const DataFolder& folder, const FolderBase& base)
+    : folder_(folder),
+      table_(folder.path(".inputs.tsv")),
+      lengths_(base.lengths),
+      inputsPerPsa_(base.inputsPerPsa) {
+  table_.write(base.table.data(), base.table.size());
+}
 
 void FolderIndex::add(const PsaText& psa) {
   for (const InputString& input : psa.inputs) {
     const std::string line =
-        fmt::format("{}\t{}\t{}\t{}\t{}\t{}\t{}\n", inputs_++, psa.number,
+        fmt::format("{}\t{}\t{}\t{}\t{}\t{}\t{}\n", lengths_.size(), psa.number,
                     escaped(psa.file), escaped(input.record), input.offset,
                     input.length, input.reverse ? '-' : '+');
     table_.write(line.data(), line.size());

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "kit/data_folder.h"
+#include "kit/folder_base.h"
 #include "kit/output_file.h"
 #include "kit/psa_text.h"
 
@@ -21,7 +22,8 @@ void writeStrings(const DataFolder& folder, const PsaText& psa);
 // be added in the order of their numbers, by one thread at a time.
 class FolderIndex {
  public:
-  explicit FolderIndex(const DataFolder& folder);
+  // What the base has comes first.
+  FolderIndex(const DataFolder& folder, const FolderBase& base);
 
   void add(const PsaText& psa);
 
@@ -31,7 +33,6 @@ class FolderIndex {
  private:
   const DataFolder& folder_;
   OutputFile table_;
-  uint32_t inputs_ = 0;
   std::vector<uint32_t> lengths_;       // per input, in characters
   std::vector<uint32_t> inputsPerPsa_;  // per suffix array
 };

@@ -1,10 +1,14 @@
 // palvor-kit: makes data folders for palvor, and looks into them.
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "kit/build/result_words.h"
 #include "kit/commands.h"
 #include "kit/message.h"
 #include "kit/usage_error.h"
@@ -25,7 +29,10 @@ int run(int argc, char** argv) {
   kit::addCommands(app);
   if (argc < 2) return fail("which command?\n\n" + app.help());
   try {
-    app.parse(argc, argv);
+    std::vector<std::string> words =
+        kit::expandResult(app, {argv + 1, argv + argc});
+    std::reverse(words.begin(), words.end());  // as the parser wants them
+    app.parse(std::move(words));
   } catch (const CLI::Success& asked) {  // help, or the version
     app.exit(asked);
     std::cout.flush();

@@ -6,11 +6,13 @@
 
 #include <cerrno>
 #include <charconv>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 #include <utility>
 
+#include "kit/file_error.h"
 #include "kit/ordered_checksum.h"
 #include "kit/output_file.h"
 #include "kit/table_fields.h"
@@ -48,6 +50,22 @@ Manifest::Manifest(std::string folder, std::string path, std::string options)
     : folder_(std::move(folder)),
       path_(std::move(path)),
       options_(std::move(options)) {}
+
+std::vector<ManifestEntry> Manifest::listedIn(const std::string& path) {
+  std::ifstream file(path);
+  if (!file.is_open()) throw FileError(path, std::strerror(errno));
+  std::vector<ManifestEntry> entries;
+  for (std::string line; std::getline(file, line) && !file.eof();) {
+    if (line.starts_with(kOptions)) continue;
+    entries.push_back(entryOf(line));
+    if (entries.back().name.empty()) throw FileError(path, "not a manifest");
+  }
+  return entries;
+}
+
+void Manifest::adopt(const std::vector<ManifestEntry>& entries) {
+  for (const ManifestEntry& entry : entries) lines_[entry.name] = entry;
+}
 
 bool Manifest::resume() {
   errno = 0;

@@ -45,6 +45,12 @@ class Manifest {
   bool resumed() const { return !found_.empty(); }
   std::set<std::string> names() const;
 
+  // The files that a manifest lists. Throws FileError if it can't be read.
+  static std::vector<ManifestEntry> listedIn(const std::string& path);
+
+  // Takes over files that need no line until `finish`.
+  void adopt(const std::vector<ManifestEntry>& entries);
+
   // Writes the first line, in place of what is there.
   // Throws std::system_error, which names the file; so do `add` and `finish`.
   void begin() const;

@@ -98,14 +98,12 @@ void Merging::stateNeeds() const {
           merger_.outputFolder(), roundBytes(disk), roundBytes(*free)));
     }
   }
-  say(needs);
+  if (command_.sayNeeds) say(needs);
 }
 
 void Merging::load() {
   const int jobs = command_.means.jobs;
-  const int wanted = command_.ranges != 0 ? command_.ranges
-                     : jobs == 1          ? 1
-                                          : kRangesPerThread * jobs;
+  const int wanted = command_.ranges != 0 ? command_.ranges : usualRanges(jobs);
   const std::vector<uint64_t> cuts =
       callEngine([&] { return palvor::chooseCuts(merger_.files(), wanted); });
   MergeLoad load = {merger_.stringBytes(), merger_.files().count(),
@@ -143,7 +141,8 @@ void Merging::mergeArray() {
   for (const auto& range : ranges_) {
     firsts.push_back(firsts.back() + range->suffixes());
   }
-  RangeWork work("merging", ranges_.size(), static_cast<uint64_t>(suffixes));
+  RangeWork work("merging", ranges_.size(), static_cast<uint64_t>(suffixes),
+                 command_.progress);
   work.run(command_.means.jobs, [&] {
     const auto buffers = std::make_shared<RangeBuffers>(shares_.outputRecords);
     return [&, buffers](size_t r) {
@@ -159,7 +158,7 @@ void Merging::mergeArray() {
 void Merging::mergeTrees() {
   RangeTrees trees(merger_, ranges_.size(), treeNodes());
   RangeWork work("merging", ranges_.size(),
-                 static_cast<uint64_t>(suffixesOf(ranges_)));
+                 static_cast<uint64_t>(suffixesOf(ranges_)), command_.progress);
   work.run(command_.means.jobs, [&] {
     return [&](size_t r) {
       trees.make(r, ranges_[r], shares_,
@@ -184,6 +183,8 @@ void Merging::countKmers() {
 }
 
 }  // namespace
+
+int usualRanges(int jobs) { return jobs == 1 ? 1 : kRangesPerThread * jobs; }
 
 void merge(const MergeCommand& command) { Merging(command).run(); }
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "kit/answers/pangenome_table.h"
+#include "kit/progress.h"
 #include "kit/range_merger.h"
 
 namespace kit {
@@ -16,6 +17,9 @@ struct MergeCommand {
   MergeMeans means;
   int ranges = 0;  // 0: as many as suit the threads
   bool trees = false;
+  int treeNodes = 0;     // records of a tree; 0: as palvor's
+  bool sayNeeds = true;  // on standard error, before it begins
+  ProgressStyle progress = {};
   int treeNodes = 0;  // records of a tree; 0: as palvor's
 
   // Instead of an array or trees, the answer of palvor-kit pangenome: the file
@@ -24,6 +28,9 @@ struct MergeCommand {
   PangenomeChoice pangenomeChoice;
   std::string groups;  // table of genomes; empty: each file is a genome
 };
+
+// Ranges that a merge in so many threads is cut into, unless told otherwise.
+int usualRanges(int jobs);
 
 // Writes the merged array and its LCP array, byte for byte what palvor -a -l
 // writes, or suffix tree partitions, of which a range never shares one with

@@ -2,6 +2,8 @@
 
 #include "kit/merge_options.h"
 
+#include "kit/memory_option.h"
+
 namespace kit {
 
 void addMergePlaces(CLI::App& command, MergePlaces& places) {
@@ -27,9 +29,7 @@ void addMergeMeans(CLI::App& command, MergeMeans& means) {
   command.add_option("-j,--jobs", means.jobs, "threads that share the work")
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
-  command.add_option("--memory", means.memory, "memory to do with, such as 8G")
-      ->transform(CLI::AsSizeValue(false))
-      ->type_name("BYTES");
+  addMemoryOption(command, means.memory, "memory to do with, such as 8G");
 }
 
 }  // namespace kit

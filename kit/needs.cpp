@@ -82,8 +82,13 @@ std::optional<SizeEstimate> estimateSize(
 }
 
 std::optional<uint64_t> freeSpace(const std::string& folder) {
+  std::error_code failure;
+  fs::path there = fs::absolute(folder, failure);
+  while (!failure && !fs::exists(there, failure) && there.has_relative_path()) {
+    there = there.parent_path();
+  }
   struct statvfs disk = {};
-  if (::statvfs(folder.c_str(), &disk) != 0) return std::nullopt;
+  if (::statvfs(there.c_str(), &disk) != 0) return std::nullopt;
   return uint64_t{disk.f_bavail} * disk.f_frsize;
 }
 

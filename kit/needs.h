@@ -22,8 +22,8 @@ struct SizeEstimate {
 // are left to be found where they are read.
 std::optional<SizeEstimate> estimateSize(const std::vector<std::string>& files);
 
-// Bytes that can be written to the disk that holds a folder, which must be
-// there; nothing if the system does not tell.
+// Bytes that can be written to the disk that holds a folder, or will hold it
+// once it is made; nothing if the system does not tell.
 std::optional<uint64_t> freeSpace(const std::string& folder);
 
 // "22 million", "1.3 million", "512 thousand", "37"

@@ -37,13 +37,22 @@ uint64_t memoryNeed(uint64_t longest, uint64_t all, int jobs) {
          (jobs > 1 ? longest / 4 : 0);
 }
 
+uint64_t leastMemoryNeed(uint64_t longest, int jobs) {
+  const auto threads = static_cast<uint64_t>(jobs);
+  return kOwnBytes + kThreadBytes * threads + longest / 4 * (jobs > 1 ? 2 : 1) +
+         5 * kFewestPositions;
+}
+
 Preparation::Preparation(const PreparationPlan& plan, const DataFolder& folder,
                          Manifest& manifest)
     : plan_(plan),
       folder_(folder),
       manifest_(manifest),
-      source_(plan.files, plan.rules),
-      index_(folder) {}
+      source_(plan.files, plan.rules,
+              static_cast<int>(plan.base.inputsPerPsa.size()),
+              static_cast<uint32_t>(plan.base.lengths.size())),
+      index_(folder, plan.base),
+      progress_(plan.progress) {}
 
 void Preparation::run() {
   std::vector<std::unique_ptr<SortBuffers>> buffers;  // of threads at rest
@@ -226,11 +235,13 @@ MemoryLimits Preparation::limitsFor(const PsaText& psa) const {
 
 void Preparation::showProgress() {
   const uint64_t all = std::max(plan_.characters, charactersDone_);
-  std::string line = "palvor-kit: preparing, " + roundNumber(charactersDone_);
-  if (plan_.characters > 0) line += " of about " + roundNumber(all);
-  line += " characters";
-  if (plan_.characters > 0) line += timeLeft(begun_, charactersDone_, all);
-  progress_.show(line);
+  progress_.show(plan_.characters == 0
+                     ? fmt::format("preparing, {} characters",
+                                   roundNumber(charactersDone_))
+                     : fmt::format("preparing, {}% of about {} characters{}",
+                                   charactersDone_ * 100 / all,
+                                   roundNumber(all),
+                                   timeLeft(begun_, charactersDone_, all)));
 }
 
 // The files of an array that the manifest lists.

@@ -31,12 +31,17 @@ struct PreparationPlan {
   ArrayFormat format;
   int jobs = 1;                                        // threads, 1 or more
   size_t memory = std::numeric_limits<size_t>::max();  // bytes to do with
+  FolderBase base = {};     // comes first; its files are in the folder
   uint64_t characters = 0;  // to come, about, for the progress; 0: unknown
+  ProgressStyle progress = {};
 };
 
 // Bytes of memory that a preparation takes at most if its longest array has so
 // many characters, its files together so many, and memory is not limited.
 uint64_t memoryNeed(uint64_t longest, uint64_t all, int jobs);
+
+// Those that it does not do without.
+uint64_t leastMemoryNeed(uint64_t longest, int jobs);
 
 // Reading is done by one thread at a time, in order, so that all numbers come
 // out the same for any number of threads; it goes on while others sort. The

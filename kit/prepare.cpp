@@ -36,21 +36,6 @@ std::string listed(const LetterCounts& letters) {
   return list;
 }
 
-void report(const ReadingSummary& summary, const PrepareOptions& options) {
-  const auto count = [](uint64_t number, const std::string& what) {
-    if (number > 0) say(fmt::format("{} {}", number, what));
-  };
-  say(fmt::format("{} files, {} records, {} inputs, {} characters",
-                  options.files.size(), summary.records, summary.inputs,
-                  summary.characters));
-  count(summary.ambiguous, "ambiguous characters (not A, C, G or T) found" +
-                               listed(summary.letters));
-  count(summary.splits, "inputs begun anew after ambiguous characters");
-  count(summary.skippedRecords, "records with ambiguous characters left out");
-  count(summary.emptyRecords, "records without any A, C, G or T left out");
-  count(summary.emptyFiles, "files gave no input, and have no suffix array");
-}
-
 // Says what the run will need, and refuses it where the disk has not got that.
 // Returns the number of characters to come, 0 if it cannot be told.
 uint64_t stateNeeds(const PrepareOptions& options, const DataFolder& folder) {
@@ -66,9 +51,9 @@ uint64_t stateNeeds(const PrepareOptions& options, const DataFolder& folder) {
   say(fmt::format("about {} characters: {} on disk, {} of memory",
                   roundNumber(characters), roundBytes(disk),
                   roundBytes(memory)));
-  const std::optional<uint64_t> free = freeSpace(folder.path());
+  const std::optional<uint64_t> free = freeSpace(folder.directory());
   if (free && *free < disk && !options.forceSpace) {
-    throw FileError(folder.path(),
+    throw FileError(folder.directory(),
                     fmt::format("No space left: about {} are needed, {} are "
                                 "free; --force-space goes on",
                                 roundBytes(disk), roundBytes(*free)));
@@ -77,7 +62,8 @@ uint64_t stateNeeds(const PrepareOptions& options, const DataFolder& folder) {
 }
 
 // How the run was called, as far as it decides what comes out.
-std::string optionsText(const PrepareOptions& options) {
+std::string optionsText(const PrepareOptions& options,
+                        const PreparedBefore* before) {
   const ReadingRules& rules = options.rules;
   std::string text = rules.psaPerRecord ? "psa-per record" : "psa-per file";
   text += rules.bothStrands ? ", both strands" : ", forward";
@@ -87,23 +73,28 @@ std::string optionsText(const PrepareOptions& options) {
   if (options.format.withLcp) text += ", lcp";
   if (options.format.zeroOrigin) text += ", zero-origin";
   std::string files;
-  for (const std::string& file : options.files) {
-    files += std::filesystem::path(file).filename().string() + '\0';
-  }
+  const auto add = [&](const std::vector<std::string>& paths) {
+    for (const std::string& file : paths) {
+      files += std::filesystem::path(file).filename().string() + '\0';
+    }
+  };
+  if (before != nullptr) add(before->files);
+  add(options.files);
   return text + ", files " + checksumOf(files.data(), files.size());
 }
 
 // Makes the folder ready: an empty one, or what an interrupted run has
 // finished.
-void openFolder(const DataFolder& folder, Manifest& manifest, bool force) {
+void openFolder(const DataFolder& folder, Manifest& manifest,
+                const PrepareOptions& options) {
   const bool whole = isThere(folder.path(".stlengths"));
-  if (!force && !whole && manifest.resume()) {
+  if (!options.force && !whole && manifest.resume()) {
     std::set<std::string> names = manifest.names();
     names.insert(folder.prefix() + ".manifest.tsv");
     folder.removeAllBut(names);
     return;
   }
-  folder.create(force);
+  folder.create(options.force || options.ownFolder);
   manifest.begin();
 }
 
@@ -117,40 +108,59 @@ void removeAll(const DataFolder& folder) {
 
 }  // namespace
 
-void prepare(const PrepareOptions& options) {
+PrepareResult prepareFolder(const PrepareOptions& options, uint64_t characters,
+                            const ProgressStyle& progress,
+                            const PreparedBefore* before) {
   const DataFolder folder(options.directory, options.prefix);
   EmptyFolders made(folder.path());
   Manifest manifest(folder.path(), folder.path(".manifest.tsv"),
-                    optionsText(options));
-  openFolder(folder, manifest, options.force);
-  const PreparationPlan plan = {.files = options.files,
-                                .rules = options.rules,
-                                .format = options.format,
-                                .jobs = options.jobs,
-                                .memory = options.memory,
-                                .characters = stateNeeds(options, folder)};
-  ReadingSummary summary;
-  size_t resumed = 0;
-  {
-    Preparation preparation(plan, folder, manifest);
-    try {
-      preparation.run();
-    } catch (...) {
-      // Nothing is done that could be resumed.
-      if (manifest.empty()) removeAll(folder);
-      throw;
-    }
-    summary = preparation.summary();
-    resumed = preparation.resumed();
-  }  // takes the progress line away
-  made.keep();
-  report(summary, options);
-  if (resumed > 0) {
-    say(
-        fmt::format("{} suffix arrays of an interrupted run stood, and were "
-                    "not made again",
-                    resumed));
+                    optionsText(options, before));
+  openFolder(folder, manifest, options);
+  PreparationPlan plan = {.files = options.files,
+                          .rules = options.rules,
+                          .format = options.format,
+                          .jobs = options.jobs,
+                          .memory = options.memory,
+                          .characters = characters,
+                          .progress = progress};
+  if (before != nullptr) {
+    plan.base = readBase(before->folder);
+    takeOver(before->folder, plan.base, folder);
+    manifest.adopt(plan.base.arrays);
   }
+  Preparation preparation(plan, folder, manifest);
+  try {
+    preparation.run();
+  } catch (...) {
+    // Nothing is done that could be resumed.
+    if (manifest.empty()) removeAll(folder);
+    throw;
+  }
+  made.keep();
+  return {preparation.summary(), preparation.resumed()};
+}
+
+void sayWhatWasRead(const PrepareResult& result, size_t files) {
+  const ReadingSummary& summary = result.summary;
+  const auto count = [](uint64_t number, const std::string& what) {
+    if (number > 0) say(fmt::format("{} {}", number, what));
+  };
+  say(fmt::format("{} files, {} records, {} inputs, {} characters", files,
+                  summary.records, summary.inputs, summary.characters));
+  count(summary.ambiguous, "ambiguous characters (not A, C, G or T) found" +
+                               listed(summary.letters));
+  count(summary.splits, "inputs begun anew after ambiguous characters");
+  count(summary.skippedRecords, "records with ambiguous characters left out");
+  count(summary.emptyRecords, "records without any A, C, G or T left out");
+  count(summary.emptyFiles, "files gave no input, and have no suffix array");
+  count(result.resumed,
+        "suffix arrays of an interrupted run stood, and were not made again");
+}
+
+void prepare(const PrepareOptions& options) {
+  const DataFolder folder(options.directory, options.prefix);
+  sayWhatWasRead(prepareFolder(options, stateNeeds(options, folder)),
+                 options.files.size());
   // A prefix of its own, so that no trees are left beside the array.
   writeOutput(fmt::format(
       "palvor {} {} -p {} -a -l{}{}\n", shellWord(folder.directory()),

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kit/commands.h"
+#include "kit/memory_option.h"
 #include "kit/prepare.h"
 
 namespace kit {
@@ -69,12 +70,9 @@ void addPrepare(CLI::App& app) {
   command->add_option("-j,--jobs", options->jobs, "threads that share the work")
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
-  command
-      ->add_option("--memory", options->memory,
-                   "memory to do with, such as 4G: longer texts are gone "
-                   "through several times")
-      ->transform(CLI::AsSizeValue(false))
-      ->type_name("BYTES");
+  addMemoryOption(*command, options->memory,
+                  "memory to do with, such as 4G: longer texts are gone "
+                  "through several times");
   command->add_flag("--force-space", options->forceSpace,
                     "go on where the disk seems too small");
   command->add_flag("--force", options->force,

@@ -3,11 +3,12 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <utility>
+
+#include "kit/message.h"
 
 namespace kit {
-namespace {
 
-// "1:02:03", "4:05"
 std::string clockTime(double seconds) {
   const auto whole = static_cast<long>(seconds);
   char text[32];
@@ -20,9 +21,8 @@ std::string clockTime(double seconds) {
   return text;
 }
 
-}  // namespace
-
-Progress::Progress() : terminal_(::isatty(STDERR_FILENO) != 0) {}
+Progress::Progress(ProgressStyle style)
+    : style_(std::move(style)), terminal_(::isatty(STDERR_FILENO) != 0) {}
 
 Progress::~Progress() {
   if (shown_) std::fputs("\r\033[K", stderr);
@@ -31,8 +31,16 @@ Progress::~Progress() {
 void Progress::show(const std::string& text) {
   using namespace std::chrono_literals;
   const auto now = std::chrono::steady_clock::now();
-  if (!terminal_ || (shown_ && now - last_ < 200ms)) return;
-  std::fprintf(stderr, "\r\033[K%s", text.c_str());
+  if (style_.silent || now - begun_ < style_.patience) return;
+  if (!terminal_) {
+    if (style_.plainEvery == 0ms || now - last_ < style_.plainEvery) return;
+    say(style_.stage + text);
+    last_ = now;
+    return;
+  }
+  if (shown_ && now - last_ < 200ms) return;
+  std::fprintf(stderr, "\r\033[Kpalvor-kit: %s%s", style_.stage.c_str(),
+               text.c_str());
   shown_ = true;
   last_ = now;
 }

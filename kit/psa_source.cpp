@@ -22,8 +22,12 @@ constexpr size_t kMostWords = (size_t{1} << 28) - 1;
 
 }  // namespace
 
-PsaSource::PsaSource(std::vector<std::string> files, const ReadingRules& rules)
-    : files_(std::move(files)), rules_(rules) {}
+PsaSource::PsaSource(std::vector<std::string> files, const ReadingRules& rules,
+                     int firstArray, uint32_t firstInput)
+    : files_(std::move(files)),
+      rules_(rules),
+      nextNumber_(firstArray),
+      nextInput_(firstInput) {}
 
 bool PsaSource::next(PsaText& psa) {
   psa = {};
@@ -80,9 +84,10 @@ void PsaSource::endFile() {
 bool PsaSource::finish(PsaText& psa) {
   if (psa.inputs.empty()) return false;
   psa.number = nextNumber_++;
-  psa.firstInput = static_cast<uint32_t>(summary_.inputs);
+  psa.firstInput = static_cast<uint32_t>(nextInput_);
+  nextInput_ += psa.inputs.size();
   summary_.inputs += psa.inputs.size();
-  if (summary_.inputs > kMostInputs) {
+  if (nextInput_ > kMostInputs) {
     throw std::runtime_error(
         fmt::format("{}: more inputs than {}", psa.file, kMostInputs));
   }

@@ -43,7 +43,9 @@ struct ReadingSummary {
 
 class PsaSource {
  public:
-  PsaSource(std::vector<std::string> files, const ReadingRules& rules);
+  // Arrays and inputs are numbered from these on.
+  PsaSource(std::vector<std::string> files, const ReadingRules& rules,
+            int firstArray = 0, uint32_t firstInput = 0);
 
   // Reads the next array's inputs. Arrays without any are passed over. False
   // when all files are read. Throws std::runtime_error with the file's name.
@@ -71,7 +73,8 @@ class PsaSource {
   bool fileGaveInput_ = false;
   uint64_t fileLetters_ = 0;  // of the current file
   bool inputOpen_ = false;    // the text ends in the middle of an input
-  int nextNumber_ = 0;
+  int nextNumber_;
+  uint64_t nextInput_;
   ReadingSummary summary_;
 };
 

@@ -53,26 +53,44 @@ palvor::MergeOptions optionsOf(const MergePlaces& places) {
   return options;
 }
 
+uint64_t streamsOf(const MergeLoad& load) {
+  return static_cast<uint64_t>(std::max(load.streams, 1));
+}
+
+uint64_t sharedBytes(const MergeLoad& load) {
+  return kOwnBytes + load.stringBytes + load.otherBytes +
+         kSliceBytes * streamsOf(load) * load.ranges;
+}
+
+// Of each thread, beside its buffers of records.
+uint64_t fixedBytes(const MergeLoad& load, bool readLcps) {
+  return kMergeBytes + load.sinkBytes +
+         streamsOf(load) * (kStreamBytes + (readLcps ? kLcpStreamBytes : 0));
+}
+
 }  // namespace
+
+uint64_t leastMergeMemory(const MergeLoad& load, bool readLcps, int jobs) {
+  const uint64_t streams = streamsOf(load);
+  return sharedBytes(load) +
+         static_cast<uint64_t>(jobs) *
+             (fixedBytes(load, readLcps) + kOutputBytes * kLeastOutput +
+              kRecordBytes * kLeastStreamRecords * streams);
+}
 
 MemoryShares shareMemory(const MergeLoad& load, bool readLcps,
                          const MergeMeans& means) {
-  const auto streams = static_cast<uint64_t>(std::max(load.streams, 1));
+  const uint64_t streams = streamsOf(load);
   const auto jobs = static_cast<uint64_t>(means.jobs);
   MemoryShares shares;
-  shares.shared = kOwnBytes + load.stringBytes + load.otherBytes +
-                  kSliceBytes * streams * load.ranges;
-  const uint64_t fixed =
-      kMergeBytes + load.sinkBytes +
-      streams * (kStreamBytes + (readLcps ? kLcpStreamBytes : 0));
-  const uint64_t least = fixed + kOutputBytes * kLeastOutput +
-                         kRecordBytes * kLeastStreamRecords * streams;
-  if (shares.shared + jobs * least > means.memory) {
+  shares.shared = sharedBytes(load);
+  const uint64_t fixed = fixedBytes(load, readLcps);
+  const uint64_t least = leastMergeMemory(load, readLcps, means.jobs);
+  if (least > means.memory) {
     throw std::runtime_error(fmt::format(
         "a merge in {} threads takes {} of memory at least, {} of it for the "
         "strings; fewer threads take less",
-        jobs, roundBytes(shares.shared + jobs * least),
-        roundBytes(load.stringBytes)));
+        jobs, roundBytes(least), roundBytes(load.stringBytes)));
   }
   const uint64_t usual = std::clamp(kUsualRecords / streams,
                                     kUsualStreamRecords, kMostStreamRecords);

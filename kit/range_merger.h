@@ -49,6 +49,9 @@ struct MemoryShares {
   }
 };
 
+// Bytes that a merge by so many threads does not do without.
+uint64_t leastMergeMemory(const MergeLoad& load, bool readLcps, int jobs);
+
 // Throws std::runtime_error, with what is needed, if the limit is too low.
 MemoryShares shareMemory(const MergeLoad& load, bool readLcps,
                          const MergeMeans& means);

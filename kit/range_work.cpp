@@ -30,7 +30,7 @@ void RangeWork::advance(uint64_t suffixes) {
   const std::lock_guard lock(mutex_);
   done_ += suffixes;
   const uint64_t percent = suffixes_ == 0 ? 100 : done_ * 100 / suffixes_;
-  progress_.show(fmt::format("palvor-kit: {}, {}%{}", what_, percent,
+  progress_.show(fmt::format("{}, {}%{}", what_, percent,
                              timeLeft(begun_, done_, suffixes_)));
 }
 

@@ -21,8 +21,12 @@ class RangeWork {
   using Worker = std::function<void(size_t range)>;
 
   // Of so many ranges with so many suffixes together; `what` is shown.
-  RangeWork(std::string what, size_t ranges, uint64_t suffixes)
-      : what_(std::move(what)), ranges_(ranges), suffixes_(suffixes) {}
+  RangeWork(std::string what, size_t ranges, uint64_t suffixes,
+            const ProgressStyle& progress = {})
+      : what_(std::move(what)),
+        ranges_(ranges),
+        suffixes_(suffixes),
+        progress_(progress) {}
 
   // Has all ranges done, the first ones first, by up to `jobs` threads, each of
   // which makes a worker of its own. If one of them throws, the others end with

@@ -35,6 +35,7 @@ hwy/contrib/sort/vqsort.h libhwy-dev
 archive.h libarchive-dev
 zlib.h zlib1g-dev
 xxhash.h libxxhash-dev
+openssl/evp.h libssl-dev
 CLI/CLI.hpp libcli11-dev
 fmt/format.h libfmt-dev
 nlohmann/json.hpp nlohmann-json3-dev

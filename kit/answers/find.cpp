@@ -90,7 +90,7 @@ void findPatterns(const FindOptions& options,
   const auto look = [&](const Pattern& pattern) {
     printer.print(pattern, finder.find(pattern));
     if (++done % 256 == 0) {
-      progress.show(fmt::format("palvor-kit: {} patterns looked up", done));
+      progress.show(fmt::format("{} patterns looked up", done));
     }
   };
   for (const Pattern& pattern : patterns) look(pattern);

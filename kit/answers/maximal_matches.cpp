@@ -144,7 +144,7 @@ void printMaximalMatches(const std::string& file, uint64_t shortest,
         });
     print(fmt::format("> {}\n", query.name), forward, inputs);
     print(fmt::format("> {} Reverse\n", query.name), reverse, inputs);
-    progress.show(fmt::format("palvor-kit: {} matched", query.name));
+    progress.show(fmt::format("{} matched", query.name));
   });
 }
 

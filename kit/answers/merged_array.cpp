@@ -15,12 +15,6 @@ namespace {
 
 constexpr uint64_t kBatch = 4096;  // suffixes: what fits into a near cache
 
-// "1:07", minutes and seconds.
-std::string clockTime(double seconds) {
-  const auto whole = static_cast<uint64_t>(seconds);
-  return fmt::format("{}:{:02}", whole / 60, whole % 60);
-}
-
 }  // namespace
 
 void testRecordCount(const std::string& path, uint64_t records,
@@ -84,7 +78,7 @@ void MergedArray::pass(const std::string& doing,
             static_cast<double>(done) / static_cast<double>(size());
         const std::chrono::duration<double> spent = Clock::now() - begin;
         progress.show(
-            fmt::format("palvor-kit: {}, {:.0f}%, {} left", doing, 100 * part,
+            fmt::format("{}, {:.0f}%, {} left", doing, 100 * part,
                         clockTime(spent.count() / part * (1 - part))));
       });
 }

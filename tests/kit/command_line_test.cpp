@@ -21,16 +21,17 @@ TEST(CommandLine, AloneListsTheCommands) {
   EXPECT_EQ(run.out, "");
   EXPECT_THAT(run.err, StartsWith("palvor-kit: error: which command?\n"));
   for (const char* command :
-       {"prepare", "check", "simulate", "view", "pangenome", "find", "distance",
-        "shared", "markers", "export", "help"}) {
+       {"build", "add", "status", "prepare", "check", "simulate", "view",
+        "pangenome", "find", "distance", "shared", "markers", "export",
+        "help"}) {
     EXPECT_THAT(run.err, HasSubstr(std::string("\n  ") + command + " "));
   }
 }
 
 TEST(CommandLine, HelpsInEitherOrder) {
   for (const char* command :
-       {"prepare", "check", "simulate", "view", "pangenome", "find", "distance",
-        "shared", "markers", "export"}) {
+       {"build", "add", "status", "prepare", "check", "simulate", "view",
+        "pangenome", "find", "distance", "shared", "markers", "export"}) {
     const Outcome asked = runKit({"help", command});
     EXPECT_EQ(asked.status, 0) << asked.err;
     EXPECT_THAT(asked.out,

@@ -1,0 +1,36 @@
+#include "kit/build/result_folder.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "kit/output_file.h"
+
+namespace kit {
+
+namespace fs = std::filesystem;
+
+ResultFolder::ResultFolder(const std::string& path) : path_(path) {
+  while (path_.size() > 1 && path_.back() == '/') path_.pop_back();
+  const std::string name = fs::path(path_).filename().string();
+  if (name.empty() || name == "." || name == "..") {
+    throw std::runtime_error(
+        fmt::format("not a name for a result's folder: '{}'", path));
+  }
+}
+
+ResultFolder ResultFolder::unfinished() const {
+  return ResultFolder(path_ + kPartSuffix);
+}
+
+std::string ResultFolder::dataBase() const {
+  return fmt::format("{0}/{1}.ST/{1}", path_, kResultPrefix);
+}
+
+bool ResultFolder::isResult() const {
+  std::error_code failure;
+  return fs::is_regular_file(path(kResultManifest), failure);
+}
+
+}  // namespace kit

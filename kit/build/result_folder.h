@@ -1,0 +1,42 @@
+// The folder that palvor-kit build leaves: a data folder with what was merged
+// from it, a manifest, and checksums.
+
+#ifndef PALVOR_KIT_BUILD_RESULT_FOLDER_H_
+#define PALVOR_KIT_BUILD_RESULT_FOLDER_H_
+
+#include <string>
+
+namespace kit {
+
+constexpr const char* kResultPrefix = "data";  // of its data folder, data.ST
+constexpr const char* kResultManifest = "manifest.json";
+constexpr const char* kResultSums = "SHA256SUMS";
+
+// Where the manifest is until the result is whole.
+constexpr const char* kUnfinishedManifest = "unfinished.json";
+
+// Paths of a result, which end in no "/".
+class ResultFolder {
+ public:
+  // Throws std::runtime_error if the path's last part is no name.
+  explicit ResultFolder(const std::string& path);
+
+  const std::string& path() const { return path_; }
+  std::string path(const std::string& name) const { return path_ + "/" + name; }
+
+  // The folder beside it in which it is built, under its temporary name.
+  ResultFolder unfinished() const;
+
+  // The data folder's files, as far as their kind, such as ".stpsa".
+  std::string dataBase() const;
+
+  // Whether a whole result is there.
+  bool isResult() const;
+
+ private:
+  std::string path_;
+};
+
+}  // namespace kit
+
+#endif  // PALVOR_KIT_BUILD_RESULT_FOLDER_H_
