@@ -16,7 +16,8 @@ if [ "${1-}" != --quick ]; then
   if [ $# -eq 0 ]; then set -- src kit; fi
   git ls-files -z "${@/%//*.cpp}" |
     xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/release --quiet \
-      --extra-arg=-Wno-ignored-optimization-argument 2>/dev/null
+      --extra-arg=-Wno-ignored-optimization-argument \
+      --extra-arg=-Wno-unknown-warning-option 2>/dev/null
 fi
 
 echo "== cppcheck"
