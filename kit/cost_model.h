@@ -33,7 +33,7 @@ struct StepTimes {
   double likes = 4;     // a character of all genomes, by each merge of a range
   double merge = 110;   // a suffix
   double check = 350;   // a suffix
-  double copy = 10;     // a suffix, when parts are joined
+  double copy = 45;     // a suffix, when parts are joined
 };
 
 // One of the steps, which is done in jobs of one thread each.
@@ -50,7 +50,8 @@ struct StepCost {
 
 // The steps, in order. With 0 ranges they are as many that each place for a job
 // has two. Where a node has not got the memory to find out what strings have in
-// common, it is not done, as by the command. Throws std::runtime_error if a job does not fit a node's memory.
+// common, it is not done, as by the command. Throws std::runtime_error if a job
+// does not fit a node's memory.
 std::vector<StepCost> estimateCosts(const Collection& collection,
                                     const Cluster& cluster,
                                     const StepTimes& times, uint64_t ranges);

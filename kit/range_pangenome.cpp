@@ -43,10 +43,9 @@ void RangePangenome::setRanges(size_t ranges) {
   counts_.emplace(inputs_, genomes_, choice_.k, palindromes_, ranges);
 }
 
-void RangePangenome::count(size_t range,
-                           std::shared_ptr<const palvor::MergeRange> slices,
-                           const MemoryShares& shares,
-                           const std::function<void(uint64_t)>& advance) {
+void RangePangenome::count(
+    size_t range, const std::shared_ptr<const palvor::MergeRange>& slices,
+    const MemoryShares& shares, const std::function<void(uint64_t)>& advance) {
   const std::string name = fmt::format("range {} of the merged order of {}",
                                        range, merger_.files().paths.arrays);
   OrderTests tests(inputs_.lengths(), name, name);

@@ -38,7 +38,8 @@ class RangePangenome {
 
   // Merges and counts a range. Threads may do so side by side. `advance` is
   // told the suffixes that are done, now and then.
-  void count(size_t range, std::shared_ptr<const palvor::MergeRange> slices,
+  void count(size_t range,
+             const std::shared_ptr<const palvor::MergeRange>& slices,
              const MemoryShares& shares,
              const std::function<void(uint64_t)>& advance);
 

@@ -39,7 +39,7 @@ TEST(CostModel, TellsTimeByCores) {
   EXPECT_NEAR(steps[1].allSeconds, 5e9 / 8 * 110e-9, 0.01);
   EXPECT_NEAR(steps[2].allSeconds, 5e9 / 8 * 350e-9, 0.01);
   EXPECT_EQ(steps[3].atOnce, 1U);
-  EXPECT_NEAR(steps[3].seconds, 5e9 * 10e-9, 0.01);
+  EXPECT_NEAR(steps[3].seconds, 5e9 * 45e-9, 0.01);
 }
 
 // Each merge of a range goes through all strings, so that more are dearer.

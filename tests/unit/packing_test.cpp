@@ -10,7 +10,7 @@
 namespace {
 
 using palvor::dataWords;
-using palvor::getBinEncoding;
+using palvor::packCharacters;
 using palvor::sliceAt;
 using palvor::storedWords;
 
@@ -18,7 +18,7 @@ using palvor::storedWords;
 std::vector<uint32_t> encoded(std::string text, int written) {
   std::vector<uint32_t> words(4, 0xAAAAAAAA);
   EXPECT_EQ(
-      getBinEncoding(words.data(), text.data(), static_cast<int>(text.size())),
+      packCharacters(words.data(), text.data(), static_cast<int>(text.size())),
       written);
   return words;
 }

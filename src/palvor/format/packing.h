@@ -30,12 +30,13 @@ constexpr std::array<unsigned char, 256> makePackedCodes() {
 // Packed codes of four characters, by the index that their bits 2-1 form, the
 // first character in bits 7-6. Those two bits tell A, C, G and T apart in
 // either case; any other byte gets whichever code its bits give.
-inline constexpr std::array<unsigned char, 256> actg = makePackedCodes();
+inline constexpr std::array<unsigned char, 256> kPackedCodes =
+    makePackedCodes();
 
 // Packs the whole groups of 16 among the first `n` characters of `text` into
 // `out`, one word a group, and returns the number of words written, n / 16.
 // The last n % 16 characters and the trailer are the caller's business.
-int getBinEncoding(unsigned* out, char* text, int n);
+int packCharacters(unsigned* out, char* text, int n);
 
 // Words of a string of `bits` bits (0 or more): its data words, and those
 // together with the trailer.
