@@ -20,7 +20,6 @@ struct MergeCommand {
   int treeNodes = 0;     // records of a tree; 0: as palvor's
   bool sayNeeds = true;  // on standard error, before it begins
   ProgressStyle progress = {};
-  int treeNodes = 0;  // records of a tree; 0: as palvor's
 
   // Instead of an array or trees, the answer of palvor-kit pangenome: the file
   // that it is written to, "-" for standard output; empty: not wanted.
