@@ -11,10 +11,23 @@ namespace kit {
 
 namespace fs = std::filesystem;
 
-ResultFolder::ResultFolder(const std::string& path) : path_(path) {
-  while (path_.size() > 1 && path_.back() == '/') path_.pop_back();
-  const std::string name = fs::path(path_).filename().string();
-  if (name.empty() || name == "." || name == "..") {
+namespace {
+
+std::string withoutSlashes(std::string path) {
+  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
+}
+
+}  // namespace
+
+bool ResultFolder::canBe(const std::string& path) {
+  const std::string name = fs::path(withoutSlashes(path)).filename().string();
+  return !name.empty() && name != "." && name != "..";
+}
+
+ResultFolder::ResultFolder(const std::string& path)
+    : path_(withoutSlashes(path)) {
+  if (!canBe(path)) {
     throw std::runtime_error(
         fmt::format("not a name for a result's folder: '{}'", path));
   }

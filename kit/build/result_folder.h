@@ -18,7 +18,10 @@ constexpr const char* kUnfinishedManifest = "unfinished.json";
 // Paths of a result, which end in no "/".
 class ResultFolder {
  public:
-  // Throws std::runtime_error if the path's last part is no name.
+  // Whether a path's last part is a name that a result can have.
+  static bool canBe(const std::string& path);
+
+  // Throws std::runtime_error if it is not.
   explicit ResultFolder(const std::string& path);
 
   const std::string& path() const { return path_; }

@@ -34,11 +34,7 @@ size_t firstArgument(const CLI::App& command,
 }
 
 bool isResultFolder(const std::string& word) {
-  std::error_code ignored;
-  return std::filesystem::is_directory(word, ignored) &&
-         std::filesystem::path(word).filename() != "." &&
-         std::filesystem::path(word).filename() != ".." &&
-         ResultFolder(word).isResult();
+  return ResultFolder::canBe(word) && ResultFolder(word).isResult();
 }
 
 // What there is to view in a result.

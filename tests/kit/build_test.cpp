@@ -255,6 +255,11 @@ TEST_F(Build, IsOneArgumentOfOtherCommands) {
   EXPECT_EQ(succeed("view --count 3 R").out,
             succeed("view --count 3 R/data.ST/data.stpsa").out);
   EXPECT_THAT(failure("find a.fa"), HasSubstr("prefix is required"));
+  for (const std::string folder : {".", "./", "..", "/"}) {
+    EXPECT_THAT(failure("check " + folder + " nowhere"),
+                HasSubstr("nowhere.ST"))
+        << folder;
+  }
 }
 
 TEST_F(Build, AddsGenomesAsIfAllHadBeenThere) {
