@@ -15,8 +15,8 @@
 namespace kit {
 namespace {
 
-constexpr uint64_t kBlock = 1 << 15;  // records read at once
-constexpr uint64_t kPiece = 1 << 19;  // records
+constexpr uint64_t kPieceBlock = 1 << 15;  // records read at once
+constexpr uint64_t kPiece = 1 << 19;       // records
 
 // An array's records and entries, block by block.
 class ArrayRecords {
@@ -44,8 +44,8 @@ class ArrayRecords {
   void reach(uint64_t record) {
     if (record >= first_ && record < first_ + block_.size()) return;
     first_ = record;
-    block_ = suffixes_.read(first_, kBlock);
-    if (entries_) entryBlock_ = entries_->read(first_, kBlock);
+    block_ = suffixes_.read(first_, kPieceBlock);
+    if (entries_) entryBlock_ = entries_->read(first_, kPieceBlock);
   }
 
   RecordFile<Suffix> suffixes_;
@@ -161,7 +161,7 @@ std::optional<PieceFault> PieceProver::prove(
             piece.array.path + ".stlcp", r,
             fmt::format("entry {}, expected {}", records.entry(r), entry)};
       }
-      if (r + 1 - done == kBlock || r + 1 == piece.to) {
+      if (r + 1 - done == kPieceBlock || r + 1 == piece.to) {
         advance(r + 1 - done);
         done = r + 1;
       }

@@ -28,9 +28,9 @@ constexpr size_t kBlockBytes = size_t{256} * 1024;
 }
 
 // The file as it is stored, in blocks, with a look at its first bytes.
-class StoredFile {
+class SourceFile {
  public:
-  explicit StoredFile(const std::string& path) : path_(path) {
+  explicit SourceFile(const std::string& path) : path_(path) {
     descriptor_ =
         path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor_ < 0) {
@@ -39,12 +39,12 @@ class StoredFile {
     }
   }
 
-  ~StoredFile() {
+  ~SourceFile() {
     if (descriptor_ > STDIN_FILENO) ::close(descriptor_);
   }
 
-  StoredFile(const StoredFile&) = delete;
-  StoredFile& operator=(const StoredFile&) = delete;
+  SourceFile(const SourceFile&) = delete;
+  SourceFile& operator=(const SourceFile&) = delete;
 
   const std::string& path() const { return path_; }
 
@@ -131,7 +131,7 @@ class StoredFile {
 // checksums, and a damaged genome that reads well is the worst kind.
 class GzipSource : public ByteSource {
  public:
-  explicit GzipSource(std::unique_ptr<StoredFile> file)
+  explicit GzipSource(std::unique_ptr<SourceFile> file)
       : file_(std::move(file)) {
     constexpr int kWindowBits = 15, kGzipOnly = 16;
     if (inflateInit2(&stream_, kWindowBits + kGzipOnly) != Z_OK) {
@@ -189,7 +189,7 @@ class GzipSource : public ByteSource {
     }
   }
 
-  std::unique_ptr<StoredFile> file_;
+  std::unique_ptr<SourceFile> file_;
   z_stream stream_{};
   bool inMember_ = false;
 };
@@ -197,7 +197,7 @@ class GzipSource : public ByteSource {
 // Text that is none that any of the others could begin with.
 class PlainSource : public ByteSource {
  public:
-  explicit PlainSource(std::unique_ptr<StoredFile> file)
+  explicit PlainSource(std::unique_ptr<SourceFile> file)
       : file_(std::move(file)), size_(file_->size()) {}
 
   size_t read(char* buffer, size_t capacity) override {
@@ -211,14 +211,14 @@ class PlainSource : public ByteSource {
   }
 
  private:
-  std::unique_ptr<StoredFile> file_;
+  std::unique_ptr<SourceFile> file_;
   size_t size_;
 };
 
 // Everything else comes through libarchive.
 class ArchiveSource : public ByteSource {
  public:
-  explicit ArchiveSource(std::unique_ptr<StoredFile> file)
+  explicit ArchiveSource(std::unique_ptr<SourceFile> file)
       : file_(std::move(file)), archive_(archive_read_new()) {
     if (archive_ == nullptr) throw std::bad_alloc();
     archive_read_support_filter_bzip2(archive_.get());
@@ -291,7 +291,7 @@ class ArchiveSource : public ByteSource {
                        reason != nullptr ? reason : "no reason given"));
   }
 
-  std::unique_ptr<StoredFile> file_;
+  std::unique_ptr<SourceFile> file_;
   std::unique_ptr<archive, Free> archive_;
   std::exception_ptr readFailure_;
   bool begun_ = false;
@@ -306,7 +306,7 @@ std::string sourceName(const std::string& path) {
 
 std::unique_ptr<ByteSource> openByteSource(const std::string& path) {
   constexpr unsigned char kGzipMagic[] = {0x1f, 0x8b};
-  auto file = std::make_unique<StoredFile>(path);
+  auto file = std::make_unique<SourceFile>(path);
   if (file->beginsWith(kGzipMagic)) {
     return std::make_unique<GzipSource>(std::move(file));
   }

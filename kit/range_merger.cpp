@@ -14,7 +14,7 @@
 namespace kit {
 namespace {
 
-constexpr uint64_t kOwnBytes = 12'000'000;  // of the program itself
+constexpr uint64_t kMergerBytes = 12'000'000;  // of the program itself
 constexpr uint64_t kSliceBytes = 60;  // of a stream in a range, while cutting
 
 // Of a merge: its memory of long matches, and what it keeps of each stream.
@@ -58,7 +58,7 @@ uint64_t streamsOf(const MergeLoad& load) {
 }
 
 uint64_t sharedBytes(const MergeLoad& load) {
-  return kOwnBytes + load.stringBytes + load.otherBytes +
+  return kMergerBytes + load.stringBytes + load.otherBytes +
          kSliceBytes * streamsOf(load) * load.ranges;
 }
 

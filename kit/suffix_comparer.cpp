@@ -7,12 +7,12 @@ namespace kit {
 namespace {
 
 constexpr size_t kSlotBits = 15;
-constexpr size_t kStep = 32;  // characters compared at once
+constexpr size_t kComparedAtOnce = 32;  // characters compared at once
 
 // Characters. Within a block a match is read once; shorter ones are read again
 // sooner than looked up.
 constexpr size_t kBlock = 1024;
-constexpr size_t kShort = 4 * kStep;
+constexpr size_t kShort = 4 * kComparedAtOnce;
 
 }  // namespace
 
@@ -32,7 +32,7 @@ size_t SuffixComparer::matchEnd(size_t position, size_t shift, size_t end) {
   bool known = false;
   size_t found = end;
   while (position < end) {
-    if (match == nullptr || position % kBlock < kStep) {
+    if (match == nullptr || position % kBlock < kComparedAtOnce) {
       match = &slot(shift, position);
       known = match->text == text_ && match->shift == shift;
       steps_++;
@@ -49,7 +49,7 @@ size_t SuffixComparer::matchEnd(size_t position, size_t shift, size_t end) {
           end, position + static_cast<size_t>(std::countl_zero(unequal)) / 2);
       break;
     }
-    position += kStep;
+    position += kComparedAtOnce;
   }
   if (found - start >= kShort) {
     slot(shift, start) = {text_, static_cast<uint32_t>(shift),
@@ -81,7 +81,7 @@ SuffixComparer::Result SuffixComparer::compare(size_t first, size_t second,
       if (shared + bits / 2 >= rest) break;
       return {2 * shared + bits, a < b};
     }
-    shared += kStep;
+    shared += kComparedAtOnce;
   }
   return {2 * rest,
           firstRest != secondRest ? firstRest < secondRest : first < second};
