@@ -2,12 +2,18 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <utility>
 
 #include "kit/message.h"
 
 namespace kit {
+namespace {
+
+constexpr std::chrono::milliseconds kBetween{200};  // lines on a terminal
+
+}  // namespace
 
 std::string clockTime(double seconds) {
   const auto whole = static_cast<long>(seconds);
@@ -29,16 +35,16 @@ Progress::~Progress() {
 }
 
 void Progress::show(const std::string& text) {
-  using namespace std::chrono_literals;
   const auto now = std::chrono::steady_clock::now();
   if (style_.silent || now - begun_ < style_.patience) return;
   if (!terminal_) {
-    if (style_.plainEvery == 0ms || now - last_ < style_.plainEvery) return;
+    if (style_.plainEvery.count() == 0 || now - last_ < style_.plainEvery)
+      return;
     say(style_.stage + text);
     last_ = now;
     return;
   }
-  if (shown_ && now - last_ < 200ms) return;
+  if (shown_ && now - last_ < kBetween) return;
   std::fprintf(stderr, "\r\033[Kpalvor-kit: %s%s", style_.stage.c_str(),
                text.c_str());
   shown_ = true;
