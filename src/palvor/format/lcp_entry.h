@@ -24,7 +24,7 @@ using LcpEntry = uint32_t;
 constexpr int kLcpLimit = 1 << 30;
 
 // Packs a length in bits (0 to kLcpLimit - 1) and a firstbit (0 or 1).
-inline LcpEntry makeLcpEntry(int bits, int firstbit) {
+constexpr LcpEntry makeLcpEntry(int bits, int firstbit) {
   return static_cast<uint32_t>(bits) << 1 | static_cast<uint32_t>(firstbit);
 }
 

@@ -64,7 +64,7 @@ class AnchorsAhead {
   }
 
  private:
-  static constexpr int kMost = 64;  // records of a stream
+  static constexpr int kMost = 128;  // records of a stream
 
   struct Anchored {
     uint64_t identity;

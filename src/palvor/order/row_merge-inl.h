@@ -14,11 +14,11 @@
 #include <bit>
 #include <cstdint>
 
-#include "palvor/order/anchored_rows-inl.h"
 #include "palvor/order/key_rows.h"
 #include "palvor/order/row_cursor.h"
 #include "palvor/order/rows-inl.h"
 #include "palvor/order/rows_avx512-inl.h"
+#include "palvor/order/tied_rows-inl.h"
 #include "palvor/simd/vectors-inl.h"
 
 PALVOR_BEFORE_NAMESPACE();
@@ -33,8 +33,9 @@ class RowMerge final : public KeyRows {
   RowMerge(Front& front, LcpList& list)
       : front_(front),
         list_(list),
-        anchoredRows_(front.compare, rows_, cursors_),
+        tiedRows_(front.compare, rows_, cursors_, arrivals_),
         trustsEntries_(!front.readsEntries()) {
+    mayWait_ = trustsEntries_ && !front.compare.readsStrings();
     takeUp();
   }
 
@@ -48,6 +49,7 @@ class RowMerge final : public KeyRows {
     merged_ += count;
     if (merged_ >= kUntilAdapted) {
       front_.compare.adapt(met_, merged_);
+      mayWait_ = trustsEntries_ && !front_.compare.readsStrings();
       met_ = merged_ = 0;
     }
     return count;
@@ -100,8 +102,14 @@ class RowMerge final : public KeyRows {
   HWY_NOINLINE RowMove findByWalk(int k, const Suffix& suffix, LcpEntry own);
   HWY_INLINE RowMove findAmongEqualKeys(const Rows<kRoom>& rows, int k,
                                         const Suffix& suffix, LcpEntry own);
-  HWY_NOINLINE Bits compareEqualKeys(int k, const Suffix& suffix, Bits equal,
-                                     RowMove& move);
+  HWY_INLINE Bits compareEqualKeys(int k, const Suffix& suffix, int end,
+                                   RowMove& move);
+  HWY_INLINE bool wait(Rows<kRoom>& rows, int k, int64_t key, LcpEntry own,
+                       Bits equal, Walked& counted);
+  HWY_NOINLINE bool knowsFirst(int k, int first, int count);
+  HWY_NOINLINE void settle(int first);
+  HWY_NOINLINE void settleByComparing(int first, int row);
+  void settleAll();
   HWY_INLINE int moveTo(Rows<kRoom>& rows, const RowMove& move, int64_t key,
                         int64_t suffixBits);
   static HWY_INLINE void moveByKey(Rows<kRoom>& rows, Bits walked, int k,
@@ -117,9 +125,13 @@ class RowMerge final : public KeyRows {
   RowCursor cursors_[kMostRows] = {};
   // Whether a listed suffix may be shorter than 64 bits.
   bool mayHoldShort_ = false;
-  AnchoredRows<kRoom> anchoredRows_;
+  // Of those that stand among others of their keys as they came.
+  Arrival arrivals_[kMostRows] = {};
+  TiedRows<kRoom> tiedRows_;
   // Entries that are read may claim what the strings do not say.
   bool trustsEntries_;
+  // Whether suffixes of equal keys may wait for their order.
+  bool mayWait_ = false;
   // Of the suffixes merged last, those that met others of their keys.
   int64_t met_ = 0;
   int64_t merged_ = 0;
@@ -142,9 +154,16 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
   const bool readsStrings = front_.compare.readsStrings();
   Walked counted;
   int keysToldOwn = 0;
+  int met = 0;
   int k = streamOf(rows.firstState());
   int n = 0;
   for (; n < room; n++) {
+    if ((rows.firstState() & kTied) != 0) {
+      rows.store();
+      settle(0);
+      rows.load();
+      k = streamOf(rows.firstState());
+    }
     RowCursor& cursor = cursors_[k];
     const Suffix* const current = cursor.current;
     const Suffix* const next = current + 1;
@@ -163,9 +182,18 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
       prefetchStrings(text, next[kRecordsAhead], kWordsAhead);
     }
     cursor.current = next;
-    anchoredRows_.forget(k);
     cursor.upcomingKey = prefixKey(next[1]);
-    if (lastKey >= key || rows.equal(key) != 0) {
+    const Bits equal = rows.equal(key);
+    if (lastKey >= key || equal != 0) {
+      if (lastKey < key) {
+        const int next = streamOf(rows.secondState());
+        if (wait(rows, k, key, own, equal & rowsBelow<kRoom>(rows_.count), counted)) {
+          keysToldOwn++;
+          met++;
+          k = next;
+          continue;
+        }
+      }
       rows.store();
       k = moveAmongEqualKeys(k, key, own);
       rows.load();
@@ -184,6 +212,8 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
     moveByKey(rows, walked, stream, key, counted);
   }
   rows.store();
+  if ((rows_.states[0] & kTied) != 0) settle(0);
+  met_ += met;
   counted.settled += int64_t{keysToldOwn} * ownComparisons();
   count(counted);
   syncStreams();
@@ -217,21 +247,125 @@ template <int kRoom>
 int RowMerge<kRoom>::moveAmongEqualKeys(int k, int64_t key, LcpEntry own) {
   met_++;
   RowCursor& cursor = cursors_[k];
+  Rows<kRoom> rows(rows_);
+  rows.load();
   if (rows_.keys[0] < key) {
     front_.cost.settled += ownComparisons();
+    cursor.own = own;
   } else {
     front_.streams[k].advanceTo(cursor.current);
     own = front_.ownEntry(k);
+    cursor.own = own;
+    if (!front_.ascends) settleAll();
   }
-  cursor.own = own;
-  Rows<kRoom> rows(rows_);
-  rows.load();
   const RowMove move = front_.ascends
                            ? findAmongEqualKeys(rows, k, *cursor.current, own)
                            : findByWalk(k, *cursor.current, own);
   const int next = moveTo(rows, move, key, kLong << kLengthShift | k);
   rows.store();
   return next;
+}
+
+// Sees to it that the first of some rows, which wait with stream k's suffix,
+// says of its entry whether it is the own one of that which will be the first.
+// If it can't be told which that is, the rows are settled, and it is false.
+template <int kRoom>
+bool RowMerge<kRoom>::knowsFirst(int k, int first, int count) {
+  int64_t& state = rows_.states[first];
+  const LcpEntry entry = entryOf(state);
+  if ((cursors_[k].own == entry) == ((state & kUnchanged) != 0)) return true;
+  const int i = tiedRows_.firstOf(first, count, k);
+  if (i < 0) {
+    settle(first);
+    return false;
+  }
+  state &= ~kUnchanged;
+  if (cursors_[i].own == entry) state |= kUnchanged;
+  return true;
+}
+
+// Moves the head's stream k behind those of its key, the rows `equal`, where it
+// waits for its order, if they do so themselves, or there is only one. False if
+// it can't wait: then nothing is done, but that these may have been settled.
+// What a walk does on its way to them, the keys tell.
+template <int kRoom>
+HWY_INLINE bool RowMerge<kRoom>::wait(Rows<kRoom>& rows, int k, int64_t key,
+                                      LcpEntry own, Bits equal,
+                                      Walked& counted) {
+  const int first = std::countr_zero(equal);
+  const int end = first + std::popcount(equal);
+  const int64_t state = rows.stateOf(first);
+  if ((state & kTied) == 0) {
+    if (end > first + 1 || !mayWait_) return false;
+    rows.mark(Bits{1} << first, kTied);
+  }
+  const LcpEntry entry = entryOf(state);
+  cursors_[k].own = own;
+  if ((own == entry) != ((state & kUnchanged) != 0)) {
+    rows.store();
+    const bool known = knowsFirst(k, first, end - first);
+    rows.load();
+    if (!known) return false;
+  }
+  arrivals_[k] = {entry, end == rows_.count};
+  const Bits compared = rows.sharing(key) & rowsBelow<kRoom>(first) & ~Bits{1};
+  const int comparisons = std::popcount(compared);
+  counted.comparisons += comparisons;
+  counted.settled += comparisons;
+  counted.unchanged += std::popcount(compared & rows.unchanged());
+  counted.positions += first;
+  rows.move(rowsBelow<kRoom>(end - 1), key,
+            makeState(kTiedEntry, kTied | kLong << kLengthShift | k));
+  return true;
+}
+
+// Puts those of one key that wait for it into order: from the row `first` on.
+template <int kRoom>
+void RowMerge<kRoom>::settle(int first) {
+  int end = first + 1;
+  while (end < rows_.count && rows_.keys[end] == rows_.keys[first]) end++;
+  rows_.states[first] &= ~kTied;
+  int row = first + tiedRows_.settle(first, end - first, front_.cost);
+  for (; row < end; row++) settleByComparing(first, row);
+}
+
+// Puts the suffix of a row, which came when those from `first` on, which have
+// its key and are in order, were there, among these.
+template <int kRoom>
+void RowMerge<kRoom>::settleByComparing(int first, int row) {
+  int64_t* const states = rows_.states;
+  const int k = streamOf(states[row]);
+  const auto putEntry = [&](int i, LcpEntry entry) {
+    states[i] = stateOf(entry, states[i] & (kSuffixBits & ~kTied));
+  };
+  // It may be another one now.
+  const LcpEntry outside = entryOf(states[first]);
+  putEntry(first, arrivals_[k].outside);
+  RowMove move;
+  move.row = first;
+  move.entry = arrivals_[k].outside;
+  const Bits compared = compareEqualKeys(k, *cursors_[k].current, row, move);
+  Rows<kRoom> rows(rows_);
+  rows.load();
+  Cost& cost = front_.cost;
+  cost.comparisons += std::popcount(compared);
+  cost.unchanged += std::popcount(compared & rows.unchanged());
+  cost.positions += move.row - first;
+  if (arrivals_[k].isLast && move.row == row) cost.positions--;
+
+  const int64_t suffixBits = states[row];
+  std::copy_backward(states + move.row, states + row, states + row + 1);
+  states[move.row] = suffixBits;
+  putEntry(move.row, move.entry);
+  if (move.changes) putEntry(move.row + 1, move.nextEntry);
+  putEntry(first, outside);
+}
+
+template <int kRoom>
+void RowMerge<kRoom>::settleAll() {
+  for (int row = 0; row < rows_.count; row++) {
+    if ((rows_.states[row] & kTied) != 0) settle(row);
+  }
 }
 
 // Finds the row of stream k's long suffix, whose key others have. A walk, but
@@ -253,10 +387,8 @@ HWY_INLINE RowMove RowMerge<kRoom>::findAmongEqualKeys(const Rows<kRoom>& rows,
   move.row = std::popcount(below) + 1;
   const Bits equal = rows.equal(key) & all;
   move.entry = move.row > 1 ? entryOfKeys(rows_.keys[move.row - 1], key) : own;
-  if (front_.compare.readsStrings() || !trustsEntries_ ||
-      !anchoredRows_.find(k, equal, move, compared, cost)) {
-    compared |= compareEqualKeys(k, suffix, equal, move);
-  }
+  compared |=
+      compareEqualKeys(k, suffix, move.row + std::popcount(equal), move);
   cost.comparisons += std::popcount(compared);
   cost.unchanged += std::popcount(compared & unchanged);
   cost.positions += std::min(move.row, rows_.count - 1);
@@ -264,12 +396,11 @@ HWY_INLINE RowMove RowMerge<kRoom>::findAmongEqualKeys(const Rows<kRoom>& rows,
 }
 
 // Walks the rows that have the key of stream k's suffix, from where a move
-// goes, and moves it on. Returns those that were compared.
+// goes up to `end`, and moves it on. Returns those that were compared.
 template <int kRoom>
 typename RowMerge<kRoom>::Bits RowMerge<kRoom>::compareEqualKeys(
-    int k, const Suffix& suffix, Bits equal, RowMove& move) {
+    int k, const Suffix& suffix, int end, RowMove& move) {
   Cost& cost = front_.cost;
-  const int end = move.row + std::popcount(equal);
   Bits compared = 0;
   int shared = lcpBits(move.entry);
   for (int& row = move.row; row < end; row++) {
@@ -382,6 +513,7 @@ void RowMerge<kRoom>::moveHead(int k) {
 
 template <int kRoom>
 void RowMerge<kRoom>::advanceHead() {
+  settleAll();
   const int k = head();
   const LcpEntry entry = headEntry();
   SuffixStream& stream = front_.streams[k];
@@ -423,7 +555,6 @@ HWY_INLINE void RowMerge<kRoom>::lookAhead(int k) {
   const SuffixStream& stream = front_.streams[k];
   RowCursor& cursor = cursors_[k];
   cursor.current = stream.current();
-  anchoredRows_.forget(k);
   cursor.lastTested = stream.testedEnd() - 1;
   cursor.upcomingKey =
       prefixKey(*std::min(stream.current() + 1, stream.readEnd() - 1));
@@ -462,6 +593,8 @@ void RowMerge<kRoom>::takeUp() {
 
 template <int kRoom>
 void RowMerge<kRoom>::handOver() {
+  settleAll();
+  tiedRows_.finish(front_.cost);
   for (int row = rows_.count - 1; row >= 0; row--) {
     const int k = streamOf(rows_.states[row]);
     list_.putFirst(k, entryOf(rows_.states[row]), cursors_[k].own);

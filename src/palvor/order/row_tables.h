@@ -4,6 +4,7 @@
 //   bits 63..32  entry, with the suffix before, or the one emitted last
 //   bit 31       whether it is the suffix's own entry, with the one before it
 //                in its stream
+//   bit 30       whether it stands among others of its key as it came
 //   bits 14..8   the suffix's length in bits, 127 if that is 64 or more
 //   bits 7..0    stream
 //
@@ -30,6 +31,7 @@ constexpr int64_t kLargestKey = std::numeric_limits<int64_t>::max();
 constexpr int kEntryShift = 32;
 constexpr int kCommonShift = 33;  // of the length in the entry
 constexpr int64_t kUnchanged = int64_t{1} << 31;
+constexpr int64_t kTied = int64_t{1} << 30;
 constexpr int kLengthShift = 8;
 constexpr int64_t kLong = 127;  // 64 bits or more
 constexpr int64_t kStream = 255;
@@ -57,6 +59,10 @@ constexpr bool isShort(int64_t state) {
 [[gnu::always_inline]] inline LcpEntry entryOfKeys(int64_t a, int64_t b) {
   return makeLcpEntry(std::countl_zero(static_cast<uint64_t>(a ^ b)), 1);
 }
+
+// Of a suffix that stands among others of its key as it came: more than keys
+// tell.
+constexpr LcpEntry kTiedEntry = makeLcpEntry(64, 1);
 
 struct RowTables {
   RowTables() { clear(); }

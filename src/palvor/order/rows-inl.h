@@ -97,8 +97,11 @@ class Rows {
     moveNumbers(tables_.keys, row, key, kRoom, 0);
   }
 
-  // Moves the head behind the `passed`, with its new key and state. The suffix
-  // in the row `changed`, if any, has another state, too.
+  // Moves the head behind the `passed`, with its new key and state.
+  HWY_INLINE void move(Bits passed, int64_t key, int64_t state) {
+    move(passed, key, state, 0, 0);
+  }
+  // The same, and the suffix in the row `changed`, if any, has another state.
   HWY_INLINE void move(Bits passed, int64_t key, int64_t state, Bits changed,
                        int64_t changedState) {
     const int row = std::popcount(passed);
@@ -106,6 +109,16 @@ class Rows {
     moveNumbers(tables_.states, row, state, changed != 0 ? row + 1 : kRoom,
                 changedState);
   }
+
+  // Sets a bit of some states.
+  HWY_INLINE void mark(Bits rows, int64_t bit) {
+    for (; rows != 0; rows &= rows - 1) {
+      tables_.states[std::countr_zero(rows)] |= bit;
+    }
+  }
+
+  // The state of a row.
+  HWY_INLINE int64_t stateOf(int row) const { return tables_.states[row]; }
 
  private:
   using Tag = hn::CappedTag<int64_t, 4>;

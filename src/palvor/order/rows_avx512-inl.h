@@ -183,14 +183,9 @@ class Rows {
     }
   }
 
-  // Moves the head behind the `passed`, with its new key and state. The suffix
-  // in the row `changed`, if any, has another state, too.
-  HWY_INLINE void move(Bits passed, int64_t key, int64_t state, Bits changed,
-                       int64_t changedState) {
+  // Moves the head behind the `passed`, with its new key and state.
+  HWY_INLINE void move(Bits passed, int64_t key, int64_t state) {
     const Bits row = passed + 1;
-    const auto choose = [](Lanes a, Bits rows, int g, Lanes b) PALVOR_ATTR {
-      return Group::choose(a, static_cast<uint32_t>(rows >> (kLanes * g)), b);
-    };
     for (int g = 0; g < kGroups; g++) {
       const int next = g + 1 == kGroups ? g : g + 1;
       keys_[g] = choose(keys_[g], passed, g, Group::up(keys_[g], keys_[next]));
@@ -198,8 +193,31 @@ class Rows {
       states_[g] =
           choose(states_[g], passed, g, Group::up(states_[g], states_[next]));
       states_[g] = choose(states_[g], row, g, Group::all(state));
+    }
+  }
+  // The same, and the suffix in the row `changed`, if any, has another state.
+  HWY_INLINE void move(Bits passed, int64_t key, int64_t state, Bits changed,
+                       int64_t changedState) {
+    move(passed, key, state);
+    for (int g = 0; g < kGroups; g++) {
       states_[g] = choose(states_[g], changed, g, Group::all(changedState));
     }
+  }
+
+  // Sets a bit of some states.
+  HWY_INLINE void mark(Bits rows, int64_t bit) {
+    for (int g = 0; g < kGroups; g++) {
+      states_[g] = choose(states_[g], rows, g,
+                          hn::Or(states_[g], Group::all(bit)));
+    }
+  }
+
+  // The state of a row.
+  HWY_INLINE int64_t stateOf(int row) const {
+    for (int g = 0; g < kGroups; g++) {
+      hn::Store(states_[g], Tag(), tables_.states + kLanes * g);
+    }
+    return tables_.states[row];
   }
 
  private:
@@ -208,6 +226,10 @@ class Rows {
   using Group = NumberGroup<kLanes>;
   using Tag = typename Group::Tag;
   using Lanes = typename Group::Lanes;
+
+  static HWY_INLINE Lanes choose(Lanes a, Bits rows, int g, Lanes b) {
+    return Group::choose(a, static_cast<uint32_t>(rows >> (kLanes * g)), b);
+  }
 
   // The rows of some lanes of a group.
   static HWY_INLINE Bits rowsOf(int g, uint32_t lanes) {

@@ -24,15 +24,17 @@ class HugePages {
   explicit HugePages(const HugePages<Other>&) {}
 
   Element* allocate(size_t count) {
-    const size_t bytes = count * sizeof(Element);
-    if (bytes < 2 * kPage) return static_cast<Element*>(operator new(bytes));
+    if (!fillsSome(count)) {
+      return static_cast<Element*>(operator new(count * sizeof(Element)));
+    }
+    const size_t bytes = (count * sizeof(Element) + kPage - 1) / kPage * kPage;
     void* block = operator new (bytes, std::align_val_t{kPage});
     madvise(block, bytes, MADV_HUGEPAGE);  // a refusal changes nothing
     return static_cast<Element*>(block);
   }
 
   void deallocate(Element* block, size_t count) {
-    if (count * sizeof(Element) < 2 * kPage) {
+    if (!fillsSome(count)) {
       operator delete(block);
     } else {
       operator delete (block, std::align_val_t{kPage});
@@ -42,6 +44,11 @@ class HugePages {
   friend bool operator==(const HugePages&, const HugePages&) { return true; }
 
  private:
+  // Half of one, at least.
+  static bool fillsSome(size_t count) {
+    return count * sizeof(Element) >= kPage / 2;
+  }
+
   static constexpr size_t kPage = size_t{2} << 20;  // bytes; the usual size
 };
 

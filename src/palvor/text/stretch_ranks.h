@@ -51,7 +51,7 @@ class StretchRanks {
   // Asks early for what commonBits reads of a rank and the one before. An
   // address that is nobody's would take long.
   void ask(uint32_t rank) const {
-    if (rank < common_.size()) __builtin_prefetch(common_.data() + rank);
+    if (rank < common_.size()) __builtin_prefetch(common_.data() + rank, 0, 2);
   }
 
   // What it takes, in bytes.

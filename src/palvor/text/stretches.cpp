@@ -6,7 +6,7 @@ namespace palvor {
 namespace {
 
 // Suffixes between one look-up and the next, at least.
-constexpr size_t kAhead = 32;
+constexpr size_t kAhead = 64;
 
 // The next stretches may lie in the next line of the cache.
 constexpr size_t kNextLine = 3;
@@ -30,13 +30,13 @@ void Stretches::anchorsAt(std::span<const uint32_t> axisPositions,
   for (size_t from = 0; from < count + 2 * kAhead; from += kAhead) {
     const size_t to = std::min(count, from + kAhead);
     for (size_t i = from; i < to; i++) {
-      __builtin_prefetch(blocks + place(i) / kBlock);
+      __builtin_prefetch(blocks + place(i) / kBlock, 0, 2);
     }
     const size_t numbersFrom = from < kAhead ? count : from - kAhead;
     for (size_t i = numbersFrom; i < std::min(count, from); i++) {
       const uint32_t number = blocks[place(i) / kBlock];
-      __builtin_prefetch(stretches + number);
-      __builtin_prefetch(stretches + number + kNextLine);
+      __builtin_prefetch(stretches + number, 0, 2);
+      __builtin_prefetch(stretches + number + kNextLine, 0, 2);
       numbers[i % (2 * kAhead)] = number;
     }
     const size_t lookFrom = from < 2 * kAhead ? count : from - 2 * kAhead;

@@ -111,7 +111,7 @@ class Stretches {
 
   // Asks for what a look-up of the anchor there reads first.
   void prefetchAnchor(uint32_t axisPosition) const {
-    __builtin_prefetch(blocks_.data() + axisPosition / kBlock);
+    __builtin_prefetch(blocks_.data() + axisPosition / kBlock, 0, 2);
   }
 
   // Asks for what commonBits reads of suffixes with this key.

@@ -1,0 +1,210 @@
+// Rows of equal prefix words, put into order all at once by their anchors.
+// Compiled once for each target that has vectors.
+//
+// Strains stand at the same place of their text most of the time: then the
+// listed suffixes of a group of streams have one key. Where each of them goes
+// in that group matters when the first of them is to leave, and not before. So
+// they stand there as they came, until then.
+//
+// Suffixes of equal anchors are ordered by their second keys
+// (palvor/text/stretches.h), and what neighbours share follows from these. What
+// a walk of the list would have done each time that one came is counted
+// afterwards (palvor/order/tied_walks-inl.h).
+
+#if defined(PALVOR_ORDER_TIED_ROWS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef PALVOR_ORDER_TIED_ROWS_INL_H_
+#undef PALVOR_ORDER_TIED_ROWS_INL_H_
+#else
+#define PALVOR_ORDER_TIED_ROWS_INL_H_
+#endif
+
+#include <hwy/highway.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+
+#include "palvor/order/cost.h"
+#include "palvor/order/row_cursor.h"
+#include "palvor/order/row_tables.h"
+#include "palvor/order/stream_compare.h"
+#include "palvor/order/tied_walks-inl.h"
+#include "palvor/simd/vectors-inl.h"
+
+PALVOR_BEFORE_NAMESPACE();
+namespace palvor {
+namespace HWY_NAMESPACE {
+
+#if PALVOR_HAS_VECTORS
+
+// What is known of a suffix that stands in its group as it came.
+struct Arrival {
+  LcpEntry outside;  // stored, when it came, with the first of the group
+  bool isLast;       // no other row was behind the group
+};
+
+template <int kRoom>
+class TiedRows {
+ public:
+  using Bits = RowBits<kRoom>;
+
+  // `cursors` and `arrivals` are those of all streams. All of them must outlive
+  // it.
+  TiedRows(StreamCompare& compare, RowTables& rows, const RowCursor* cursors,
+           const Arrival* arrivals)
+      : anchorsAhead_(compare.anchors),
+        text_(compare.text()),
+        rows_(rows),
+        cursors_(cursors),
+        arrivals_(arrivals) {}
+
+  // Puts the rows from `first` to `first` + `count` - 1, all that have one key,
+  // 2 or more, which stand there as they came, into order, as far as anchors
+  // tell that. Counts what a walk would have done each time that one came, but
+  // for what keys tell. Returns how many rows are in order now, from the first
+  // one on: 1 or more.
+  int settle(int first, int count, Cost& cost);
+  // What is left to count.
+  void finish(Cost& cost) { walks_.flush(cost); }
+
+  // Which stream's suffix is the first in order of those that stand in `count`
+  // rows as they came, and one of stream k that comes now. -1 if anchors don't
+  // tell.
+  int firstOf(int first, int count, int k);
+
+ private:
+  static constexpr int kLeastShared = AnchorsAhead::kLeastShared;
+
+  using Tag = hn::CappedTag<uint64_t, 8>;
+  static constexpr int kLanes = static_cast<int>(hn::MaxLanes(Tag()));
+
+  int lookUp(int first, int count);
+  uint64_t below(int r, int count) const;
+  uint64_t alike(int r, int count) const;
+  HWY_INLINE LcpEntry entryOfNeighbours(int i) const;
+
+  AnchorsAhead& anchorsAhead_;
+  const Collection& text_;
+  RowTables& rows_;
+  const RowCursor* cursors_;
+  const Arrival* arrivals_;
+
+  // As they came.
+  uint32_t anchor_ = Axis::kNowhere;
+  alignas(64) uint64_t keys_[kRoom + kLanes];
+  // In order.
+  struct Placed {
+    uint64_t key;
+    int stream;
+    int bits;  // its length
+  };
+  Placed placed_[kRoom];
+  LcpEntry entries_[kRoom];  // with the one before
+  TiedWalks walks_;
+};
+
+// Looks up the second keys of rows that have the same anchor. How many do, from
+// the first one on.
+template <int kRoom>
+int TiedRows<kRoom>::lookUp(int first, int count) {
+  anchor_ = Axis::kNowhere;
+  for (int r = 0; r < count; r++) {
+    const int k = streamOf(rows_.states[first + r]);
+    const Anchor anchor = anchorsAhead_.of(k, *cursors_[k].current);
+    if (r == 0) anchor_ = anchor.position;
+    if (anchor.position != anchor_ || anchor_ == Axis::kNowhere) return r;
+    keys_[r] = anchor.key;
+  }
+  return count;
+}
+
+// Which of `count` keys are below, or equal to, one.
+template <int kRoom>
+HWY_INLINE uint64_t TiedRows<kRoom>::below(int r, int count) const {
+  const Tag tag;
+  const auto key = hn::Set(tag, keys_[r]);
+  uint64_t found = 0;
+  for (int g = 0; g < count; g += kLanes) {
+    found |= bitsOf(tag, hn::Lt(hn::Load(tag, keys_ + g), key)) << g;
+  }
+  return found & (~uint64_t{0} >> (64 - count));
+}
+template <int kRoom>
+HWY_INLINE uint64_t TiedRows<kRoom>::alike(int r, int count) const {
+  const Tag tag;
+  const auto key = hn::Set(tag, keys_[r]);
+  uint64_t found = 0;
+  for (int g = 0; g < count; g += kLanes) {
+    found |= bitsOf(tag, hn::Eq(hn::Load(tag, keys_ + g), key)) << g;
+  }
+  return found & (~uint64_t{0} >> (64 - count));
+}
+
+// The entry of one in order with the one before.
+template <int kRoom>
+HWY_INLINE LcpEntry TiedRows<kRoom>::entryOfNeighbours(int i) const {
+  const Placed& a = placed_[i - 1];
+  const Placed& b = placed_[i];
+  const int shorter = std::min(a.bits, b.bits);
+  const int common = anchorsAhead_.sharedBits(a.key, b.key, shorter);
+  return fittingEntry(common, common < shorter);
+}
+
+template <int kRoom>
+int TiedRows<kRoom>::settle(int first, int count, Cost& cost) {
+  const int settled = lookUp(first, count);
+  if (settled < 2) return 1;
+  int64_t* const states = rows_.states + first;
+  walks_.begin(settled, cost);
+  for (int r = 0; r < settled; r++) {
+    // Behind those that are equal, as they came earlier.
+    const uint64_t earlier = alike(r, settled) & ((uint64_t{1} << r) - 1);
+    if (earlier != 0 && !anchorsAhead_.stretches().equalIfAlike(keys_[r])) {
+      return 1;
+    }
+    const int rank = std::popcount(below(r, settled)) + std::popcount(earlier);
+    const int k = streamOf(states[r]);
+    const Suffix& suffix = *cursors_[k].current;
+    placed_[rank] = {keys_[r], k, text_.remainingBits(suffix)};
+    walks_.put(rank, {r, suffix.pos, cursors_[k].own, arrivals_[k].outside,
+                      arrivals_[k].isLast});
+  }
+  for (int i = 1; i < settled; i++) {
+    entries_[i] = entryOfNeighbours(i);
+    if (lcpBits(entries_[i]) < kLeastShared) return 1;
+    walks_.putEntry(i, entries_[i]);
+  }
+  walks_.end(settled);
+
+  const int start = placed_[0].stream;
+  const LcpEntry entry = entryOf(states[0]);
+  states[0] = makeState(entry, kLong << kLengthShift | start) |
+              (entry == cursors_[start].own ? kUnchanged : 0);
+  for (int i = 1; i < settled; i++) {
+    // Its own entry told another key.
+    states[i] =
+        makeState(entries_[i], kLong << kLengthShift | placed_[i].stream);
+  }
+  return settled;
+}
+
+template <int kRoom>
+int TiedRows<kRoom>::firstOf(int first, int count, int k) {
+  const Anchor anchor = anchorsAhead_.of(k, *cursors_[k].current);
+  if (lookUp(first, count) < count) return -1;
+  if (anchor.position != anchor_) return -1;
+  keys_[count] = anchor.key;
+  const uint64_t* const least = std::min_element(keys_, keys_ + count + 1);
+  const auto r = static_cast<int>(least - keys_);
+  const bool isAlone = std::popcount(alike(r, count + 1)) == 1;
+  if (!isAlone && !anchorsAhead_.stretches().equalIfAlike(*least)) return -1;
+  return r == count ? k : streamOf(rows_.states[first + r]);
+}
+
+#endif  // PALVOR_HAS_VECTORS
+
+}  // namespace HWY_NAMESPACE
+}  // namespace palvor
+HWY_AFTER_NAMESPACE();
+
+#endif  // PALVOR_ORDER_TIED_ROWS_INL_H_
