@@ -1,7 +1,6 @@
 #include "palvor/order/anchors_ahead.h"
 
 #include <algorithm>
-#include <span>
 
 namespace palvor {
 namespace {
@@ -14,8 +13,17 @@ constexpr int kMostOfMany = 16;
 
 AnchorsAhead::AnchorsAhead(const Collection& text, const Stretches& stretches,
                            const SuffixStreams& streams)
-    : text_(text), stretches_(stretches), streams_(streams) {
+    : stretches_(stretches), streams_(streams) {
   if (stretches.empty()) return;
+  constexpr uint32_t kShortest = kShort / 2 + 1;  // characters
+  for (uint32_t input = 0; input < text.inputs(); input++) {
+    const uint32_t length = text[input].bits / 2;
+    const bool anchored = stretches.holds(input) && length >= kShortest;
+    rooms_.push_back(anchored
+                         ? Room{stretches.axisPosition(input, kSkipped),
+                                length - kShortest + 1}
+                         : Room{0, 0});
+  }
   if (streams.count() > kFewStreams) most_ = kMostOfMany;
   const auto count = static_cast<size_t>(streams.count());
   const auto most = static_cast<size_t>(most_);
@@ -26,37 +34,75 @@ AnchorsAhead::AnchorsAhead(const Collection& text, const Stretches& stretches,
   }
 }
 
+// Asks for the blocks of records.
+void AnchorsAhead::ask(Batch& batch, const Suffix* first, int64_t count) const {
+  batch.count = static_cast<int>(std::max<int64_t>(count, 0));
+  for (int r = 0; r < batch.count; r++) {
+    batch.places[r] = placeOf(first[r]);
+    stretches_.prefetchBlock(batch.places[r]);
+  }
+}
+
+// Asks for the stretches of records whose blocks were asked for.
+void AnchorsAhead::askStretches(Batch& batch) const {
+  for (int r = 0; r < batch.count; r++) {
+    batch.stretches[r] = stretches_.prefetchStretch(batch.places[r]);
+  }
+}
+
+// Looks up the records from `first` on, whose stretches were asked for. False
+// if they are not those any more: the buffer was read anew.
+bool AnchorsAhead::take(Ahead& ahead, const Suffix* first,
+                        const Batch& batch) const {
+  ahead.first = first;
+  ahead.count = batch.count;
+  ahead.used = 1;
+  bool areThose = true;
+  for (int r = 0; r < batch.count; r++) {
+    areThose &= batch.places[r] == placeOf(first[r]);
+    const Anchor anchor =
+        stretches_.anchorFrom(batch.stretches[r], batch.places[r]);
+    stretches_.prefetchCommonBits(anchor.key);
+    ahead.records[r] = {identityOf(first[r]), anchor.key, anchor.position};
+  }
+  return areThose;
+}
+
 // Looks up a record, and more of those behind it than the last time if half of
 // these were asked for, and this one soon after them; else fewer.
 Anchor AnchorsAhead::lookUp(int k, Ahead& ahead, const Suffix& record) {
-  const auto passed =
-      static_cast<uint64_t>(&record - (ahead.first + ahead.count));
-  const bool areDense = 2 * ahead.used >= ahead.count &&
-                        passed <= static_cast<uint64_t>(ahead.count);
-  ahead.wanted = areDense ? std::min(2 * ahead.wanted, most_)
-                          : std::max(ahead.wanted / 2, 1);
-  const int64_t tested =
-      std::max<int64_t>(streams_[k].testedEnd() - &record, 1);
-  ahead.first = &record;
-  ahead.count = static_cast<int>(std::min<int64_t>(ahead.wanted, tested));
-  ahead.used = 1;
+  const Suffix* const tested = streams_[k].testedEnd();
+  const Suffix* const behind = ahead.first + ahead.count;
+  const auto passed = static_cast<uint64_t>(&record - behind);
+  const bool areDense = 2 * ahead.used >= ahead.count;
+  Batch& asked = ahead.batches[ahead.next];
+  Batch& last = ahead.batches[ahead.next ^ 1];
+  if (areDense && passed < static_cast<uint64_t>(asked.count) &&
+      asked.count <= tested - behind && take(ahead, behind, asked)) {
+    askStretches(last);
+    const Suffix* const from = behind + asked.count + last.count;
+    ask(asked, from, std::min<int64_t>(most_, tested - from));
+    ahead.next ^= 1;
+    return {ahead.records[passed].position, ahead.records[passed].key};
+  }
 
-  uint32_t places[kMost];
-  uint32_t positions[kMost];
-  uint64_t keys[kMost];
-  for (int r = 0; r < ahead.count; r++) {
-    places[r] = axisPositionOf(ahead.first[r]);
+  const bool isSoon =
+      areDense && passed <= static_cast<uint64_t>(ahead.count);
+  ahead.wanted =
+      isSoon ? std::min(2 * ahead.wanted, most_) : std::max(ahead.wanted / 2, 1);
+  const int64_t count = std::max<int64_t>(tested - &record, 1);
+  ask(asked, &record, std::min<int64_t>(ahead.wanted, count));
+  askStretches(asked);
+  take(ahead, &record, asked);
+  asked.count = last.count = 0;
+  if (ahead.wanted == most_) {
+    const Suffix* const from = &record + ahead.count;
+    ask(asked, from, std::min<int64_t>(most_, tested - from));
+    askStretches(asked);
+    const Suffix* const behindThese = from + asked.count;
+    ask(last, behindThese, std::min<int64_t>(most_, tested - behindThese));
   }
-  stretches_.anchorsAt(std::span(places, static_cast<size_t>(ahead.count)),
-                       positions, keys);
-  for (int r = 0; r < ahead.count; r++) {
-    ahead.records[r] = {identityOf(ahead.first[r]), keys[r], positions[r]};
-    stretches_.prefetchCommonBits(keys[r]);
-  }
-  // Early for the next time.
-  const int64_t next = std::min(int64_t{2} * ahead.count, tested);
-  for (int64_t r = ahead.count; r < next; r++) askFirst(ahead.first[r]);
-  return {positions[0], keys[0]};
+  return {ahead.records[0].position, ahead.records[0].key};
 }
 
 }  // namespace palvor

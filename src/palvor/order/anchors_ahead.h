@@ -64,7 +64,7 @@ class AnchorsAhead {
   }
 
  private:
-  static constexpr int kMost = 128;  // records of a stream
+  static constexpr int kMost = 32;  // records of a stream
 
   struct Anchored {
     uint64_t identity;
@@ -72,12 +72,30 @@ class AnchorsAhead {
     uint32_t position;
   };
 
+  // Records that are to be looked up: what is read first was asked for.
+  struct Batch {
+    int count = 0;
+    uint32_t places[kMost];
+    uint32_t stretches[kMost];
+  };
+
+  // Of a stream: some records whose anchors are known, then some whose
+  // stretches were asked for, then some for whose blocks that was done. Each
+  // takes the place of those before.
   struct Ahead {
     const Suffix* first = nullptr;  // the record that `records` begin with
     int count = 0;                  // records that are known
     int used = 0;                   // times they were asked for
     int wanted = 1;                 // records, the next time
     Anchored* records = nullptr;
+    Batch batches[2];
+    int next = 0;  // the batch that follows on the records
+  };
+
+  // Where an input's suffixes are on the axis, if they are before a limit.
+  struct Room {
+    uint32_t start;
+    uint32_t limit;
   };
 
   static uint64_t identityOf(const Suffix& suffix) {
@@ -85,23 +103,19 @@ class AnchorsAhead {
   }
 
   // Where a record's anchor is looked up, or Axis::kNowhere if it has none.
-  uint32_t axisPositionOf(const Suffix& record) const {
-    const uint32_t input = inputNumber(record);
-    const bool anchored =
-        stretches_.holds(input) && text_.remainingBits(record) > kShort;
-    return anchored ? stretches_.axisPosition(input, record.pos + kSkipped)
-                    : Axis::kNowhere;
-  }
-  void askFirst(const Suffix& record) const {
-    const uint32_t place = axisPositionOf(record);
-    if (place != Axis::kNowhere) stretches_.prefetchAnchor(place);
+  uint32_t placeOf(const Suffix& record) const {
+    const Room room = rooms_[inputNumber(record)];
+    return record.pos < room.limit ? room.start + record.pos : Axis::kNowhere;
   }
   Anchor lookUp(int k, Ahead& ahead, const Suffix& record);
+  void ask(Batch& batch, const Suffix* first, int64_t count) const;
+  void askStretches(Batch& batch) const;
+  bool take(Ahead& ahead, const Suffix* first, const Batch& batch) const;
 
-  const Collection& text_;
   const Stretches& stretches_;
   const SuffixStreams& streams_;
   int most_ = kMost;
+  std::vector<Room> rooms_;  // of inputs
   std::vector<Anchored> records_;
   std::vector<Ahead> streamsAhead_;
 };

@@ -150,6 +150,7 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
   Rows<kRoom> rows(rows_);
   rows.load();
   const Bits walked = rowsBelow<kRoom>(rows_.count - 1);
+  const Bits listed = rowsBelow<kRoom>(rows_.count);
   const bool read = front_.readsEntries();
   const bool readsStrings = front_.compare.readsStrings();
   Walked counted;
@@ -183,16 +184,14 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
     }
     cursor.current = next;
     cursor.upcomingKey = prefixKey(next[1]);
-    const Bits equal = rows.equal(key);
+    const Bits equal = rows.equal(key) & listed;
     if (lastKey >= key || equal != 0) {
-      if (lastKey < key) {
-        const int next = streamOf(rows.secondState());
-        if (wait(rows, k, key, own, equal & rowsBelow<kRoom>(rows_.count), counted)) {
-          keysToldOwn++;
-          met++;
-          k = next;
-          continue;
-        }
+      const int following = streamOf(rows.secondState());
+      if (lastKey < key && wait(rows, k, key, own, equal, counted)) {
+        keysToldOwn++;
+        met++;
+        k = following;
+        continue;
       }
       rows.store();
       k = moveAmongEqualKeys(k, key, own);

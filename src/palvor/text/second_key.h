@@ -64,7 +64,7 @@ inline constexpr int kSymbolShift = 26;  // of x; below it stands the rank
 inline uint64_t secondKey(uint32_t characters, uint32_t parting) {
   const uint32_t own = symbolOf(parting);
   const uint32_t anchors = anchorSymbolOf(parting);
-  const uint64_t up = own > anchors ? 1 : 0;
+  const uint64_t up = (anchors - own) >> 31;
   const uint64_t same = own == anchors ? 1 : 0;
   const uint32_t bits = 2 * characters + sharedBits(own, anchors);
   const uint32_t inBits = bits ^ (0 - static_cast<uint32_t>(up));

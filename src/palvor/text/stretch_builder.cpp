@@ -50,6 +50,7 @@ class StretchBuilder {
     kmers_ = KmerTable(lengthOf(axis_.string(0)) / 32);
     for (current_ = 0; current_ < axis_.strings(); current_++) walk();
     fillBlocks(axis_.end());
+    result_.last_ = result_.stretches_.back().end;
     result_.stretches_.push_back({Axis::kNowhere, 0, 0, 0});
     result_.ranks_ = StretchRanks(axis_, result_.stretches_);
     return std::move(result_);

@@ -60,9 +60,9 @@
 #ifndef PALVOR_TEXT_STRETCHES_H_
 #define PALVOR_TEXT_STRETCHES_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "palvor/text/axis.h"
@@ -109,19 +109,36 @@ class Stretches {
     return anchorIn(stretchAt(axisPosition), axisPosition);
   }
 
-  // Asks for what a look-up of the anchor there reads first.
-  void prefetchAnchor(uint32_t axisPosition) const {
-    __builtin_prefetch(blocks_.data() + axisPosition / kBlock, 0, 2);
+  // The same in three steps, so that what each reads can be asked for long
+  // before: for many suffixes, all of them take the first step, then the next.
+  // A position that is Axis::kNowhere ends as itself.
+  void prefetchBlock(uint32_t axisPosition) const {
+    __builtin_prefetch(blocks_.data() + blockOf(axisPosition), 0, kNearby);
+  }
+  // Returns what anchorFrom wants.
+  uint32_t prefetchStretch(uint32_t axisPosition) const {
+    const uint32_t number = blocks_[blockOf(axisPosition)];
+    const Stretch* const stretch = stretches_.data() + number;
+    __builtin_prefetch(stretch, 0, kNearby);
+    __builtin_prefetch(stretch + kNextLine, 0, kNearby);
+    return number;
+  }
+  Anchor anchorFrom(uint32_t number, uint32_t axisPosition) const {
+    // What is nowhere is looked up, too, which costs less than a branch.
+    const uint32_t inside = std::min(axisPosition, last_);
+    const Stretch* stretch = stretches_.data() + number;
+    // Few blocks have more than two starts, and a branch for these would often
+    // be mispredicted. The end mark can't be passed.
+    stretch += stretch[1].start <= inside ? 1 : 0;
+    stretch += stretch[1].start <= inside ? 1 : 0;
+    while (stretch[1].start <= inside) stretch++;
+    const uint32_t position = stretch->anchor + (inside - stretch->start);
+    return {axisPosition == Axis::kNowhere ? Axis::kNowhere : position,
+            secondKey(stretch->end - inside, stretch->parting)};
   }
 
   // Asks for what commonBits reads of suffixes with this key.
   void prefetchCommonBits(uint64_t key) const { ranks_.ask(keyRank(key)); }
-
-  // Those of many suffixes, in any order: each takes two look-ups, which are
-  // asked for long before they are needed. `anchors` and `keys` have room for
-  // one each. A position that is Axis::kNowhere gets itself and the key 0.
-  void anchorsAt(std::span<const uint32_t> axisPositions, uint32_t* anchors,
-                 uint64_t* keys) const;
 
   // The common prefix, in bits, of two suffixes of equal anchors and different
   // keys.
@@ -155,6 +172,14 @@ class Stretches {
   friend class StretchBuilder;
 
   static constexpr uint32_t kBlock = 64;  // positions
+  // The next stretches may lie in the next line of the cache.
+  static constexpr uint32_t kNextLine = 3;
+  // Into the second cache: the first one has few lines on their way at a time.
+  static constexpr int kNearby = 2;
+
+  uint32_t blockOf(uint32_t axisPosition) const {
+    return std::min(axisPosition, last_) / kBlock;
+  }
 
   Anchor anchorIn(uint32_t number, uint32_t axisPosition) const {
     const Stretch& stretch = stretches_[number];
@@ -166,6 +191,7 @@ class Stretches {
   HugeTable<uint32_t> blocks_;   // per block, the stretch that it begins in
   HugeTable<Stretch> stretches_;
   StretchRanks ranks_;
+  uint32_t last_ = 0;  // the end of the last stretch, on the axis
 };
 
 }  // namespace palvor
