@@ -94,25 +94,29 @@ double percent(size_t part, size_t whole) {
          static_cast<double>(whole == 0 ? 1 : whole);
 }
 
-// Looks all records' anchors up, in order, a buffer at a time.
+// Looks all records' anchors up, in order, some at a time.
 void lookUp(const Stretches& stretches, std::span<const Record> records) {
-  constexpr size_t kBuffer = 1024;
-  std::vector<uint32_t> axis(kBuffer);
-  std::vector<uint32_t> anchors(kBuffer);
-  std::vector<uint64_t> keys(kBuffer);
+  constexpr size_t kAtOnce = 64;
+  std::vector<uint32_t> axis(kAtOnce);
+  std::vector<uint32_t> numbers(kAtOnce);
   const Timer timer;
   uint64_t sum = 0;
-  for (size_t from = 0; from < records.size(); from += kBuffer) {
-    const size_t count = std::min(kBuffer, records.size() - from);
+  for (size_t from = 0; from < records.size(); from += kAtOnce) {
+    const size_t count = std::min(kAtOnce, records.size() - from);
     for (size_t i = 0; i < count; i++) {
       const SuffixPlace place = placeOf(records[from + i]);
       axis[i] = stretches.holds(place.input)
                     ? stretches.axisPosition(place.input, place.position)
                     : palvor::Axis::kNowhere;
+      stretches.prefetchBlock(axis[i]);
     }
-    stretches.anchorsAt(std::span(axis).first(count), anchors.data(),
-                        keys.data());
-    sum += anchors[count / 2] ^ keys[count / 2];
+    for (size_t i = 0; i < count; i++) {
+      numbers[i] = stretches.prefetchStretch(axis[i]);
+    }
+    for (size_t i = 0; i < count; i++) {
+      const palvor::Anchor anchor = stretches.anchorFrom(numbers[i], axis[i]);
+      sum += anchor.position ^ anchor.key;
+    }
   }
   std::printf("anchors          %.1f ns a suffix (sum %llx)\n",
               timer.nanoseconds(records.size()),

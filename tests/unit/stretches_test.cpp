@@ -272,12 +272,6 @@ TEST(Stretches, NoStringTakesPart) {
   const Stretches none = buildStretches(collection.strings(), {false, false});
   EXPECT_TRUE(none.empty());
   EXPECT_EQ(none.size(), 0);
-  const uint32_t nowhere = Axis::kNowhere;
-  uint32_t anchor = 0;
-  uint64_t key = 1;
-  none.anchorsAt({&nowhere, 1}, &anchor, &key);
-  EXPECT_EQ(anchor, Axis::kNowhere);
-  EXPECT_EQ(key, 0);
   const StretchParting followed =
       followStretches(none, collection.strings(), {1, 1}, {1, 6}, 1);
   EXPECT_FALSE(followed.known);
@@ -307,7 +301,7 @@ TEST(Stretches, StringsThatTakeNoPartHaveNoAnchors) {
   EXPECT_EQ(same.order, 0);
 }
 
-TEST(Stretches, AnchorsOfManySuffixesAtOnce) {
+TEST(Stretches, AnchorsInStepsAreThoseHadAtOnce) {
   Genomes genomes(11);
   std::vector<std::string> texts = {genomes.unrelated(3'000)};
   for (size_t i = 0; i < 3; i++) {
@@ -315,26 +309,18 @@ TEST(Stretches, AnchorsOfManySuffixesAtOnce) {
   }
   const Collection collection(texts);
   const Stretches stretches = collection.stretches();
-  std::vector<uint32_t> positions;
   for (const SuffixPlace place : placesOf(collection)) {
-    positions.push_back(stretches.axisPosition(place.input, place.position));
-    if (genomes.below(5) == 0) positions.push_back(Axis::kNowhere);
+    const uint32_t at = stretches.axisPosition(place.input, place.position);
+    const Anchor anchor =
+        stretches.anchorFrom(stretches.prefetchStretch(at), at);
+    const Anchor expected = stretches.anchorAt(at);
+    ASSERT_EQ(anchor.position, expected.position);
+    ASSERT_EQ(anchor.key, expected.key);
   }
-  std::ranges::reverse(positions);
-  for (const size_t count : {size_t{0}, size_t{1}, size_t{15}, size_t{16},
-                             size_t{33}, size_t{100}, positions.size()}) {
-    std::vector<uint32_t> anchors(count);
-    std::vector<uint64_t> keys(count);
-    stretches.anchorsAt(std::span(positions).first(count), anchors.data(),
-                        keys.data());
-    for (size_t i = 0; i < count; i++) {
-      const bool nowhere = positions[i] == Axis::kNowhere;
-      const Anchor expected = nowhere ? Anchor{Axis::kNowhere, 0}
-                                      : stretches.anchorAt(positions[i]);
-      ASSERT_EQ(anchors[i], expected.position);
-      ASSERT_EQ(keys[i], expected.key);
-    }
-  }
+  const uint32_t nowhere = Axis::kNowhere;
+  stretches.prefetchBlock(nowhere);
+  const uint32_t last = stretches.prefetchStretch(nowhere);
+  EXPECT_EQ(stretches.anchorFrom(last, nowhere).position, nowhere);
 }
 
 TEST(Stretches, VeryShortStrings) {

@@ -19,10 +19,9 @@ AnchorsAhead::AnchorsAhead(const Collection& text, const Stretches& stretches,
   for (uint32_t input = 0; input < text.inputs(); input++) {
     const uint32_t length = text[input].bits / 2;
     const bool anchored = stretches.holds(input) && length >= kShortest;
-    rooms_.push_back(anchored
-                         ? Room{stretches.axisPosition(input, kSkipped),
-                                length - kShortest + 1}
-                         : Room{0, 0});
+    rooms_.push_back(anchored ? Room{stretches.axisPosition(input, kSkipped),
+                                     length - kShortest + 1}
+                              : Room{0, 0});
   }
   if (streams.count() > kFewStreams) most_ = kMostOfMany;
   const auto count = static_cast<size_t>(streams.count());
@@ -86,10 +85,9 @@ Anchor AnchorsAhead::lookUp(int k, Ahead& ahead, const Suffix& record) {
     return {ahead.records[passed].position, ahead.records[passed].key};
   }
 
-  const bool isSoon =
-      areDense && passed <= static_cast<uint64_t>(ahead.count);
-  ahead.wanted =
-      isSoon ? std::min(2 * ahead.wanted, most_) : std::max(ahead.wanted / 2, 1);
+  const bool isSoon = areDense && passed <= static_cast<uint64_t>(ahead.count);
+  ahead.wanted = isSoon ? std::min(2 * ahead.wanted, most_)
+                        : std::max(ahead.wanted / 2, 1);
   const int64_t count = std::max<int64_t>(tested - &record, 1);
   ask(asked, &record, std::min<int64_t>(ahead.wanted, count));
   askStretches(asked);

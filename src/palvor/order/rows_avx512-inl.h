@@ -207,8 +207,8 @@ class Rows {
   // Sets a bit of some states.
   HWY_INLINE void mark(Bits rows, int64_t bit) {
     for (int g = 0; g < kGroups; g++) {
-      states_[g] = choose(states_[g], rows, g,
-                          hn::Or(states_[g], Group::all(bit)));
+      states_[g] =
+          choose(states_[g], rows, g, hn::Or(states_[g], Group::all(bit)));
     }
   }
 

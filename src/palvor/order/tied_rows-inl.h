@@ -46,8 +46,6 @@ struct Arrival {
 template <int kRoom>
 class TiedRows {
  public:
-  using Bits = RowBits<kRoom>;
-
   // `cursors` and `arrivals` are those of all streams. All of them must outlive
   // it.
   TiedRows(StreamCompare& compare, RowTables& rows, const RowCursor* cursors,
@@ -78,9 +76,14 @@ class TiedRows {
   using Tag = hn::CappedTag<uint64_t, 8>;
   static constexpr int kLanes = static_cast<int>(hn::MaxLanes(Tag()));
 
+  // A bit for each row, from the first one on.
+  struct Others {
+    uint64_t below = 0;
+    uint64_t alike = 0;
+  };
+
   int lookUp(int first, int count);
-  uint64_t below(int r, int count) const;
-  uint64_t alike(int r, int count) const;
+  HWY_INLINE Others othersOf(int r, int count) const;
   HWY_INLINE LcpEntry entryOfNeighbours(int i) const;
 
   AnchorsAhead& anchorsAhead_;
@@ -89,7 +92,7 @@ class TiedRows {
   const RowCursor* cursors_;
   const Arrival* arrivals_;
 
-  // As they came.
+  // Of those that were looked up, as they came.
   uint32_t anchor_ = Axis::kNowhere;
   alignas(64) uint64_t keys_[kRoom + kLanes];
   // In order.
@@ -120,24 +123,18 @@ int TiedRows<kRoom>::lookUp(int first, int count) {
 
 // Which of `count` keys are below, or equal to, one.
 template <int kRoom>
-HWY_INLINE uint64_t TiedRows<kRoom>::below(int r, int count) const {
+HWY_INLINE typename TiedRows<kRoom>::Others TiedRows<kRoom>::othersOf(
+    int r, int count) const {
   const Tag tag;
   const auto key = hn::Set(tag, keys_[r]);
-  uint64_t found = 0;
+  Others found;
   for (int g = 0; g < count; g += kLanes) {
-    found |= bitsOf(tag, hn::Lt(hn::Load(tag, keys_ + g), key)) << g;
+    const auto keys = hn::Load(tag, keys_ + g);
+    found.below |= bitsOf(tag, hn::Lt(keys, key)) << g;
+    found.alike |= bitsOf(tag, hn::Eq(keys, key)) << g;
   }
-  return found & (~uint64_t{0} >> (64 - count));
-}
-template <int kRoom>
-HWY_INLINE uint64_t TiedRows<kRoom>::alike(int r, int count) const {
-  const Tag tag;
-  const auto key = hn::Set(tag, keys_[r]);
-  uint64_t found = 0;
-  for (int g = 0; g < count; g += kLanes) {
-    found |= bitsOf(tag, hn::Eq(hn::Load(tag, keys_ + g), key)) << g;
-  }
-  return found & (~uint64_t{0} >> (64 - count));
+  const uint64_t all = ~uint64_t{0} >> (64 - count);
+  return {found.below & all, found.alike & all};
 }
 
 // The entry of one in order with the one before.
@@ -158,11 +155,12 @@ int TiedRows<kRoom>::settle(int first, int count, Cost& cost) {
   walks_.begin(settled, cost);
   for (int r = 0; r < settled; r++) {
     // Behind those that are equal, as they came earlier.
-    const uint64_t earlier = alike(r, settled) & ((uint64_t{1} << r) - 1);
+    const Others others = othersOf(r, settled);
+    const uint64_t earlier = others.alike & ((uint64_t{1} << r) - 1);
     if (earlier != 0 && !anchorsAhead_.stretches().equalIfAlike(keys_[r])) {
       return 1;
     }
-    const int rank = std::popcount(below(r, settled)) + std::popcount(earlier);
+    const int rank = std::popcount(others.below) + std::popcount(earlier);
     const int k = streamOf(states[r]);
     const Suffix& suffix = *cursors_[k].current;
     placed_[rank] = {keys_[r], k, text_.remainingBits(suffix)};
@@ -196,7 +194,7 @@ int TiedRows<kRoom>::firstOf(int first, int count, int k) {
   keys_[count] = anchor.key;
   const uint64_t* const least = std::min_element(keys_, keys_ + count + 1);
   const auto r = static_cast<int>(least - keys_);
-  const bool isAlone = std::popcount(alike(r, count + 1)) == 1;
+  const bool isAlone = std::popcount(othersOf(r, count + 1).alike) == 1;
   if (!isAlone && !anchorsAhead_.stretches().equalIfAlike(*least)) return -1;
   return r == count ? k : streamOf(rows_.states[first + r]);
 }

@@ -73,10 +73,10 @@ class TiedWalks {
   // The one that is number i in the order.
   HWY_INLINE void put(int i, const Visit& visit) {
     times_[group_ + i] = visit.time;
-    visits_[group_ + i] =
-        static_cast<int>((visit.position & 15) | (visit.isLast ? 16U : 0U) |
-                         (visit.own & kEntryBits) << kOwnShift |
-                         visit.outside << kOutsideShift) | (visit.own > kEntryBits ? 1<<30:0);
+    visits_[group_ + i] = static_cast<int>(
+        (2 * visit.position & 31) | (visit.isLast ? kIsLast : 0) |
+        std::min(visit.own, kOwnBits) << kOwnShift |
+        (visit.outside & kOutsideBits) << kOutsideShift);
   }
   // What it shares with the one before, 64 bits or more; but for the first.
   HWY_INLINE void putEntry(int i, LcpEntry entry) {
@@ -95,8 +95,17 @@ class TiedWalks {
   static constexpr int kMargin = kMost + kIntLanes;
   static constexpr int kNumbers = kMargin + kRoom + kMargin;
 
-  static constexpr int kBoundary = -1;
-  static constexpr LcpEntry kEntryBits = 127;
+  static constexpr int kBoundary = -1;  // shared by two groups
+
+  // A visit in one number:
+  //
+  //   bits 22..16  the entry outside
+  //   bits 15..8   its own entry, 255 if that is more
+  //   bit 5        whether it came to the last row
+  //   bits 4..0    the first bit of its suffix, in its word
+  static constexpr uint32_t kIsLast = 32;
+  static constexpr LcpEntry kOwnBits = 255;
+  static constexpr LcpEntry kOutsideBits = 127;
   static constexpr int kOwnShift = 8;
   static constexpr int kOutsideShift = 16;
 
@@ -122,16 +131,18 @@ class TiedWalks {
   int32_t visits_[kNumbers];
 };
 
-// Words of strings that are examined, as wordsExamined tells it: of two
-// suffixes with this entry, where `known` bits, 64 or more, were known.
+// Words of strings that are examined, as wordsExamined tells it: of a suffix
+// with this visit and another with which it has this entry, where `known` bits,
+// 64 or more, were known.
 HWY_INLINE Ints wordsOf(Ints visit, Ints known, Ints entry) {
-  const Ints position = hn::ShiftLeft<1>(hn::And(visit, allInts(15)));
-  const Ints from =
-      hn::Sub(known, hn::And(hn::Add(known, position), allInts(31)));
-  // The last bit that both have, if they agree up to the end of one.
-  const Ints to =
+  const Ints start = hn::And(visit, allInts(31));
+  // The bit that differs, or the last one, if they agree up to the end of one:
+  // then it is one less.
+  const Ints last =
       hn::Sub(hn::ShiftRight<1>(hn::Add(entry, allInts(1))), allInts(1));
-  return hn::ShiftRight<5>(hn::Add(hn::Sub(to, from), allInts(32)));
+  return hn::Add(hn::Sub(hn::ShiftRight<5>(hn::Add(last, start)),
+                         hn::ShiftRight<5>(hn::Add(known, start))),
+                 allInts(1));
 }
 
 HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
@@ -141,19 +152,22 @@ HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
   const Ints most = allInts(kMostInt);
   const Ints visit = at(visits_, base);
   const Ints time = at(times_, base);
-  const Ints outside = hn::And(hn::ShiftRight<kOutsideShift>(visit), allInts(kEntryBits));
+  const Ints outside =
+      hn::And(hn::ShiftRight<kOutsideShift>(visit), allInts(kOutsideBits));
   const auto ownOf = [&](Ints of) PALVOR_ATTR {
-    return hn::And(hn::ShiftRight<kOwnShift>(of), allInts(255));
+    return hn::And(hn::ShiftRight<kOwnShift>(of), allInts(kOwnBits));
   };
   const auto counts = [&](auto mask) PALVOR_ATTR {
     return std::popcount(bitsOf(tag, mask));
   };
   // Compared with one that has this entry stored, and shares `entry`.
-  const auto count = [&](auto mask, Ints met, Ints stored, Ints entry) PALVOR_ATTR {
+  const auto count = [&](auto mask, Ints met, Ints stored,
+                         Ints entry) PALVOR_ATTR {
     const Ints known = hn::ShiftRight<1>(stored);
-    counted.words = hn::Add(
-        counted.words,
-        hn::IfThenElseZero(mask, wordsOf(met, hn::Max(known, allInts(64)), entry)));
+    counted.words =
+        hn::Add(counted.words,
+                hn::IfThenElseZero(
+                    mask, wordsOf(met, hn::Max(known, allInts(64)), entry)));
     counted.comparisons += counts(mask);
     counted.found64More += counts(hn::And(
         mask, hn::Gt(hn::ShiftRight<1>(entry), hn::Add(known, allInts(63)))));
@@ -171,9 +185,12 @@ HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
     const Ints between = at(entries_, base - d + 1);
     entry = hn::Min(entry, between);
     stored = hn::Min(stored, between);
-    const auto isThere = hn::And(hn::Lt(at(times_, base - d), time), hn::Gt(entry, none));
-    count(hn::AndNot(hn::Lt(hn::Or(shared, one), stored), isThere), met, stored, shared);
-    nearest = hn::IfThenElse(hn::And(isThere, hn::Eq(nearest, none)), entry, nearest);
+    const auto isThere =
+        hn::And(hn::Lt(at(times_, base - d), time), hn::Gt(entry, none));
+    count(hn::AndNot(hn::Lt(hn::Or(shared, one), stored), isThere), met, stored,
+          shared);
+    nearest =
+        hn::IfThenElse(hn::And(isThere, hn::Eq(nearest, none)), entry, nearest);
     shared = hn::IfThenElse(isThere, entry, shared);
     met = hn::IfThenElse(isThere, at(visits_, base - d), met);
     stored = hn::IfThenElse(isThere, most, stored);
@@ -206,11 +223,12 @@ HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
       hn::AndNot(hasLeft, hn::And(isCompared, hn::Eq(ownOf(met), outside))));
 
   // A walk looks at one position less if it comes to the end.
-  const auto isEnd = hn::And(hn::Eq(passed, time), hn::TestBit(visit, allInts(16)));
-  counted.positions = hn::Add(
-      counted.positions,
-      hn::IfThenElseZero(cameLater,
-                         hn::Add(passed, hn::VecFromMask(tag, isEnd))));
+  const auto isEnd =
+      hn::And(hn::Eq(passed, time), hn::TestBit(visit, allInts(kIsLast)));
+  counted.positions =
+      hn::Add(counted.positions,
+              hn::IfThenElseZero(cameLater,
+                                 hn::Add(passed, hn::VecFromMask(tag, isEnd))));
 }
 
 HWY_NOINLINE void TiedWalks::flush(Cost& cost) {
@@ -222,7 +240,8 @@ HWY_NOINLINE void TiedWalks::flush(Cost& cost) {
     hn::StoreU(allInts(kBoundary), tag, entries_ + i);
   }
   Counted counted = {hn::Zero(tag), hn::Zero(tag)};
-  for (int base = kMargin; base < end; base += kIntLanes) countAt(base, counted);
+  for (int base = kMargin; base < end; base += kIntLanes)
+    countAt(base, counted);
   cost.words += hn::GetLane(hn::SumOfLanes(tag, counted.words));
   cost.positions += hn::GetLane(hn::SumOfLanes(tag, counted.positions));
   cost.comparisons += counted.comparisons;
