@@ -16,6 +16,7 @@
 
 #include "palvor/order/key_rows.h"
 #include "palvor/order/row_cursor.h"
+#include "palvor/order/row_walk-inl.h"
 #include "palvor/order/rows-inl.h"
 #include "palvor/order/rows_avx512-inl.h"
 #include "palvor/order/tied_rows-inl.h"
@@ -33,7 +34,8 @@ class RowMerge final : public KeyRows {
   RowMerge(Front& front, LcpList& list)
       : front_(front),
         list_(list),
-        tiedRows_(front.compare, rows_, cursors_, arrivals_),
+        walk_(front, rows_, cursors_),
+        tiedRows_(front, rows_, cursors_, walk_),
         trustsEntries_(!front.readsEntries()) {
     mayWait_ = trustsEntries_ && !front.compare.readsStrings();
     takeUp();
@@ -87,29 +89,16 @@ class RowMerge final : public KeyRows {
         std::any_of(rows_.states, rows_.states + rows_.count, isShort);
   }
 
-  // The state of a listed suffix with this entry.
-  HWY_INLINE int64_t stateOf(LcpEntry entry, int64_t suffixBits) const {
-    const bool unchanged = entry == cursors_[streamOf(suffixBits)].own;
-    return makeState(entry, suffixBits) | (unchanged ? kUnchanged : 0);
-  }
-
   // Comparisons that a long suffix's own entry takes, if its prefix words tell
   // it.
   HWY_INLINE int ownComparisons() const {
     return front_.readsEntries() ? 0 : 1;
   }
 
-  HWY_NOINLINE RowMove findByWalk(int k, const Suffix& suffix, LcpEntry own);
   HWY_INLINE RowMove findAmongEqualKeys(const Rows<kRoom>& rows, int k,
                                         const Suffix& suffix, LcpEntry own);
-  HWY_INLINE Bits compareEqualKeys(int k, const Suffix& suffix, int end,
-                                   RowMove& move);
   HWY_INLINE bool wait(Rows<kRoom>& rows, int k, int64_t key, LcpEntry own,
                        Bits equal, Walked& counted);
-  HWY_NOINLINE bool knowsFirst(int k, int first, int count);
-  HWY_NOINLINE void settle(int first);
-  HWY_NOINLINE void settleByComparing(int first, int row);
-  void settleAll();
   HWY_INLINE int moveTo(Rows<kRoom>& rows, const RowMove& move, int64_t key,
                         int64_t suffixBits);
   static HWY_INLINE void moveByKey(Rows<kRoom>& rows, Bits walked, int k,
@@ -125,8 +114,7 @@ class RowMerge final : public KeyRows {
   RowCursor cursors_[kMostRows] = {};
   // Whether a listed suffix may be shorter than 64 bits.
   bool mayHoldShort_ = false;
-  // Of those that stand among others of their keys as they came.
-  Arrival arrivals_[kMostRows] = {};
+  RowWalk<kRoom> walk_;
   TiedRows<kRoom> tiedRows_;
   // Entries that are read may claim what the strings do not say.
   bool trustsEntries_;
@@ -161,7 +149,7 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
   for (; n < room; n++) {
     if ((rows.firstState() & kTied) != 0) {
       rows.store();
-      settle(0);
+      tiedRows_.settle(0);
       rows.load();
       k = streamOf(rows.firstState());
     }
@@ -211,7 +199,7 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
     moveByKey(rows, walked, stream, key, counted);
   }
   rows.store();
-  if ((rows_.states[0] & kTied) != 0) settle(0);
+  if ((rows_.states[0] & kTied) != 0) tiedRows_.settle(0);
   met_ += met;
   counted.settled += int64_t{keysToldOwn} * ownComparisons();
   count(counted);
@@ -255,32 +243,14 @@ int RowMerge<kRoom>::moveAmongEqualKeys(int k, int64_t key, LcpEntry own) {
     front_.streams[k].advanceTo(cursor.current);
     own = front_.ownEntry(k);
     cursor.own = own;
-    if (!front_.ascends) settleAll();
+    if (!front_.ascends) tiedRows_.settleAll();
   }
   const RowMove move = front_.ascends
                            ? findAmongEqualKeys(rows, k, *cursor.current, own)
-                           : findByWalk(k, *cursor.current, own);
+                           : walk_.find(k, *cursor.current, own);
   const int next = moveTo(rows, move, key, kLong << kLengthShift | k);
   rows.store();
   return next;
-}
-
-// Sees to it that the first of some rows, which wait with stream k's suffix,
-// says of its entry whether it is the own one of that which will be the first.
-// If it can't be told which that is, the rows are settled, and it is false.
-template <int kRoom>
-bool RowMerge<kRoom>::knowsFirst(int k, int first, int count) {
-  int64_t& state = rows_.states[first];
-  const LcpEntry entry = entryOf(state);
-  if ((cursors_[k].own == entry) == ((state & kUnchanged) != 0)) return true;
-  const int i = tiedRows_.firstOf(first, count, k);
-  if (i < 0) {
-    settle(first);
-    return false;
-  }
-  state &= ~kUnchanged;
-  if (cursors_[i].own == entry) state |= kUnchanged;
-  return true;
 }
 
 // Moves the head's stream k behind those of its key, the rows `equal`, where it
@@ -302,11 +272,11 @@ HWY_INLINE bool RowMerge<kRoom>::wait(Rows<kRoom>& rows, int k, int64_t key,
   cursors_[k].own = own;
   if ((own == entry) != ((state & kUnchanged) != 0)) {
     rows.store();
-    const bool known = knowsFirst(k, first, end - first);
+    const bool known = tiedRows_.knowsFirst(k, first, end - first);
     rows.load();
     if (!known) return false;
   }
-  arrivals_[k] = {entry, end == rows_.count};
+  tiedRows_.come(k, entry, end == rows_.count);
   const Bits compared = rows.sharing(key) & rowsBelow<kRoom>(first) & ~Bits{1};
   const int comparisons = std::popcount(compared);
   counted.comparisons += comparisons;
@@ -316,55 +286,6 @@ HWY_INLINE bool RowMerge<kRoom>::wait(Rows<kRoom>& rows, int k, int64_t key,
   rows.move(rowsBelow<kRoom>(end - 1), key,
             makeState(kTiedEntry, kTied | kLong << kLengthShift | k));
   return true;
-}
-
-// Puts those of one key that wait for it into order: from the row `first` on.
-template <int kRoom>
-void RowMerge<kRoom>::settle(int first) {
-  int end = first + 1;
-  while (end < rows_.count && rows_.keys[end] == rows_.keys[first]) end++;
-  rows_.states[first] &= ~kTied;
-  int row = first + tiedRows_.settle(first, end - first, front_.cost);
-  for (; row < end; row++) settleByComparing(first, row);
-}
-
-// Puts the suffix of a row, which came when those from `first` on, which have
-// its key and are in order, were there, among these.
-template <int kRoom>
-void RowMerge<kRoom>::settleByComparing(int first, int row) {
-  int64_t* const states = rows_.states;
-  const int k = streamOf(states[row]);
-  const auto putEntry = [&](int i, LcpEntry entry) {
-    states[i] = stateOf(entry, states[i] & (kSuffixBits & ~kTied));
-  };
-  // It may be another one now.
-  const LcpEntry outside = entryOf(states[first]);
-  putEntry(first, arrivals_[k].outside);
-  RowMove move;
-  move.row = first;
-  move.entry = arrivals_[k].outside;
-  const Bits compared = compareEqualKeys(k, *cursors_[k].current, row, move);
-  Rows<kRoom> rows(rows_);
-  rows.load();
-  Cost& cost = front_.cost;
-  cost.comparisons += std::popcount(compared);
-  cost.unchanged += std::popcount(compared & rows.unchanged());
-  cost.positions += move.row - first;
-  if (arrivals_[k].isLast && move.row == row) cost.positions--;
-
-  const int64_t suffixBits = states[row];
-  std::copy_backward(states + move.row, states + row, states + row + 1);
-  states[move.row] = suffixBits;
-  putEntry(move.row, move.entry);
-  if (move.changes) putEntry(move.row + 1, move.nextEntry);
-  putEntry(first, outside);
-}
-
-template <int kRoom>
-void RowMerge<kRoom>::settleAll() {
-  for (int row = 0; row < rows_.count; row++) {
-    if ((rows_.states[row] & kTied) != 0) settle(row);
-  }
 }
 
 // Finds the row of stream k's long suffix, whose key others have. A walk, but
@@ -387,72 +308,10 @@ HWY_INLINE RowMove RowMerge<kRoom>::findAmongEqualKeys(const Rows<kRoom>& rows,
   const Bits equal = rows.equal(key) & all;
   move.entry = move.row > 1 ? entryOfKeys(rows_.keys[move.row - 1], key) : own;
   compared |=
-      compareEqualKeys(k, suffix, move.row + std::popcount(equal), move);
+      walk_.compareEqualKeys(k, suffix, move.row + std::popcount(equal), move);
   cost.comparisons += std::popcount(compared);
   cost.unchanged += std::popcount(compared & unchanged);
   cost.positions += std::min(move.row, rows_.count - 1);
-  return move;
-}
-
-// Walks the rows that have the key of stream k's suffix, from where a move
-// goes up to `end`, and moves it on. Returns those that were compared.
-template <int kRoom>
-typename RowMerge<kRoom>::Bits RowMerge<kRoom>::compareEqualKeys(
-    int k, const Suffix& suffix, int end, RowMove& move) {
-  Cost& cost = front_.cost;
-  Bits compared = 0;
-  int shared = lcpBits(move.entry);
-  for (int& row = move.row; row < end; row++) {
-    const LcpEntry stored = entryOf(rows_.states[row]);
-    if (shared > lcpBits(stored)) break;
-    if (shared < lcpBits(stored)) continue;
-    compared |= Bits{1} << row;
-    const int i = streamOf(rows_.states[row]);
-    const Comparison found =
-        front_.compare(i, *cursors_[i].current, k, suffix, shared);
-    cost.add(found);
-    cost.found64 += found.common >= 64 ? 1 : 0;
-    cost.found64More += found.common >= shared + 64 ? 1 : 0;
-    const LcpEntry entry = entryOf(found);
-    if (found.after()) {
-      move.entry = stored;
-      move.changes = true;
-      move.nextEntry = entry;
-      break;
-    }
-    move.entry = entry;
-    shared = found.common;
-  }
-  return compared;
-}
-
-// Finds the head's row by a walk of all others. `own` is its new suffix's entry
-// with the suffix emitted last.
-template <int kRoom>
-RowMove RowMerge<kRoom>::findByWalk(int k, const Suffix& suffix, LcpEntry own) {
-  RowMove move;
-  move.entry = own;
-  int shared = lcpBits(own);
-  for (; move.row < rows_.count; move.row++) {
-    front_.cost.positions++;
-    const LcpEntry stored = entryOf(rows_.states[move.row]);
-    if (shared > lcpBits(stored)) break;
-    if (shared < lcpBits(stored)) continue;
-    const int i = streamOf(rows_.states[move.row]);
-    const Comparison found =
-        front_.compare(i, *cursors_[i].current, k, suffix, shared);
-    front_.cost.add(found);
-    front_.cost.addListed(shared, found.common, cursors_[i].own == stored);
-    const LcpEntry between = entryOf(found);
-    if (found.after()) {
-      move.changes = true;
-      move.nextEntry = between;
-      move.entry = stored;
-      return move;
-    }
-    move.entry = between;
-    shared = found.common;
-  }
   return move;
 }
 
@@ -465,8 +324,9 @@ HWY_INLINE int RowMerge<kRoom>::moveTo(Rows<kRoom>& rows, const RowMove& move,
   const int64_t behind = rows_.states[row] & kSuffixBits;
   const int next = streamOf(row > 1 ? rows_.states[1] : suffixBits);
   rows.load();
-  rows.move(rowsBelow<kRoom>(row - 1), key, stateOf(move.entry, suffixBits),
-            move.changes ? Bits{1} << row : 0, stateOf(move.nextEntry, behind));
+  rows.move(
+      rowsBelow<kRoom>(row - 1), key, walk_.stateOf(move.entry, suffixBits),
+      move.changes ? Bits{1} << row : 0, walk_.stateOf(move.nextEntry, behind));
   return next;
 }
 
@@ -499,7 +359,7 @@ void RowMerge<kRoom>::moveHead(int k) {
   } else {
     const RowMove move = clear && front_.ascends
                              ? findAmongEqualKeys(rows, k, suffix, own)
-                             : findByWalk(k, suffix, own);
+                             : walk_.find(k, suffix, own);
     // Where prefix words contradict the strings, the list goes on.
     if (key < rows_.keys[move.row - 1] || key > rows_.keys[move.row]) {
       front_.ascends = false;
@@ -512,7 +372,7 @@ void RowMerge<kRoom>::moveHead(int k) {
 
 template <int kRoom>
 void RowMerge<kRoom>::advanceHead() {
-  settleAll();
+  tiedRows_.settleAll();
   const int k = head();
   const LcpEntry entry = headEntry();
   SuffixStream& stream = front_.streams[k];
@@ -580,7 +440,7 @@ void RowMerge<kRoom>::takeUp() {
     cursors_[k].own = link.own;
     lookAhead(k);
     rows_.keys[row] = prefixKey(suffix);
-    rows_.states[row] = stateOf(
+    rows_.states[row] = walk_.stateOf(
         link.entry, makeSuffixBits(k, front_.text().remainingBits(suffix)));
     if (row > 0 && rows_.keys[row - 1] > rows_.keys[row]) {
       front_.ascends = false;
@@ -592,8 +452,8 @@ void RowMerge<kRoom>::takeUp() {
 
 template <int kRoom>
 void RowMerge<kRoom>::handOver() {
-  settleAll();
-  tiedRows_.finish(front_.cost);
+  tiedRows_.settleAll();
+  tiedRows_.finish();
   for (int row = rows_.count - 1; row >= 0; row--) {
     const int k = streamOf(rows_.states[row]);
     list_.putFirst(k, entryOf(rows_.states[row]), cursors_[k].own);

@@ -24,10 +24,10 @@
 #include <bit>
 #include <cstdint>
 
-#include "palvor/order/cost.h"
+#include "palvor/order/front.h"
 #include "palvor/order/row_cursor.h"
 #include "palvor/order/row_tables.h"
-#include "palvor/order/stream_compare.h"
+#include "palvor/order/row_walk-inl.h"
 #include "palvor/order/tied_walks-inl.h"
 #include "palvor/simd/vectors-inl.h"
 
@@ -37,40 +37,49 @@ namespace HWY_NAMESPACE {
 
 #if PALVOR_HAS_VECTORS
 
-// What is known of a suffix that stands in its group as it came.
-struct Arrival {
-  LcpEntry outside;  // stored, when it came, with the first of the group
-  bool isLast;       // no other row was behind the group
-};
-
 template <int kRoom>
 class TiedRows {
  public:
-  // `cursors` and `arrivals` are those of all streams. All of them must outlive
-  // it.
-  TiedRows(StreamCompare& compare, RowTables& rows, const RowCursor* cursors,
-           const Arrival* arrivals)
-      : anchorsAhead_(compare.anchors),
-        text_(compare.text()),
+  // `cursors` are those of all streams. All of them must outlive it.
+  TiedRows(Front& front, RowTables& rows, const RowCursor* cursors,
+           RowWalk<kRoom>& walk)
+      : cost_(front.cost),
+        anchorsAhead_(front.compare.anchors),
+        text_(front.text()),
         rows_(rows),
         cursors_(cursors),
-        arrivals_(arrivals) {}
+        walk_(walk) {}
 
-  // Puts the rows from `first` to `first` + `count` - 1, all that have one key,
-  // 2 or more, which stand there as they came, into order, as far as anchors
-  // tell that. Counts what a walk would have done each time that one came, but
-  // for what keys tell. Returns how many rows are in order now, from the first
-  // one on: 1 or more.
-  int settle(int first, int count, Cost& cost);
+  // Stream k's suffix comes to the others of its key, that wait for their
+  // order.
+  //   outside  the entry that is stored with the first of them
+  //   isLast   whether no other row is behind them
+  HWY_INLINE void come(int k, LcpEntry outside, bool isLast) {
+    arrivals_[k] = {outside, isLast};
+  }
+
+  // Sees to it that the first of some rows, which wait with stream k's suffix,
+  // says of its entry whether it is the own one of that which will be the
+  // first. If it can't be told which that is, the rows are settled, and it is
+  // false.
+  bool knowsFirst(int k, int first, int count);
+
+  // Puts those of one key that wait for it into order, from the row `first` on.
+  // Counts what a walk would have done each time that one came, but for what
+  // keys tell.
+  void settle(int first);
+  // All that wait.
+  void settleAll();
   // What is left to count.
-  void finish(Cost& cost) { walks_.flush(cost); }
-
-  // Which stream's suffix is the first in order of those that stand in `count`
-  // rows as they came, and one of stream k that comes now. -1 if anchors don't
-  // tell.
-  int firstOf(int first, int count, int k);
+  void finish() { walks_.flush(cost_); }
 
  private:
+  // What is known of a suffix that stands among others as it came.
+  struct Arrival {
+    LcpEntry outside;
+    bool isLast;
+  };
+
   static constexpr int kLeastShared = AnchorsAhead::kLeastShared;
 
   using Tag = hn::CappedTag<uint64_t, 8>;
@@ -83,14 +92,19 @@ class TiedRows {
   };
 
   int lookUp(int first, int count);
+  int settleByAnchors(int first, int count);
+  void settleByComparing(int first, int row);
+  int firstOf(int first, int count, int k);
   HWY_INLINE Others othersOf(int r, int count) const;
   HWY_INLINE LcpEntry entryOfNeighbours(int i) const;
 
+  Cost& cost_;
   AnchorsAhead& anchorsAhead_;
   const Collection& text_;
   RowTables& rows_;
   const RowCursor* cursors_;
-  const Arrival* arrivals_;
+  RowWalk<kRoom>& walk_;
+  Arrival arrivals_[kMostRows] = {};
 
   // Of those that were looked up, as they came.
   uint32_t anchor_ = Axis::kNowhere;
@@ -147,12 +161,14 @@ HWY_INLINE LcpEntry TiedRows<kRoom>::entryOfNeighbours(int i) const {
   return fittingEntry(common, common < shorter);
 }
 
+// Puts `count` rows, 2 or more, into order as far as anchors tell that. Returns
+// how many rows are in order now, from the first one on: 1 or more.
 template <int kRoom>
-int TiedRows<kRoom>::settle(int first, int count, Cost& cost) {
+int TiedRows<kRoom>::settleByAnchors(int first, int count) {
   const int settled = lookUp(first, count);
   if (settled < 2) return 1;
   int64_t* const states = rows_.states + first;
-  walks_.begin(settled, cost);
+  walks_.begin(settled, cost_);
   for (int r = 0; r < settled; r++) {
     // Behind those that are equal, as they came earlier.
     const Others others = othersOf(r, settled);
@@ -186,6 +202,9 @@ int TiedRows<kRoom>::settle(int first, int count, Cost& cost) {
   return settled;
 }
 
+// Which stream's suffix is the first in order of those that stand in `count`
+// rows as they came, and one of stream k that comes now. -1 if anchors don't
+// tell.
 template <int kRoom>
 int TiedRows<kRoom>::firstOf(int first, int count, int k) {
   const Anchor anchor = anchorsAhead_.of(k, *cursors_[k].current);
@@ -197,6 +216,70 @@ int TiedRows<kRoom>::firstOf(int first, int count, int k) {
   const bool isAlone = std::popcount(othersOf(r, count + 1).alike) == 1;
   if (!isAlone && !anchorsAhead_.stretches().equalIfAlike(*least)) return -1;
   return r == count ? k : streamOf(rows_.states[first + r]);
+}
+
+template <int kRoom>
+HWY_NOINLINE bool TiedRows<kRoom>::knowsFirst(int k, int first, int count) {
+  int64_t& state = rows_.states[first];
+  const LcpEntry entry = entryOf(state);
+  if ((cursors_[k].own == entry) == ((state & kUnchanged) != 0)) return true;
+  const int i = firstOf(first, count, k);
+  if (i < 0) {
+    settle(first);
+    return false;
+  }
+  state &= ~kUnchanged;
+  if (cursors_[i].own == entry) state |= kUnchanged;
+  return true;
+}
+
+template <int kRoom>
+HWY_NOINLINE void TiedRows<kRoom>::settle(int first) {
+  int end = first + 1;
+  while (end < rows_.count && rows_.keys[end] == rows_.keys[first]) end++;
+  rows_.states[first] &= ~kTied;
+  int row = first + settleByAnchors(first, end - first);
+  for (; row < end; row++) settleByComparing(first, row);
+}
+
+// Puts the suffix of a row, which came when those from `first` on, which have
+// its key and are in order, were there, among these.
+template <int kRoom>
+void TiedRows<kRoom>::settleByComparing(int first, int row) {
+  int64_t* const states = rows_.states;
+  const int k = streamOf(states[row]);
+  const auto putEntry = [&](int i, LcpEntry entry) {
+    states[i] = walk_.stateOf(entry, states[i] & (kSuffixBits & ~kTied));
+  };
+  // It may be another one now.
+  const LcpEntry outside = entryOf(states[first]);
+  putEntry(first, arrivals_[k].outside);
+  RowMove move;
+  move.row = first;
+  move.entry = arrivals_[k].outside;
+  const RowBits<kRoom> compared =
+      walk_.compareEqualKeys(k, *cursors_[k].current, row, move);
+  cost_.comparisons += std::popcount(compared);
+  for (RowBits<kRoom> rest = compared; rest != 0; rest &= rest - 1) {
+    cost_.unchanged +=
+        (states[std::countr_zero(rest)] & kUnchanged) != 0 ? 1 : 0;
+  }
+  cost_.positions += move.row - first;
+  if (arrivals_[k].isLast && move.row == row) cost_.positions--;
+
+  const int64_t suffixBits = states[row];
+  std::copy_backward(states + move.row, states + row, states + row + 1);
+  states[move.row] = suffixBits;
+  putEntry(move.row, move.entry);
+  if (move.changes) putEntry(move.row + 1, move.nextEntry);
+  putEntry(first, outside);
+}
+
+template <int kRoom>
+void TiedRows<kRoom>::settleAll() {
+  for (int row = 0; row < rows_.count; row++) {
+    if ((rows_.states[row] & kTied) != 0) settle(row);
+  }
 }
 
 #endif  // PALVOR_HAS_VECTORS
