@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/engine.h"
+#include "support/strains.h"
 
 namespace {
 
@@ -124,6 +125,34 @@ TEST(Processors, CompareLongMatchesAlike) {
        {arrayOptions(folder), arrayOptions(folder, true),
         treeOptions(folder, 500)}) {
     EXPECT_TRUE(expectAlike(folder, options).starts_with("comparisons"));
+  }
+}
+
+// Strains that inherit differences, repeats among them: suffixes of one key
+// come together, from several streams, more than once from some, and part
+// behind one difference or another.
+TEST(Processors, OrderStrainsAlike) {
+  for (unsigned seed = 1; seed <= 12; seed++) {
+    SCOPED_TRACE(seed);
+    palvor::Genomes genomes(seed);
+    Collection collection;
+    std::string first = genomes.unrelated(900);
+    first += first.substr(200, 300) + genomes.unrelated(50);
+    collection.texts.push_back(first + first.substr(100, 250));
+    while (collection.texts.size() < 2 + 3 * seed) {
+      const std::string& parent =
+          collection.texts[genomes.below(collection.texts.size())];
+      std::string child = genomes.descendant(parent, 2 + seed);
+      if (genomes.below(4) == 0) child += child.substr(genomes.below(500), 400);
+      collection.texts.push_back(std::move(child));
+    }
+    const DataFolder folder(collection);
+    Options small = arrayOptions(folder);
+    small.streamBuffer = 16 * 40;
+    for (const Options& options :
+         {arrayOptions(folder), small, treeOptions(folder, 700)}) {
+      EXPECT_TRUE(expectAlike(folder, options).starts_with("comparisons"));
+    }
   }
 }
 

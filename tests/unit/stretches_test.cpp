@@ -8,51 +8,13 @@
 #include <string>
 #include <vector>
 
-#include "palvor/text/likeness.h"
 #include "palvor/text/second_key.h"
 #include "palvor/text/stretch_builder.h"
 #include "palvor/text/stretch_comparison.h"
+#include "support/strains.h"
 
 namespace palvor {
 namespace {
-
-constexpr char kCharacters[] = "ACGT";
-
-// Strings as text and packed.
-class Collection {
- public:
-  explicit Collection(std::vector<std::string> texts)
-      : texts_(std::move(texts)) {
-    for (const std::string& text : texts_) {
-      // Not a word more than there must be, so that a sanitizer sees any read
-      // behind the trailer.
-      std::vector<uint32_t> words((text.size() + 15) / 16 + 1);
-      for (size_t i = 0; i < text.size(); i++) {
-        words[i / 16] |= codeOf(text[i]) << (30 - 2 * (i % 16));
-      }
-      words_.push_back(std::move(words));
-      strings_.push_back(
-          {words_.back().data(), static_cast<uint32_t>(2 * text.size())});
-    }
-  }
-  Collection(const Collection&) = delete;
-
-  const std::vector<std::string>& texts() const { return texts_; }
-  const std::vector<PackedString>& strings() const { return strings_; }
-
-  Stretches stretches() const {
-    return buildStretches(strings_, std::vector<bool>(strings_.size(), true));
-  }
-
-  static uint32_t codeOf(char character) {
-    return static_cast<uint32_t>(std::string(kCharacters).find(character));
-  }
-
- private:
-  std::vector<std::string> texts_;
-  std::vector<std::vector<uint32_t>> words_;
-  std::vector<PackedString> strings_;
-};
 
 struct Expected {
   uint32_t bits;
@@ -68,15 +30,15 @@ Expected comparePlainly(const std::string& a, size_t i, const std::string& b,
     return {2 * common,
             static_cast<int>(i < a.size()) - static_cast<int>(j < b.size())};
   }
-  const uint32_t x = Collection::codeOf(a[i]);
-  const uint32_t y = Collection::codeOf(b[j]);
+  const uint32_t x = PackedTexts::codeOf(a[i]);
+  const uint32_t y = PackedTexts::codeOf(b[j]);
   return {2 * common + (x / 2 == y / 2 ? 1 : 0), x < y ? -1 : 1};
 }
 
 int sign(int number) { return (number > 0) - (number < 0); }
 
 // Where a position on the axis lies.
-SuffixPlace placeOf(const Collection& collection, const Stretches& stretches,
+SuffixPlace placeOf(const PackedTexts& collection, const Stretches& stretches,
                     uint32_t axisPosition) {
   for (uint32_t s = 0; s < collection.texts().size(); s++) {
     const uint32_t base = stretches.axisPosition(s, 0);
@@ -90,7 +52,7 @@ SuffixPlace placeOf(const Collection& collection, const Stretches& stretches,
 }
 
 // Every stretch says the truth, and every position has one.
-void expectTrue(const Collection& collection, const Stretches& stretches) {
+void expectTrue(const PackedTexts& collection, const Stretches& stretches) {
   size_t seen = 0;
   for (uint32_t s = 0; s < collection.texts().size(); s++) {
     const std::string& text = collection.texts()[s];
@@ -134,7 +96,7 @@ struct Settled {
 };
 
 // All that is said of two suffixes is true.
-void expectTrue(const Collection& collection, const Stretches& stretches,
+void expectTrue(const PackedTexts& collection, const Stretches& stretches,
                 SuffixPlace a, SuffixPlace b, Settled& settled) {
   const std::string& textA = collection.texts()[a.input];
   const std::string& textB = collection.texts()[b.input];
@@ -180,7 +142,7 @@ void expectTrue(const Collection& collection, const Stretches& stretches,
   }
 }
 
-std::vector<SuffixPlace> placesOf(const Collection& collection) {
+std::vector<SuffixPlace> placesOf(const PackedTexts& collection) {
   std::vector<SuffixPlace> places;
   for (uint32_t s = 0; s < collection.texts().size(); s++) {
     for (uint32_t i = 0; i < collection.texts()[s].size(); i++) {
@@ -192,7 +154,7 @@ std::vector<SuffixPlace> placesOf(const Collection& collection) {
 
 // Stretches, and all pairs of suffixes, or some of those that stand near each
 // other in order.
-Settled expectTrue(const Collection& collection, size_t most = 20'000) {
+Settled expectTrue(const PackedTexts& collection, size_t most = 20'000) {
   Settled settled;
   const Stretches stretches = collection.stretches();
   expectTrue(collection, stretches);
@@ -221,54 +183,9 @@ Settled expectTrue(const Collection& collection, size_t most = 20'000) {
   return settled;
 }
 
-class Genomes {
- public:
-  explicit Genomes(unsigned seed) : random_(seed) {}
-
-  size_t below(size_t bound) { return random_() % bound; }
-
-  std::string unrelated(size_t length, size_t alphabet = 4) {
-    std::string text;
-    while (text.size() < length) text += kCharacters[below(alphabet)];
-    return text;
-  }
-
-  // A copy with some edits: substitutions, insertions, deletions, copies of
-  // pieces to elsewhere, inverted pieces.
-  std::string descendant(std::string text, size_t edits) {
-    for (size_t e = 0; e < edits && !text.empty(); e++) {
-      const size_t at = below(text.size());
-      const size_t length = 1 + below(below(4) == 0 ? 90 : 3);
-      switch (below(8)) {
-        case 0:
-          text.insert(at, unrelated(length));
-          break;
-        case 1:
-          text.erase(at, length);
-          break;
-        case 2:
-          text.insert(at, text.substr(below(text.size()), 40 + 9 * length));
-          break;
-        case 3: {
-          std::string piece = text.substr(at, 50 + length);
-          std::ranges::reverse(piece);
-          text.replace(at, piece.size(), piece);
-          break;
-        }
-        default:
-          text[at] = kCharacters[below(4)];
-      }
-    }
-    return text;
-  }
-
- private:
-  std::mt19937 random_;
-};
-
 TEST(Stretches, NoStringTakesPart) {
   EXPECT_TRUE(buildStretches({}).empty());
-  const Collection collection({"", "GATTACA"});
+  const PackedTexts collection({"", "GATTACA"});
   const Stretches none = buildStretches(collection.strings(), {false, false});
   EXPECT_TRUE(none.empty());
   EXPECT_EQ(none.size(), 0);
@@ -286,7 +203,7 @@ TEST(Stretches, NoStringTakesPart) {
 TEST(Stretches, StringsThatTakeNoPartHaveNoAnchors) {
   Genomes genomes(1);
   const std::string text = genomes.unrelated(200);
-  const Collection collection({text, genomes.unrelated(300), text});
+  const PackedTexts collection({text, genomes.unrelated(300), text});
   const Stretches stretches =
       buildStretches(collection.strings(), {true, false, true});
   EXPECT_TRUE(stretches.holds(0));
@@ -307,7 +224,7 @@ TEST(Stretches, AnchorsInStepsAreThoseHadAtOnce) {
   for (size_t i = 0; i < 3; i++) {
     texts.push_back(genomes.descendant(texts.back(), 80));
   }
-  const Collection collection(texts);
+  const PackedTexts collection(texts);
   const Stretches stretches = collection.stretches();
   for (const SuffixPlace place : placesOf(collection)) {
     const uint32_t at = stretches.axisPosition(place.input, place.position);
@@ -332,7 +249,7 @@ TEST(Stretches, VeryShortStrings) {
     texts.push_back(std::string(n, 'A'));
     texts.push_back(std::string(n, 'T'));
   }
-  expectTrue(Collection(texts), 100'000);
+  expectTrue(PackedTexts(texts), 100'000);
 }
 
 // All edits of one or two characters of a string, at places where stretches
@@ -353,7 +270,7 @@ TEST(Stretches, EverySmallEdit) {
       edited[(at + 10 * i) % 100] = 'A';
       texts.push_back(edited);
     }
-    expectTrue(Collection(texts), 20'000);
+    expectTrue(PackedTexts(texts), 20'000);
     if (HasFatalFailure()) return;
   }
 }
@@ -371,7 +288,7 @@ TEST(Stretches, OrderOfAllSymbolsBehindTheSameText) {
     // Another string that ends with the longest one's text, and goes on.
     texts.push_back(text.substr(20) + anchors + "ACGTACGT" + "A");
     texts.push_back(text.substr(20) + anchors + "ACGTACGT" + "T");
-    expectTrue(Collection(texts), 60'000);
+    expectTrue(PackedTexts(texts), 60'000);
     if (HasFatalFailure()) return;
   }
 }
@@ -385,8 +302,8 @@ TEST(Stretches, RunsAndTandemRepeats) {
     while (tandem.size() < 700) tandem += unit;
     std::string broken = tandem;
     broken[350] = broken[350] == 'A' ? 'C' : 'A';
-    expectTrue(Collection({tandem, broken, tandem.substr(0, 333),
-                           tandem.substr(17, 200) + genomes.unrelated(50)}));
+    expectTrue(PackedTexts({tandem, broken, tandem.substr(0, 333),
+                            tandem.substr(17, 200) + genomes.unrelated(50)}));
     if (HasFatalFailure()) return;
   }
 }
@@ -407,7 +324,7 @@ TEST(Stretches, RandomCollections) {
                           : genomes.descendant(parent, genomes.below(12)));
       if (genomes.below(12) == 0) texts.push_back(texts.back());
     }
-    const Settled settled = expectTrue(Collection(texts), 8'000);
+    const Settled settled = expectTrue(PackedTexts(texts), 8'000);
     if (HasFatalFailure()) return;
     sum.pairs += settled.pairs;
     sum.byKeys += settled.byKeys;
@@ -433,7 +350,7 @@ TEST(Stretches, HundredsOfStrainsShareADifference) {
       texts.back()[150 + genomes.below(110)] = kCharacters[genomes.below(4)];
     }
   }
-  const Collection collection(texts);
+  const PackedTexts collection(texts);
   const Stretches stretches = collection.stretches();
   Settled settled;
   for (uint32_t i = 0; i < 8'000; i++) {
@@ -455,7 +372,7 @@ TEST(Stretches, DifferencesThatAreNotRanked) {
   changed[40] = unit[40] == 'A' ? 'C' : 'A';
   std::string text;
   for (size_t i = 0; i < 2'000; i++) text += unit + unit + unit + changed;
-  const Collection collection({text});
+  const PackedTexts collection({text});
   const Stretches stretches = collection.stretches();
   expectTrue(collection, stretches);
   Settled settled;
@@ -479,7 +396,7 @@ TEST(Stretches, AStringOfManyDifferencesIsLeftAlone) {
   for (size_t i = 0; i < edited.size(); i += 4 + genomes.below(8)) {
     edited[i] = edited[i] == 'G' ? 'T' : 'G';
   }
-  const Collection collection({text, edited});
+  const PackedTexts collection({text, edited});
   const Stretches stretches = collection.stretches();
   EXPECT_LT(stretches.size(), 80'000 / 32 + 600);
   expectTrue(collection, stretches);
@@ -493,39 +410,11 @@ TEST(Stretches, LongStrains) {
     texts.push_back(genomes.descendant(ancestor, 16));
     texts.push_back(genomes.descendant(texts.back(), 5));
   }
-  const Collection collection(texts);
+  const PackedTexts collection(texts);
   const Settled settled = expectTrue(collection, 0);
   EXPECT_GT(settled.byFollowing, settled.pairs * 8 / 10);
   const Stretches stretches = collection.stretches();
   EXPECT_LT(stretches.memory(), 64'000 * 3 / 10);
-}
-
-TEST(Likeness, FindsWhatIsAlike) {
-  Genomes genomes(7);
-  const std::string text = genomes.unrelated(100'000);
-  std::string turned = text.substr(33'000) + text.substr(0, 33'000);
-  const Collection collection({genomes.unrelated(100'000), text,
-                               genomes.unrelated(90'000),
-                               genomes.descendant(turned, 300), "", "A"});
-  EXPECT_EQ(stringsWithLikes(collection.strings()),
-            (std::vector<bool>{false, true, false, true, false, false}));
-  EXPECT_EQ(buildStretches(collection.strings()).holds(0), false);
-  EXPECT_EQ(buildStretches(collection.strings()).holds(3), true);
-}
-
-TEST(Likeness, JudgesShortStringsTogether) {
-  Genomes genomes(8);
-  const std::string text = genomes.unrelated(20'000);
-  std::vector<std::string> reads;
-  std::vector<std::string> others;
-  for (size_t i = 0; i < 2000; i++) {
-    reads.push_back(text.substr(genomes.below(19'800), 200));
-    others.push_back(genomes.unrelated(200));
-  }
-  EXPECT_EQ(stringsWithLikes(Collection(reads).strings()),
-            std::vector<bool>(2000, true));
-  EXPECT_EQ(stringsWithLikes(Collection(others).strings()),
-            std::vector<bool>(2000, false));
 }
 
 }  // namespace
