@@ -25,6 +25,7 @@ fi
 dir=$(mktemp -d "${TMPDIR:-/tmp}/palvor-packages.XXXXXX")
 system=$dir/system
 trap 'umount "$system/proc" 2>/dev/null || true; rm -rf "$dir"' EXIT
+trap 'exit 130' INT TERM HUP
 
 release=$(. /etc/os-release && echo "$VERSION_CODENAME")
 echo "== Unpacking a bare system ($release)"
