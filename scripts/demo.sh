@@ -36,7 +36,7 @@ get_genomes() {
 }
 
 install_dependencies
-build_preset release
+build_preset release palvor palvor-kit
 mkdir -p "$data"
 if get_genomes; then
   prefix=ecoli

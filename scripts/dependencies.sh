@@ -79,7 +79,7 @@ unpack_package() {
 # install_dependencies [PROGRAM=PACKAGE...]
 # Installs what is missing to build palvor, and the given programs' packages.
 install_dependencies() {
-  local missing
+  local missing log
   missing=$(missing_packages "$@" | tr '\n' ' ')
   if [ -z "$missing" ]; then return 0; fi
   if ! command -v apt-get >/dev/null; then
@@ -89,14 +89,18 @@ install_dependencies() {
     return 1
   fi
   echo "== Installing what is missing: $missing"
+  log=$(mktemp)
   if ! update_package_lists ||
     ! as_root env DEBIAN_FRONTEND=noninteractive \
-      apt-get install -y -qq --no-install-recommends $missing >/dev/null; then
+      apt-get install -y -qq --no-install-recommends $missing >"$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
     echo "Could not install: $missing" >&2
     echo "Either there is no network, or neither root nor sudo is to be had." \
       "As root: apt-get install $missing" >&2
     return 1
   fi
+  rm -f "$log"
   missing=$(missing_packages "$@" | tr '\n' ' ')
   if [ -n "$missing" ]; then
     echo "Still missing after the installation: $missing" >&2
@@ -108,11 +112,14 @@ install_dependencies() {
 # Configures and builds a preset of CMakePresets.json, all of it if no targets
 # are given. Call it at the root of the project. Quiet unless something fails.
 build_preset() {
-  local preset=$1 log generator=() targets=()
+  local preset=$1 log how="preset $1" generator=() targets=()
   shift
   if [ $# -gt 0 ]; then targets=(--target "$@"); fi
-  if [ ! -e "build/$preset/CMakeCache.txt" ]; then generator=(-G Ninja); fi
-  echo "== Building palvor and palvor-kit (preset $preset)"
+  if [ ! -e "build/$preset/CMakeCache.txt" ]; then
+    generator=(-G Ninja)
+    how+="; the first time takes some minutes"
+  fi
+  echo "== Building palvor and palvor-kit ($how)"
   log=$(mktemp)
   if ! { cmake --preset "$preset" "${generator[@]}" &&
     cmake --build --preset "$preset" -j "$(nproc)" "${targets[@]}"; } >"$log" 2>&1; then

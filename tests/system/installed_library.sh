@@ -1,13 +1,14 @@
 #!/bin/bash
 # The library as somebody else finds it: installs it, builds the example against
 # it, and merges with that.
-# usage: installed_library.sh BUILD_FOLDER SOURCE_FOLDER
+# usage: installed_library.sh BUILD_FOLDER SOURCE_FOLDER GENERATOR
+# GENERATOR is CMake's, that of the build: others need not be there.
 set -euo pipefail
-build=$1 source=$2
+build=$1 source=$2 generator=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cmake --install "$build" --prefix "$work/installed" >/dev/null
-cmake -S "$source/examples" -B "$work/example" \
+cmake -G "$generator" -S "$source/examples" -B "$work/example" \
   -DCMAKE_PREFIX_PATH="$work/installed" >/dev/null
 cmake --build "$work/example" >/dev/null
 for prefix in a b; do
