@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "kit/answers/marker_finder.h"
+#include "kit/answers/marker_table.h"
 #include "kit/answers/markers.h"
 #include "kit/commands.h"
 
