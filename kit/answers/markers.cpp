@@ -5,9 +5,14 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <functional>
+#include <memory>
+#include <numeric>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
+#include "kit/answers/array_pieces.h"
 #include "kit/answers/genomes.h"
 #include "kit/answers/marker_finder.h"
 #include "kit/answers/marker_printer.h"
@@ -17,6 +22,7 @@
 #include "kit/answers/merged_array.h"
 #include "kit/answers/merged_inputs.h"
 #include "kit/answers/pangenome_statistics.h"
+#include "kit/range_work.h"
 #include "kit/standard_output.h"
 
 namespace kit {
@@ -98,21 +104,40 @@ Question groupQuestion(const MarkersOptions& options, const Genomes& genomes) {
   return question;
 }
 
-void look(const MergedArray& array, const Genomes& genomes,
+// Where what crosses the cut breaks the rule on either side.
+ArrayCuts cutsFor(const MergedArray& array, int jobs, const Genomes& genomes,
+                  const Question& question) {
+  ArrayCuts cuts = cutsBelow(array, jobs, UINT32_MAX);
+  std::vector<bool> counted(genomes.count(), true);
+  uint32_t enough = 2;  // one genome only shall have it
+  if (!question.sides.empty()) {
+    for (uint32_t g = 0; g < genomes.count(); g++) {
+      counted[g] = question.sides[g] == Side::kOut;
+    }
+    enough = question.allowed + 1;
+  }
+  return cutsAmong(array, std::move(cuts), genomes, counted, enough);
+}
+
+void look(const MergedArray& array, int jobs, const Genomes& genomes,
           const Question& question, MarkerTable& table) {
-  const auto passTo = [&](auto&& finder) {
-    array.pass("looking for markers", [&](std::span<const Suffix> suffixes,
-                                          std::span<const LcpEntry> entries) {
+  const ArrayCuts cuts = cutsFor(array, jobs, genomes, question);
+  const auto passTo = [](const PassPiece& pass, auto&& finder) {
+    pass([&](std::span<const Suffix> suffixes,
+             std::span<const LcpEntry> entries) {
       finder.take(suffixes, entries);
     });
     finder.finish();
   };
-  if (question.allowed == 0) {
-    passTo(MarkerRuns(genomes, question.kinds, table));
-  } else {
-    passTo(MarkerFinder(genomes, GroupRule(question.sides, question.allowed),
-                        table));
-  }
+  passPieces(array, "looking for markers", cuts, jobs,
+             [&](size_t, const PassPiece& pass) {
+               if (question.allowed == 0) {
+                 passTo(pass, MarkerRuns(genomes, question.kinds, table));
+               } else {
+                 const GroupRule rule(question.sides, question.allowed);
+                 passTo(pass, MarkerFinder(genomes, rule, table));
+               }
+             });
   table.finish();
 }
 
@@ -137,6 +162,42 @@ MarkerFormat formatOf(const MarkersOptions& options) {
   return options.json ? MarkerFormat::kJson : MarkerFormat::kTable;
 }
 
+void print(const MarkersOptions& options, const MergedInputs& inputs,
+           const Genomes& genomes, const MarkerTable& table) {
+  const MarkerFormat format = formatOf(options);
+  const std::vector<MarkerStretch> stretches = stretchesOf(inputs, table);
+  const auto eachStretch = [&](const std::function<RangeWork::Worker()>& make) {
+    RangeWork("printing", stretches.size(), 0).run(options.jobs, make);
+  };
+  // Markers before each stretch. One thread counts as it prints.
+  std::vector<uint64_t> before(stretches.size() + 1);
+  if (options.jobs > 1) {
+    eachStretch([&] {
+      return [&](size_t stretch) {
+        uint64_t& count = before[stretch + 1];
+        table.eachMarker(stretches[stretch], [&](const Marker&) { count++; });
+      };
+    });
+    std::partial_sum(before.begin(), before.end(), before.begin());
+  }
+  writeOutput(MarkerPrinter::header(format));
+  OrderedOutput output;
+  eachStretch([&] {
+    const auto printer =
+        std::make_shared<MarkerPrinter>(inputs, genomes, format, options.flank);
+    return [&, printer](size_t stretch) {
+      uint64_t number = before[stretch];
+      table.eachMarker(stretches[stretch], [&](const Marker& marker) {
+        printer->add(marker, ++number);
+      });
+      output.write(stretch, printer->text());
+      output.end(stretch);
+      if (options.jobs == 1) before[stretch + 1] = number;
+      printer->clear();
+    };
+  });
+}
+
 }  // namespace
 
 void markers(const MarkersOptions& options) {
@@ -152,17 +213,8 @@ void markers(const MarkersOptions& options) {
                                            : groupQuestion(options, genomes);
   MarkerTable table(inputs, question.wanted, options.maxLength,
                     question.needed);
-  look(array, genomes, question, table);
-  const MarkerFormat format = formatOf(options);
-  MarkerPrinter printer(inputs, genomes, format, options.flank);
-  writeOutput(MarkerPrinter::header(format));
-  uint64_t number = 0;
-  for (const MarkerStretch& stretch : stretchesOf(inputs, table)) {
-    table.eachMarker(
-        stretch, [&](const Marker& marker) { printer.add(marker, ++number); });
-    writeOutput(printer.text());
-    printer.clear();
-  }
+  look(array, options.jobs, genomes, question, table);
+  print(options, inputs, genomes, table);
   finishOutput();
 }
 

@@ -64,6 +64,7 @@ void addMarkers(CLI::App& app) {
       ->capture_default_str();
   command->add_flag("--json", options->json, "print a JSON object a line")
       ->excludes(fasta);
+  addJobs(*command, options->jobs);
   command->callback([options] { markers(*options); });
 }
 
