@@ -53,11 +53,11 @@ class MetGenomes {
 // The suffixes around a cut.
 class CutSides {
  public:
-  // Looks at so many on either side, 1 or more.
-  CutSides(const MergedArray& array, const Genomes& genomes, uint64_t cut,
-           uint64_t looked)
-      : cut_(std::min(cut, looked)) {
-    array.passPart(cut - cut_, std::min(array.size(), cut + looked),
+  // Looks at the records from `begin` to `end` - 1, on either side of it.
+  CutSides(const MergedArray& array, const Genomes& genomes, uint64_t begin,
+           uint64_t cut, uint64_t end)
+      : cut_(cut - begin) {
+    array.passPart(begin, end,
                    [&](std::span<const Suffix> suffixes,
                        std::span<const LcpEntry> entries) {
                      for (size_t i = 0; i < suffixes.size(); i++) {
@@ -125,15 +125,21 @@ ArrayCuts cutsAmong(const MergedArray& array, ArrayCuts cuts,
                     const Genomes& genomes, const std::vector<bool>& counted,
                     uint32_t enough) {
   const uint64_t looked = std::max<uint64_t>(4096, 64 * genomes.count());
-  const auto isWrong = [&](uint64_t cut) {
-    if (cut == 0 || cut == array.size()) return false;
-    const CutSides sides(array, genomes, cut, looked);
+  ArrayCuts kept = {0};
+  for (size_t i = 1; i + 1 < cuts.size(); i++) {
+    // Within the pieces on either side, since each tells by itself.
+    const uint64_t cut = cuts[i];
+    const CutSides sides(array, genomes,
+                         cut - std::min(cut - kept.back(), looked), cut,
+                         cut + std::min(cuts[i + 1] - cut, looked));
     const MetGenomes none(counted);
-    return !sides.isBeforeAmong(none, enough) ||
-           !sides.isBehindAmong(none, enough);
-  };
-  std::erase_if(cuts, isWrong);
-  return cuts;
+    if (sides.isBeforeAmong(none, enough) &&
+        sides.isBehindAmong(none, enough)) {
+      kept.push_back(cut);
+    }
+  }
+  kept.push_back(array.size());
+  return kept;
 }
 
 uint32_t sharedAcross(const MergedArray& array, const ArrayCuts& cuts) {
