@@ -7,6 +7,7 @@
 #include "kit/commands.h"
 #include "kit/memory_option.h"
 #include "kit/prepare.h"
+#include "kit/strands_option.h"
 
 namespace kit {
 
@@ -40,16 +41,7 @@ void addPrepare(CLI::App& app) {
               .description(""))
       ->type_name("file|record")
       ->default_str("file");
-  command
-      ->add_option("--strands", options->rules.bothStrands,
-                   "the inputs as they stand, or each followed by its reverse "
-                   "complement as an input of its own")
-      ->transform(
-          CLI::CheckedTransformer(
-              std::map<std::string, bool>{{"forward", false}, {"both", true}})
-              .description(""))
-      ->type_name("forward|both")
-      ->default_str("forward");
+  addStrands(*command, options->rules.bothStrands);
   command
       ->add_option("--ambiguous", options->rules.ambiguous,
                    "at characters other than A, C, G and T: split the input "

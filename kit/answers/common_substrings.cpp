@@ -107,6 +107,10 @@ void CommonSubstrings::meet(const uint64_t* set, const uint64_t* counts,
   }
 }
 
+void CommonSubstrings::add(CommonSubstrings& other) {
+  sums_.add(other.finish());
+}
+
 GenomeMatrix<uint64_t> CommonSubstrings::finish() {
   if (begun_) intervals_.finish();
   for (uint32_t a = 0; a < genomes_.count(); a++) {

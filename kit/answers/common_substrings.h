@@ -34,6 +34,11 @@ class CommonSubstrings {
   void take(std::span<const Suffix> suffixes,
             std::span<const LcpEntry> entries);
 
+  // To be called once, when all suffixes were taken, but for finish(): adds
+  // those of another piece of the order, which was cut where all genomes are on
+  // either side (array_pieces.h), and which is not used any more.
+  void add(CommonSubstrings& other);
+
   // To be called once, when all suffixes were taken. Entry (a, b) is the sum of
   // the lengths over all characters of a on all strands that are in.
   GenomeMatrix<uint64_t> finish();

@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
+#include "kit/answers/array_pieces.h"
 #include "kit/answers/common_substrings.h"
 #include "kit/answers/genome_matrix.h"
 #include "kit/answers/genomes.h"
@@ -29,6 +32,17 @@ struct Comparison {
   std::optional<GenomeMatrix<double>> acs;
 };
 
+// Where pieces of the order tell what all of it does.
+ArrayCuts cutsFor(const DistanceOptions& options, const MergedArray& array,
+                  const Genomes& genomes) {
+  const auto shortest = std::min_element(options.k.begin(), options.k.end());
+  const uint32_t most = shortest == options.k.end() ? UINT32_MAX : *shortest;
+  ArrayCuts cuts = cutsBelow(array, options.jobs, most);
+  if (!options.acs) return cuts;
+  return cutsAmong(array, std::move(cuts), genomes,
+                   std::vector<bool>(genomes.count(), true), genomes.count());
+}
+
 Comparison compare(const DistanceOptions& options, const MergedArray& array,
                    const MergedInputs& inputs, const Genomes& genomes) {
   std::vector<SharedKmers> kmers;
@@ -36,11 +50,26 @@ Comparison compare(const DistanceOptions& options, const MergedArray& array,
   for (const uint32_t k : options.k) kmers.emplace_back(inputs, genomes, k);
   std::optional<CommonSubstrings> substrings;
   if (options.acs) substrings.emplace(genomes);
-  array.pass("comparing genomes", [&](std::span<const Suffix> suffixes,
-                                      std::span<const LcpEntry> entries) {
-    for (SharedKmers& counted : kmers) counted.take(suffixes, entries);
-    if (substrings) substrings->take(suffixes, entries);
-  });
+  std::mutex mutex;  // guards these while pieces are added to them
+  const ArrayCuts cuts = cutsFor(options, array, genomes);
+  passPieces(array, "comparing genomes", cuts, options.jobs,
+             [&](size_t, const PassPiece& pass) {
+               std::vector<SharedKmers> own;
+               for (const SharedKmers& all : kmers)
+                 own.push_back(all.emptied());
+               std::optional<CommonSubstrings> ownSubstrings;
+               if (options.acs) ownSubstrings.emplace(genomes);
+               pass([&](std::span<const Suffix> suffixes,
+                        std::span<const LcpEntry> entries) {
+                 for (SharedKmers& counted : own) {
+                   counted.take(suffixes, entries);
+                 }
+                 if (ownSubstrings) ownSubstrings->take(suffixes, entries);
+               });
+               const std::lock_guard lock(mutex);
+               for (size_t i = 0; i < own.size(); i++) kmers[i].add(own[i]);
+               if (substrings) substrings->add(*ownSubstrings);
+             });
   Comparison result;
   for (SharedKmers& counted : kmers) result.shared.push_back(counted.finish());
   if (substrings) {

@@ -20,6 +20,7 @@ struct DistanceOptions {
   DistanceFormat format = DistanceFormat::kTsv;
   DistanceMeasure measure = DistanceMeasure::kMash;  // of matrix and tree
   bool json = false;                                 // instead of a table
+  int jobs = 1;                                      // threads
 };
 
 // Prints, of each pair of genomes, what they share, or a matrix of distances,

@@ -51,6 +51,7 @@ void addDistance(CLI::App& app) {
               .description(""))
       ->type_name("mash|jaccard|acs")
       ->default_str("mash");
+  addJobs(*command, options->jobs);
   command->callback([options] { distance(*options); });
 }
 

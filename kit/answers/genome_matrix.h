@@ -24,6 +24,13 @@ class GenomeMatrix {
     return numbers_[size_t{a} * genomes_ + b];
   }
 
+  // Adds one of as many genomes.
+  void add(const GenomeMatrix& other) {
+    for (size_t i = 0; i < numbers_.size(); i++) {
+      numbers_[i] += other.numbers_[i];
+    }
+  }
+
  private:
   uint32_t genomes_;
   std::vector<Number> numbers_;

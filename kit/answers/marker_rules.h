@@ -41,9 +41,6 @@ class GroupRule {
     }
   }
 
-  // Whether strings of this genome are looked for.
-  bool isWanted(uint32_t genome) const { return sides_[genome] == Side::kIn; }
-
   void open(size_t slot) {
     if (sets_.size() < (slot + 1) * words_) sets_.resize((slot + 1) * words_);
     for (size_t w = 0; w < words_; w++) sets_[slot * words_ + w] = 0;
@@ -83,39 +80,6 @@ class GroupRule {
   size_t words_;  // of a set
   std::vector<uint64_t> in_, out_;
   std::vector<uint64_t> sets_;  // by slot
-};
-
-// One genome has it, whichever.
-class UniqueRule {
- public:
-  bool isWanted(uint32_t) const { return true; }
-
-  void open(size_t slot) {
-    if (only_.size() <= slot) only_.resize(slot + 1);
-    only_[slot] = kNone;
-  }
-  void add(size_t slot, uint32_t genome) { join(slot, genome); }
-  void merge(size_t slot) { join(slot, only_[slot + 1]); }
-  bool isKept(size_t slot) const { return only_[slot] != kSeveral; }
-  MarkerGenomes genomes(size_t) const { return {1, 0}; }
-
-  bool isKeptBy(uint32_t) const { return true; }
-  MarkerGenomes genomesOf(uint32_t) const { return {1, 0}; }
-
- private:
-  static constexpr uint32_t kNone = UINT32_MAX;
-  static constexpr uint32_t kSeveral = UINT32_MAX - 1;
-
-  void join(size_t slot, uint32_t genome) {
-    uint32_t& only = only_[slot];
-    if (only == kNone) {
-      only = genome;
-    } else if (only != genome) {
-      only = kSeveral;
-    }
-  }
-
-  std::vector<uint32_t> only_;  // by slot: the genome that all are of
 };
 
 }  // namespace kit

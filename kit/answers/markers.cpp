@@ -3,22 +3,27 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <filesystem>
+#include <functional>
+#include <memory>
+#include <numeric>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
+#include "kit/answers/array_pieces.h"
 #include "kit/answers/genomes.h"
 #include "kit/answers/marker_finder.h"
+#include "kit/answers/marker_printer.h"
+#include "kit/answers/marker_rules.h"
+#include "kit/answers/marker_runs.h"
+#include "kit/answers/marker_table.h"
 #include "kit/answers/merged_array.h"
 #include "kit/answers/merged_inputs.h"
-#include "kit/answers/merged_strings.h"
-#include "kit/answers/occurrence.h"
 #include "kit/answers/pangenome_statistics.h"
+#include "kit/range_work.h"
 #include "kit/standard_output.h"
-#include "kit/table_fields.h"
-#include "kit/table_printer.h"
 
 namespace kit {
 namespace {
@@ -60,128 +65,138 @@ std::vector<Side> sidesOf(const MarkersOptions& options,
   return sides;
 }
 
-template <typename Rule>
-std::vector<Marker> findMarkers(const MarkersOptions& options,
-                                const MergedArray& array,
-                                const MergedInputs& inputs,
-                                const Genomes& genomes, Rule rule,
-                                uint32_t needed) {
-  MarkerFinder<Rule> finder(inputs, genomes, std::move(rule), options.maxLength,
-                            needed);
-  array.pass("looking for markers", [&](std::span<const Suffix> suffixes,
-                                        std::span<const LcpEntry> entries) {
-    finder.take(suffixes, entries);
-  });
-  return finder.finish();
+// What is asked for, of each genome and input.
+struct Question {
+  std::vector<bool> wanted;     // by input
+  std::vector<uint32_t> kinds;  // by input: what tells two genomes apart
+  std::vector<Side> sides;      // of genomes, if some of --out may have it
+  uint32_t allowed = 0;         // of those
+  uint32_t needed = 1;
+};
+
+Question uniqueQuestion(const Genomes& genomes) {
+  if (genomes.count() < 2) throw std::runtime_error("there is one genome only");
+  const std::vector<uint32_t>& kinds = genomes.ofInputs();
+  return {std::vector<bool>(kinds.size(), true), kinds, {}};
 }
 
-std::vector<Marker> findMarkers(const MarkersOptions& options,
-                                const MergedArray& array,
-                                const MergedInputs& inputs,
-                                const Genomes& genomes) {
-  if (options.unique) {
-    if (genomes.count() < 2) {
-      throw std::runtime_error("there is one genome only");
-    }
-    return findMarkers(options, array, inputs, genomes, UniqueRule(), 1);
-  }
-  const std::vector<Side> sides = sidesOf(options, genomes);
+Question groupQuestion(const MarkersOptions& options, const Genomes& genomes) {
+  Question question;
+  question.sides = sidesOf(options, genomes);
+  const std::vector<Side>& sides = question.sides;
   const auto ins =
       static_cast<uint32_t>(std::count(sides.begin(), sides.end(), Side::kIn));
   const auto outs =
       static_cast<uint32_t>(std::count(sides.begin(), sides.end(), Side::kOut));
   // A product that should be a whole number may be a little less.
-  const auto allowed =
+  question.allowed =
       static_cast<uint32_t>(std::floor(options.maxFraction * outs + 1e-9));
-  if (allowed >= outs) {
+  if (question.allowed >= outs) {
     throw std::runtime_error(
         "all genomes of --out may have the markers, so "
         "that these would tell nothing");
   }
-  return findMarkers(options, array, inputs, genomes, GroupRule(sides, allowed),
-                     quorumOf(options.minFraction, ins));
+  question.needed = quorumOf(options.minFraction, ins);
+  for (const uint32_t genome : genomes.ofInputs()) {
+    question.wanted.push_back(sides[genome] == Side::kIn);
+    question.kinds.push_back(sides[genome] == Side::kOut ? 1 : 0);
+  }
+  return question;
 }
 
-class MarkerPrinter {
- public:
-  MarkerPrinter(const MergedArray& array, const MergedInputs& inputs,
-                const Genomes& genomes)
-      : array_(array), inputs_(inputs), genomes_(genomes), strings_(inputs) {}
+// Where what crosses the cut breaks the rule on either side.
+ArrayCuts cutsFor(const MergedArray& array, int jobs, const Genomes& genomes,
+                  const Question& question) {
+  ArrayCuts cuts = cutsBelow(array, jobs, UINT32_MAX);
+  std::vector<bool> counted(genomes.count(), true);
+  uint32_t enough = 2;  // one genome only shall have it
+  if (!question.sides.empty()) {
+    for (uint32_t g = 0; g < genomes.count(); g++) {
+      counted[g] = question.sides[g] == Side::kOut;
+    }
+    enough = question.allowed + 1;
+  }
+  return cutsAmong(array, std::move(cuts), genomes, counted, enough);
+}
 
-  void table(const std::vector<Marker>& markers, bool json) {
-    TablePrinter printer({"marker", "sequence", "length", "in", "out", "chrom",
-                          "start", "end", "strand", "genome"},
-                         json);
-    uint64_t number = 0;
-    for (const Marker& marker : markers) {
-      number++;
-      const std::string sequence =
-          text(marker.first.input, marker.first.start, marker.length);
-      for (const Occurrence& place : placesOf(marker)) {
-        const uint64_t start = startInSequence(inputs_, place);
-        printer.row({number, sequence, uint64_t{marker.length},
-                     uint64_t{marker.genomes.in}, uint64_t{marker.genomes.out},
-                     inputs_.origin(place.input).sequence, start,
-                     start + marker.length,
-                     std::string(place.reverse ? "-" : "+"),
-                     genomes_.name(genomes_.of(place.input))});
-      }
+void look(const MergedArray& array, int jobs, const Genomes& genomes,
+          const Question& question, MarkerTable& table) {
+  const ArrayCuts cuts = cutsFor(array, jobs, genomes, question);
+  const auto passTo = [](const PassPiece& pass, auto&& finder) {
+    pass([&](std::span<const Suffix> suffixes,
+             std::span<const LcpEntry> entries) {
+      finder.take(suffixes, entries);
+    });
+    finder.finish();
+  };
+  passPieces(array, "looking for markers", cuts, jobs,
+             [&](size_t, const PassPiece& pass) {
+               if (question.allowed == 0) {
+                 passTo(pass, MarkerRuns(genomes, question.kinds, table));
+               } else {
+                 const GroupRule rule(question.sides, question.allowed);
+                 passTo(pass, MarkerFinder(genomes, rule, table));
+               }
+             });
+  table.finish();
+}
+
+constexpr uint32_t kStretch = 8192;  // characters: lines for a near cache
+
+// All that there are where markers may begin.
+std::vector<MarkerStretch> stretchesOf(const MergedInputs& inputs,
+                                       const MarkerTable& table) {
+  std::vector<MarkerStretch> stretches;
+  for (uint32_t i = 0; i < inputs.count(); i++) {
+    if (!table.isWanted(i) || inputs.forwardOf(i) != i) continue;
+    for (uint32_t from = 0; from < inputs.length(i); from += kStretch) {
+      const uint32_t rest = inputs.length(i) - from;
+      stretches.push_back({i, from, from + std::min(rest, kStretch)});
     }
   }
+  return stretches;
+}
 
-  // Each at its first place, in capitals, between what is around it there.
-  void fasta(const std::vector<Marker>& markers, uint32_t flank) {
-    uint64_t number = 0;
-    for (const Marker& marker : markers) {
-      const Occurrence& place = marker.first;
-      const uint32_t left = std::min(flank, place.start);
-      const uint32_t end = place.start + marker.length;
-      const uint32_t right = std::min(flank, inputs_.length(place.input) - end);
-      const uint64_t start = startInSequence(inputs_, place);
-      writeOutput(
-          fmt::format(">marker_{} {}:{}-{} {}\n{}{}{}\n", ++number,
-                      escaped(inputs_.origin(place.input).sequence), start,
-                      start + marker.length,
-                      escaped(genomes_.name(genomes_.of(place.input))),
-                      lowerCase(text(place.input, place.start - left, left)),
-                      text(place.input, place.start, marker.length),
-                      lowerCase(text(place.input, end, right))));
-    }
+MarkerFormat formatOf(const MarkersOptions& options) {
+  if (options.fasta) return MarkerFormat::kFasta;
+  return options.json ? MarkerFormat::kJson : MarkerFormat::kTable;
+}
+
+void print(const MarkersOptions& options, const MergedInputs& inputs,
+           const Genomes& genomes, const MarkerTable& table) {
+  const MarkerFormat format = formatOf(options);
+  const std::vector<MarkerStretch> stretches = stretchesOf(inputs, table);
+  const auto eachStretch = [&](const std::function<RangeWork::Worker()>& make) {
+    RangeWork("printing", stretches.size(), 0).run(options.jobs, make);
+  };
+  // Markers before each stretch. One thread counts as it prints.
+  std::vector<uint64_t> before(stretches.size() + 1);
+  if (options.jobs > 1) {
+    eachStretch([&] {
+      return [&](size_t stretch) {
+        uint64_t& count = before[stretch + 1];
+        table.eachMarker(stretches[stretch], [&](const Marker&) { count++; });
+      };
+    });
+    std::partial_sum(before.begin(), before.end(), before.begin());
   }
-
- private:
-  std::vector<Occurrence> placesOf(const Marker& marker) const {
-    std::vector<Occurrence> places;
-    if (marker.end - marker.begin == 1) return {marker.first};
-    for (const Suffix& suffix :
-         array_.records(marker.begin, marker.end - marker.begin)) {
-      places.push_back(occurrenceOf(inputs_, inputNumber(suffix), suffix.pos,
-                                    marker.length));
-    }
-    sortOccurrences(places);
-    return places;
-  }
-
-  std::string text(uint32_t input, uint32_t pos, uint32_t length) {
-    std::string result(length, 'A');
-    for (uint32_t i = 0; i < length; i++) {
-      result[i] = "ACGT"[strings_.code(input, pos + i)];
-    }
-    return result;
-  }
-
-  static std::string lowerCase(std::string text) {
-    for (char& c : text) {
-      c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
-    return text;
-  }
-
-  const MergedArray& array_;
-  const MergedInputs& inputs_;
-  const Genomes& genomes_;
-  MergedStrings strings_;
-};
+  writeOutput(MarkerPrinter::header(format));
+  OrderedOutput output;
+  eachStretch([&] {
+    const auto printer =
+        std::make_shared<MarkerPrinter>(inputs, genomes, format, options.flank);
+    return [&, printer](size_t stretch) {
+      uint64_t number = before[stretch];
+      table.eachMarker(stretches[stretch], [&](const Marker& marker) {
+        printer->add(marker, ++number);
+      });
+      output.write(stretch, printer->text());
+      output.end(stretch);
+      if (options.jobs == 1) before[stretch + 1] = number;
+      printer->clear();
+    };
+  });
+}
 
 }  // namespace
 
@@ -194,14 +209,12 @@ void markers(const MarkersOptions& options) {
   const Genomes genomes(inputs, options.merged.groups);
   const MergedArray array(inputs, options.merged.mergedBase());
   warnOfOneStrand(inputs);
-  const std::vector<Marker> found =
-      findMarkers(options, array, inputs, genomes);
-  MarkerPrinter printer(array, inputs, genomes);
-  if (options.fasta) {
-    printer.fasta(found, options.flank);
-  } else {
-    printer.table(found, options.json);
-  }
+  const Question question = options.unique ? uniqueQuestion(genomes)
+                                           : groupQuestion(options, genomes);
+  MarkerTable table(inputs, question.wanted, options.maxLength,
+                    question.needed);
+  look(array, options.jobs, genomes, question, table);
+  print(options, inputs, genomes, table);
   finishOutput();
 }
 

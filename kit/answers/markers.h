@@ -21,6 +21,7 @@ struct MarkersOptions {
   bool fasta = false;    // with what is around them, instead of a table
   uint32_t flank = 100;  // characters of that on either side
   bool json = false;
+  int jobs = 1;  // threads
 };
 
 // Prints the shortest substrings that tell them, with their places. Throws

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "kit/answers/marker_finder.h"
+#include "kit/answers/marker_table.h"
 #include "kit/answers/markers.h"
 #include "kit/commands.h"
 
@@ -64,6 +64,7 @@ void addMarkers(CLI::App& app) {
       ->capture_default_str();
   command->add_flag("--json", options->json, "print a JSON object a line")
       ->excludes(fasta);
+  addJobs(*command, options->jobs);
   command->callback([options] { markers(*options); });
 }
 

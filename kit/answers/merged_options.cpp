@@ -36,4 +36,10 @@ void addMergedOptions(CLI::App& command, MergedOptions& options) {
       ->type_name("TSV");
 }
 
+void addJobs(CLI::App& command, int& jobs) {
+  command.add_option("-j,--jobs", jobs, "threads that share the work")
+      ->check(CLI::Range(1, 1024))
+      ->capture_default_str();
+}
+
 }  // namespace kit

@@ -1,14 +1,13 @@
 #include "kit/answers/pangenome.h"
 
-#include <algorithm>
 #include <memory>
 #include <vector>
 
+#include "kit/answers/array_pieces.h"
 #include "kit/answers/genomes.h"
 #include "kit/answers/merged_array.h"
 #include "kit/answers/merged_inputs.h"
 #include "kit/answers/range_kmers.h"
-#include "kit/range_work.h"
 #include "kit/standard_output.h"
 
 namespace kit {
@@ -34,32 +33,23 @@ KmerCounts count(const MergedArray& array, const Kmers& kmers) {
 
 KmerCounts countByThreads(const MergedArray& array, const Kmers& kmers,
                           int jobs) {
-  // So many that the last threads to end wait little for each other.
-  const uint64_t wanted = 8 * static_cast<uint64_t>(jobs);
-  const uint64_t ranges = std::clamp<uint64_t>(array.size(), 1, wanted);
+  const ArrayCuts cuts = evenCuts(array, jobs);
+  const size_t ranges = cuts.size() - 1;
   RangeCounts counts(kmers.inputs, kmers.genomes, kmers.k, kmers.palindromes,
                      ranges);
-  RangeWork work("counting k-mers", ranges, array.size());
-  const auto firstOf = [&](size_t range) {
-    return array.size() / ranges * range +
-           std::min<uint64_t>(range, array.size() % ranges);
-  };
   std::vector<LcpEntry> entries;
   for (size_t range = 0; range < ranges; range++) {
-    entries.push_back(array.entry(firstOf(range)));
+    entries.push_back(array.entry(cuts[range]));
   }
-  work.run(jobs, [&] {
-    return [&](size_t range) {
-      RangeKmers own = counts.begin();
-      array.passPart(firstOf(range), firstOf(range + 1),
-                     [&](std::span<const Suffix> suffixes,
-                         std::span<const LcpEntry> theirs) {
-                       own.take(suffixes, theirs);
-                       work.advance(suffixes.size());
-                     });
-      counts.add(range, own, entries[range]);
-    };
-  });
+  passPieces(array, "counting k-mers", cuts, jobs,
+             [&](size_t range, const PassPiece& pass) {
+               RangeKmers own = counts.begin();
+               pass([&](std::span<const Suffix> suffixes,
+                        std::span<const LcpEntry> theirs) {
+                 own.take(suffixes, theirs);
+               });
+               counts.add(range, own, entries[range]);
+             });
   return counts.finish();
 }
 

@@ -16,9 +16,7 @@ void addPangenome(CLI::App& app) {
       "have in common.");
   addMergedOptions(*command, options->merged);
   addPangenomeChoice(*command, options->choice, nullptr);
-  command->add_option("-j,--jobs", options->jobs, "threads that share the work")
-      ->check(CLI::Range(1, 1024))
-      ->capture_default_str();
+  addJobs(*command, options->jobs);
   command->callback([options] { pangenome(*options); });
 }
 

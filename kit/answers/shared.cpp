@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "kit/answers/array_pieces.h"
 #include "kit/answers/genome_intervals.h"
 #include "kit/answers/genomes.h"
 #include "kit/answers/merged_array.h"
@@ -65,20 +67,59 @@ class LongestShared {
   std::vector<GenomeInterval> longest_;
 };
 
+// Of all pieces of the order, in order.
+std::vector<GenomeInterval> longestOf(const MergedArray& array,
+                                      const ArrayCuts& cuts, int jobs,
+                                      const Genomes& genomes, uint32_t fewest) {
+  std::vector<std::vector<GenomeInterval>> ofPieces(cuts.size() - 1);
+  passPieces(array, "looking for what is shared", cuts, jobs,
+             [&](size_t piece, const PassPiece& pass) {
+               LongestShared own(genomes, fewest);
+               pass([&](std::span<const Suffix> suffixes,
+                        std::span<const LcpEntry> entries) {
+                 own.take(suffixes, entries);
+               });
+               ofPieces[piece] = own.finish();
+             });
+  uint32_t longest = 0;
+  for (const auto& found : ofPieces) {
+    if (!found.empty()) longest = std::max(longest, found[0].depth);
+  }
+  std::vector<GenomeInterval> all;
+  for (size_t piece = 0; piece < ofPieces.size(); piece++) {
+    for (GenomeInterval interval : ofPieces[piece]) {
+      if (interval.depth < longest) continue;
+      interval.begin += cuts[piece];
+      interval.end += cuts[piece];
+      all.push_back(interval);
+    }
+  }
+  return all;
+}
+
+std::vector<GenomeInterval> longestOf(const MergedArray& array, int jobs,
+                                      const Genomes& genomes, uint32_t fewest) {
+  const ArrayCuts one = evenCuts(array, 1);
+  const ArrayCuts cuts = cutsBelow(array, jobs, UINT32_MAX);
+  const std::vector<GenomeInterval> found =
+      longestOf(array, cuts, jobs, genomes, fewest);
+  // What is as short as that may be longer across a cut, or of more genomes.
+  const uint32_t across = sharedAcross(array, cuts);
+  if (cuts.size() > 2 && (found.empty() || found[0].depth <= across)) {
+    return longestOf(array, one, 1, genomes, fewest);
+  }
+  return found;
+}
+
 void printLongest(const SharedOptions& options, uint32_t fewest,
                   const MergedArray& array, const MergedInputs& inputs,
                   const Genomes& genomes) {
-  LongestShared longest(genomes, fewest);
-  array.pass(
-      "looking for what is shared",
-      [&](std::span<const Suffix> suffixes, std::span<const LcpEntry> entries) {
-        longest.take(suffixes, entries);
-      });
   TablePrinter printer({"substring", "length", "genomes", "chrom", "start",
                         "end", "strand", "genome"},
                        options.json);
   uint64_t number = 0;
-  for (const GenomeInterval& interval : longest.finish()) {
+  for (const GenomeInterval& interval :
+       longestOf(array, options.jobs, genomes, fewest)) {
     std::vector<Occurrence> places;
     for (const Suffix& suffix :
          array.records(interval.begin, interval.end - interval.begin)) {
@@ -104,8 +145,12 @@ void printLongest(const SharedOptions& options, uint32_t fewest,
 // parted by commas; and since places are those in records, these too.
 class MatchPrinter {
  public:
-  MatchPrinter(const MergedInputs& inputs, const Genomes& genomes, bool json)
-      : inputs_(inputs), genomes_(genomes), json_(json) {}
+  MatchPrinter(const MergedInputs& inputs, const Genomes& genomes, bool json,
+               WriteText write)
+      : inputs_(inputs),
+        genomes_(genomes),
+        json_(json),
+        write_(std::move(write)) {}
 
   void print(const UniqueMatch& match) const {
     if (json_) {
@@ -127,8 +172,8 @@ class MatchPrinter {
       sequences += escaped(inputs_.origin(next->input).sequence);
       ++next;
     }
-    writeOutput(fmt::format("{}\t{}\t{}\t{}\n", match.length, starts, strands,
-                            sequences));
+    write_(fmt::format("{}\t{}\t{}\t{}\n", match.length, starts, strands,
+                       sequences));
   }
 
  private:
@@ -140,13 +185,38 @@ class MatchPrinter {
                         {"start", startInSequence(inputs_, place)},
                         {"strand", place.reverse ? "-" : "+"}});
     }
-    writeOutput(jsonLine({{"length", match.length}, {"places", places}}));
+    write_(jsonLine({{"length", match.length}, {"places", places}}));
   }
 
   const MergedInputs& inputs_;
   const Genomes& genomes_;
   bool json_;
+  WriteText write_;
 };
+
+void printMatches(const SharedOptions& options, uint32_t fewest,
+                  const MergedArray& array, const MergedInputs& inputs,
+                  const Genomes& genomes) {
+  // No match is across a cut.
+  const ArrayCuts cuts = cutsBelow(array, options.jobs, options.minLength);
+  OrderedOutput output;
+  passPieces(array, "looking for unique matches", cuts, options.jobs,
+             [&](size_t piece, const PassPiece& pass) {
+               const MatchPrinter printer(
+                   inputs, genomes, options.json,
+                   [&](std::string_view text) { output.write(piece, text); });
+               MergedStrings strings(inputs);
+               UniqueMatches matches(
+                   inputs, genomes, strings, options.minLength, fewest,
+                   [&](const UniqueMatch& match) { printer.print(match); });
+               pass([&](std::span<const Suffix> suffixes,
+                        std::span<const LcpEntry> entries) {
+                 matches.take(suffixes, entries);
+               });
+               matches.finish();
+               output.end(piece);
+             });
+}
 
 }  // namespace
 
@@ -164,17 +234,7 @@ void shared(const SharedOptions& options) {
   }
   warnOfOneStrand(inputs);
   if (options.mums) {
-    const MatchPrinter printer(inputs, genomes, options.json);
-    MergedStrings strings(inputs);
-    UniqueMatches matches(
-        inputs, genomes, strings, options.minLength, fewest,
-        [&](const UniqueMatch& match) { printer.print(match); });
-    array.pass("looking for unique matches",
-               [&](std::span<const Suffix> suffixes,
-                   std::span<const LcpEntry> entries) {
-                 matches.take(suffixes, entries);
-               });
-    matches.finish();
+    printMatches(options, fewest, array, inputs, genomes);
   } else {
     printLongest(options, fewest, array, inputs, genomes);
   }

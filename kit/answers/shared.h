@@ -17,6 +17,7 @@ struct SharedOptions {
                             // common substrings
   uint32_t minLength = 20;  // of those matches
   bool json = false;
+  int jobs = 1;  // threads
 };
 
 // Prints the places of the longest substrings that so many genomes have, or the

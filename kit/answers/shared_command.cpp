@@ -31,6 +31,7 @@ void addShared(CLI::App& app) {
       ->needs(mums)
       ->capture_default_str();
   command->add_flag("--json", options->json, "print a JSON object a line");
+  addJobs(*command, options->jobs);
   command->callback([options] { shared(*options); });
 }
 

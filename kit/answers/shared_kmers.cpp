@@ -28,7 +28,24 @@ SharedKmers::SharedKmers(const MergedInputs& inputs, const Genomes& genomes,
       canonical_(inputs.bothStrands()),
       having_((genomes.count() + 63) / 64),
       shared_(genomes.count()) {
-  if (canonical_ && k % 2 == 0) palindromes_.emplace(inputs, k);
+  if (canonical_ && k % 2 == 0) {
+    palindromes_ = std::make_shared<const Palindromes>(inputs, k);
+  }
+}
+
+SharedKmers SharedKmers::emptied() const {
+  SharedKmers other = *this;
+  other.open_ = false;
+  std::fill(other.having_.begin(), other.having_.end(), 0);
+  other.sets_.clear();
+  other.shared_ = GenomeMatrix<uint64_t>(genomes_.count());
+  return other;
+}
+
+void SharedKmers::add(SharedKmers& other) {
+  other.endKmer();
+  other.countPairs();
+  shared_.add(other.shared_);
 }
 
 void SharedKmers::take(std::span<const Suffix> suffixes,

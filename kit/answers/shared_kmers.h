@@ -4,7 +4,7 @@
 #define PALVOR_KIT_ANSWERS_SHARED_KMERS_H_
 
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <span>
 #include <unordered_map>
 #include <vector>
@@ -24,12 +24,19 @@ class SharedKmers {
   // k-mer and its reverse complement count as one.
   SharedKmers(const MergedInputs& inputs, const Genomes& genomes, uint32_t k);
 
+  // The same, without anything that was taken, for a piece of the order.
+  SharedKmers emptied() const;
+
   uint32_t k() const { return k_; }
 
   // Takes the next suffixes of the merged order and their LCP entries, which
   // must be right.
   void take(std::span<const Suffix> suffixes,
             std::span<const LcpEntry> entries);
+
+  // Adds those of another piece of the order, which was cut where neighbours
+  // share no k-mer, and which is not used any more.
+  void add(SharedKmers& other);
 
   // To be called once, when all suffixes were taken. A genome's number with
   // itself is that of its k-mers.
@@ -49,7 +56,7 @@ class SharedKmers {
   const Genomes& genomes_;
   uint32_t k_;
   bool canonical_;
-  std::optional<Palindromes> palindromes_;
+  std::shared_ptr<const Palindromes> palindromes_;
   bool open_ = false;  // there is a k-mer, that of the last suffixes
   Suffix last_{};      // that had one
   Set having_;         // the genomes that have it

@@ -9,6 +9,7 @@
 #include "kit/commands.h"
 #include "kit/memory_option.h"
 #include "kit/shell_word.h"
+#include "kit/strands_option.h"
 
 namespace kit {
 namespace {
@@ -93,16 +94,7 @@ void addBuild(CLI::App& app) {
           "--array", [given] { given->options.trees = false; },
           "make a suffix array with its LCP array, as if not told")
       ->excludes(trees);
-  command
-      ->add_option("--strands", given->options.bothStrands,
-                   "the inputs as they stand, or each followed by its reverse "
-                   "complement as an input of its own")
-      ->transform(
-          CLI::CheckedTransformer(
-              std::map<std::string, bool>{{"forward", false}, {"both", true}})
-              .description(""))
-      ->type_name("forward|both")
-      ->default_str("forward");
+  addStrands(*command, given->options.bothStrands);
   addMeans(*command, *given);
   command->callback([given] {
     const BuildOptions& options = given->options;

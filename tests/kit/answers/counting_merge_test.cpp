@@ -19,10 +19,6 @@ namespace {
 
 using testing::HasSubstr;
 
-size_t below(std::mt19937& random, size_t n) {
-  return std::uniform_int_distribution<size_t>(0, n - 1)(random);
-}
-
 // The merged order of a collection, in memory.
 struct Order {
   explicit Order(const MadeCollection& made)

@@ -116,9 +116,11 @@ TEST(Distance, ComparesAsIsComparedOneByOne) {
     const bool both = seed % 3 != 0;
     const MadeCollection made(randomFiles(random, seed % 4 == 0 ? 100 : 30),
                               both ? "--strands both" : "");
-    const auto lines = linesOf(made.expect(
-        "distance",
-        fmt::format("-k {},{} --acs --json", 1 + seed % 6, 2 + seed % 40)));
+    const std::string options =
+        fmt::format("-k {},{} --acs --json", 1 + seed % 6, 2 + seed % 40);
+    const std::string out = made.expect("distance", options);
+    EXPECT_EQ(made.expect("distance", options + " -j 2"), out);
+    const auto lines = linesOf(out);
     size_t next = 0;
     for (int k = 0; k < 2; k++) {
       for (uint32_t a = 0; a < made.genomes(); a++) {

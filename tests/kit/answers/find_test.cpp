@@ -49,16 +49,16 @@ std::string placesOf(const MadeCollection& made, const std::string& name,
 // Stretches of the collection, most changed a little or reversed, and others.
 std::vector<std::string> randomPatterns(std::mt19937& random,
                                         const MadeCollection& made) {
-  const auto below = [&](size_t n) {
-    return std::uniform_int_distribution<size_t>(0, n - 1)(random);
-  };
   std::vector<std::string> patterns = {"A", "C", "AT", "GATC"};
   for (int i = 0; i < 12; i++) {
-    const std::string& text = made.pieces()[below(made.pieces().size())].text;
-    const size_t begin = below(text.size());
-    std::string pattern = text.substr(begin, 1 + below(text.size() - begin));
-    if (i % 3 == 0) pattern[below(pattern.size())] = "ACGT"[below(4)];
-    if (i % 4 == 0) pattern += "ACGT"[below(4)];
+    const std::string& text =
+        made.pieces()[below(random, made.pieces().size())].text;
+    const size_t begin = below(random, text.size());
+    std::string pattern =
+        text.substr(begin, 1 + below(random, text.size() - begin));
+    if (i % 3 == 0)
+      pattern[below(random, pattern.size())] = "ACGT"[below(random, 4)];
+    if (i % 4 == 0) pattern += "ACGT"[below(random, 4)];
     patterns.push_back(i % 2 == 0 ? pattern : reverseComplementOf(pattern));
   }
   return patterns;

@@ -9,10 +9,6 @@ namespace {
 
 using Random = std::mt19937;
 
-size_t below(Random& random, size_t n) {
-  return std::uniform_int_distribution<size_t>(0, n - 1)(random);
-}
-
 std::string letters(Random& random, size_t n, const std::string& alphabet) {
   std::string text;
   while (text.size() < n) text += alphabet[below(random, alphabet.size())];
@@ -60,6 +56,10 @@ std::string randomText(Random& random, const std::vector<std::string>& before,
 }
 
 }  // namespace
+
+size_t below(std::mt19937& random, size_t n) {
+  return std::uniform_int_distribution<size_t>(0, n - 1)(random);
+}
 
 std::string reverseComplementOf(const std::string& text) {
   const std::string letters = "ACGT", complements = "TGCA";

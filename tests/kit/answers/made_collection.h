@@ -31,6 +31,9 @@ struct Piece {
   std::string text;
 };
 
+// A number from 0 to n - 1.
+size_t below(std::mt19937& random, size_t n);
+
 std::string reverseComplementOf(const std::string& text);
 
 // Files of several records with repeats, inverted repeats, palindromes, runs of

@@ -168,7 +168,9 @@ TEST(Markers, AreTheShortestThatTellGroupsApart) {
         std::floor(maxFraction * static_cast<double>(outs.size())));
     Lines expected = markersOf(made, substringsOf(made, both), ins, outs,
                                needed, allowed, longest);
-    Lines found = linesWithoutNumbers(made.expect("markers", options));
+    const std::string out = made.expect("markers", options);
+    EXPECT_EQ(made.expect("markers", options + " -j 2"), out);
+    Lines found = linesWithoutNumbers(out);
     // The table's names are those of the genomes.
     Lines named;
     for (std::string line : expected) {
@@ -204,8 +206,9 @@ TEST(Markers, AreUniqueToEachGenome) {
                   markersOf(made, substrings, {g}, others, 1, 0, 1000));
       }
     }
-    EXPECT_EQ(linesWithoutNumbers(made.expect("markers", "--unique")),
-              expected);
+    const std::string out = made.expect("markers", "--unique");
+    EXPECT_EQ(linesWithoutNumbers(out), expected);
+    EXPECT_EQ(made.expect("markers", "--unique -j 3"), out);
     if (HasFailure()) break;
   }
 }

@@ -138,8 +138,9 @@ TEST(Shared, FindsTheLongestSubstrings) {
     std::mt19937 random(seed);
     const bool both = seed % 3 != 0;
     const MadeCollection made(someFiles(random), both ? "--strands both" : "");
-    EXPECT_EQ(made.expect("shared", ""),
-              longestShared(made, both, made.genomes()));
+    const std::string expected = longestShared(made, both, made.genomes());
+    EXPECT_EQ(made.expect("shared", ""), expected);
+    EXPECT_EQ(made.expect("shared", "-j 2"), expected);
     EXPECT_EQ(made.expect("shared", "--in-at-least 2"),
               longestShared(made, both, 2));
     if (HasFailure()) break;
@@ -155,9 +156,11 @@ TEST(Shared, FindsMaximalUniqueMatches) {
     const MadeCollection made(someFiles(random), both ? "--strands both" : "");
     const size_t fewest = seed % 2 == 0 ? made.genomes() : 2;
     const size_t shortest = 1 + seed % 5;
-    const auto lines = linesOf(made.expect(
-        "shared", fmt::format("--mums --min-length {} --in-at-least {}",
-                              shortest, fewest)));
+    const std::string options = fmt::format(
+        "--mums --min-length {} --in-at-least {}", shortest, fewest);
+    const std::string out = made.expect("shared", options);
+    EXPECT_EQ(made.expect("shared", options + " -j 2"), out);
+    const auto lines = linesOf(out);
     EXPECT_EQ(std::set<std::string>(lines.begin(), lines.end()),
               uniqueMatches(made, both, fewest, shortest));
     EXPECT_EQ(std::set<std::string>(lines.begin(), lines.end()).size(),
