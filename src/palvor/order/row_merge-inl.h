@@ -99,6 +99,8 @@ class RowMerge final : public KeyRows {
                                         const Suffix& suffix, LcpEntry own);
   HWY_INLINE bool wait(Rows<kRoom>& rows, int k, int64_t key, LcpEntry own,
                        Bits equal, Walked& counted);
+  HWY_NOINLINE int followAlike(int64_t key, Suffix* suffixes,
+                               LcpEntry* entries, int room);
   HWY_INLINE int moveTo(Rows<kRoom>& rows, const RowMove& move, int64_t key,
                         int64_t suffixBits);
   static HWY_INLINE void moveByKey(Rows<kRoom>& rows, Bits walked, int k,
@@ -179,6 +181,15 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
         keysToldOwn++;
         met++;
         k = following;
+        if (rows.firstKey() == lastKey && cursors_[k].upcomingKey == key) {
+          rows.store();
+          const int count = followAlike(
+              key, suffixes + n + 1,
+              entries == nullptr ? nullptr : entries + n + 1, room - n - 1);
+          rows.load();
+          n += count;
+          k = streamOf(rows.firstState());
+        }
         continue;
       }
       rows.store();
@@ -286,6 +297,57 @@ HWY_INLINE bool RowMerge<kRoom>::wait(Rows<kRoom>& rows, int k, int64_t key,
   rows.move(rowsBelow<kRoom>(end - 1), key,
             makeState(kTiedEntry, kTied | kLong << kLengthShift | k));
   return true;
+}
+
+// Strains that leave together mostly come together, too. So the next to leave,
+// as many as have the key of the one that left last, and are followed in their
+// streams by suffixes of the key of the one that has come to wait, do so at
+// once: what keys tell of each is the same. Returns how many. The rows are in
+// their tables.
+template <int kRoom>
+int RowMerge<kRoom>::followAlike(int64_t key, Suffix* suffixes,
+                                 LcpEntry* entries, int room) {
+  const int64_t lastKey = rows_.keys[0];
+  const PackedString* const strings = front_.text().data();
+  Rows<kRoom> rows(rows_);
+  rows.load();
+  const Bits equal = rows.equal(key) & rowsBelow<kRoom>(rows_.count);
+  const int first = std::countr_zero(equal);
+  const int end = first + std::popcount(equal);
+  const Bits compared = rows.sharing(key) & rowsBelow<kRoom>(first) & ~Bits{1};
+  const LcpEntry own = entryOfKeys(lastKey, key);
+  const LcpEntry outside = entryOf(rows_.states[first]);
+
+  int count = 0;
+  int64_t states[kRoom];
+  for (; count < room && rows_.keys[count] == lastKey; count++) {
+    const int64_t state = rows_.states[count];
+    const int k = streamOf(state);
+    RowCursor& cursor = cursors_[k];
+    const Suffix* const next = cursor.current + 1;
+    if (cursor.upcomingKey != key || next >= cursor.lastTested) break;
+    if (strings[inputNumber(*next)].bits - 2 * next->pos < 64) break;
+    if (entries != nullptr) entries[count] = entryOf(state);
+    suffixes[count] = *cursor.current;
+    cursor.current = next;
+    cursor.upcomingKey = prefixKey(next[1]);
+    cursor.own = own;
+    tiedRows_.come(k, outside, end == rows_.count);
+    states[count] = makeState(kTiedEntry, kTied | kLong << kLengthShift | k);
+  }
+  std::copy(rows_.keys + count, rows_.keys + end, rows_.keys);
+  std::copy(rows_.states + count, rows_.states + end, rows_.states);
+  std::fill(rows_.keys + end - count, rows_.keys + end, key);
+  std::copy(states, states + count, rows_.states + end - count);
+
+  met_ += count;
+  Cost& cost = front_.cost;
+  const int comparisons = std::popcount(compared);
+  cost.comparisons += int64_t{count} * comparisons;
+  cost.settled += int64_t{count} * (comparisons + ownComparisons());
+  cost.unchanged += int64_t{count} * std::popcount(compared & rows.unchanged());
+  cost.positions += int64_t{count} * first - count * (count - 1) / 2;
+  return count;
 }
 
 // Finds the row of stream k's long suffix, whose key others have. A walk, but
