@@ -405,8 +405,20 @@ void RowMerge<kRoom>::moveHead(int k) {
   // It begins with no listed one, so that no length but its own matters.
   const bool clear =
       length >= 64 && (!mayHoldShort_ || rows.beginnings(key) == 0);
+  const Bits equal = rows.equal(key) & rowsBelow<kRoom>(rows_.count);
   LcpEntry own = entryOfKeys(lastKey, key);
-  bool settled = clear && lastKey < key && rows.equal(key) == 0;
+  bool settled = clear && lastKey < key;
+  Walked counted;
+  if (settled && equal != 0) {
+    if (wait(rows, k, key, own, equal, counted)) {
+      met_++;
+      counted.settled += ownComparisons();
+      count(counted);
+      rows.store();
+      return;
+    }
+    settled = false;
+  }
   if (front_.readsEntries() || !settled) {
     const LcpEntry byKeys = own;
     own = front_.ownEntry(k);
@@ -414,11 +426,12 @@ void RowMerge<kRoom>::moveHead(int k) {
   }
   cursors_[k].own = own;
   if (settled) {
-    Walked counted;
     moveByKey(rows, rowsBelow<kRoom>(rows_.count - 1), k, key, counted);
     counted.settled += ownComparisons();
     count(counted);
   } else {
+    tiedRows_.settleAll();
+    rows.load();
     const RowMove move = clear && front_.ascends
                              ? findAmongEqualKeys(rows, k, suffix, own)
                              : walk_.find(k, suffix, own);
@@ -434,7 +447,6 @@ void RowMerge<kRoom>::moveHead(int k) {
 
 template <int kRoom>
 void RowMerge<kRoom>::advanceHead() {
-  tiedRows_.settleAll();
   const int k = head();
   const LcpEntry entry = headEntry();
   SuffixStream& stream = front_.streams[k];
