@@ -111,7 +111,7 @@ inline uint32_t commonCharactersBefore(const PackedString& a,
 
 // The bits that two different symbols share: 1 if the first bits of their
 // characters are equal, else 0. An end shares none, not even with another.
-inline uint32_t sharedBits(uint32_t a, uint32_t b) {
+constexpr uint32_t sharedBits(uint32_t a, uint32_t b) {
   // A bit for each pair: the first bits of symbols 1 and 2 are 0, of 3 and 4 1.
   constexpr uint64_t kLow = uint64_t{0b110} << 8 | uint64_t{0b110} << 16;
   constexpr uint64_t kHigh = uint64_t{0b11000} << 24 | uint64_t{0b11000} << 32;

@@ -47,6 +47,7 @@
 #define PALVOR_TEXT_SECOND_KEY_H_
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include "palvor/text/stretch.h"
@@ -58,18 +59,31 @@ inline constexpr uint64_t kSame = uint64_t{1} << 61;
 inline constexpr int kBitsShift = 29;    // of L
 inline constexpr int kSymbolShift = 26;  // of x; below it stands the rank
 
+// What a key holds beside its rank, for each pair of symbols x and y, number
+// x + 8 y, if no character before them agrees.
+inline constexpr auto kSymbolKeys = [] {
+  std::array<uint64_t, 64> keys{};
+  for (uint32_t pair = 0; pair < 64; pair++) {
+    const uint32_t own = pair & 7;
+    const uint32_t anchors = pair >> 3;
+    const uint32_t bits = sharedBits(own, anchors);
+    keys[pair] = (own > anchors ? kUpwards : 0) |
+                 (own == anchors ? kSame : 0) |
+                 uint64_t{own > anchors ? ~bits : bits} << kBitsShift |
+                 uint64_t{own} << kSymbolShift;
+  }
+  return keys;
+}();
+
 // Of a suffix that agrees with its anchor's text for `characters` characters,
 // and parts as its stretch says (text/stretch.h). Without a branch: which way a
 // suffix parts can't be foreseen.
 inline uint64_t secondKey(uint32_t characters, uint32_t parting) {
-  const uint32_t own = symbolOf(parting);
-  const uint32_t anchors = anchorSymbolOf(parting);
-  const uint64_t up = (anchors - own) >> 31;
-  const uint64_t same = own == anchors ? 1 : 0;
-  const uint32_t bits = 2 * characters + sharedBits(own, anchors);
-  const uint32_t inBits = bits ^ (0 - static_cast<uint32_t>(up));
-  return up << 62 | same << 61 | uint64_t{inBits} << kBitsShift |
-         uint64_t{own} << kSymbolShift | rankOf(parting);
+  const uint64_t key = kSymbolKeys[parting & ((1U << kRankShift) - 1)];
+  const uint64_t bits = uint64_t{characters} << (kBitsShift + 1);
+  // L is more by these bits, or inverted.
+  const uint64_t inverted = 0 - (key >> 62);
+  return key + ((bits ^ inverted) - inverted) + rankOf(parting);
 }
 
 // L, in bits.
