@@ -25,82 +25,82 @@ AnchorsAhead::AnchorsAhead(const Collection& text, const Stretches& stretches,
   }
   if (streams.count() > kFewStreams) most_ = kMostOfMany;
   const auto count = static_cast<size_t>(streams.count());
-  const auto most = static_cast<size_t>(most_);
-  records_.resize(count * most);
+  batches_.resize(3 * count);
   streamsAhead_.resize(count);
   for (size_t k = 0; k < count; k++) {
-    streamsAhead_[k].records = records_.data() + k * most;
+    Batch* const batches = batches_.data() + 3 * k;
+    streamsAhead_[k] = {batches, batches + 1, batches + 2};
   }
 }
 
-// Asks for the blocks of records.
-void AnchorsAhead::ask(Batch& batch, const Suffix* first, int64_t count) const {
-  batch.count = static_cast<int>(std::max<int64_t>(count, 0));
+// Takes records from `first` on, as many as there are before `end`, and asks
+// for their blocks.
+void AnchorsAhead::begin(Batch& batch, const Suffix* first, const Suffix* end,
+                         int most) const {
+  batch.first = first;
+  batch.count =
+      static_cast<int>(std::clamp<int64_t>(end - first, 0, most));
   for (int r = 0; r < batch.count; r++) {
-    batch.places[r] = placeOf(first[r]);
-    stretches_.prefetchBlock(batch.places[r]);
+    batch.identities[r] = identityOf(first[r]);
+    batch.positions[r] = placeOf(first[r]);
+    stretches_.prefetchBlock(batch.positions[r]);
   }
 }
 
-// Asks for the stretches of records whose blocks were asked for.
 void AnchorsAhead::askStretches(Batch& batch) const {
   for (int r = 0; r < batch.count; r++) {
-    batch.stretches[r] = stretches_.prefetchStretch(batch.places[r]);
+    batch.stretches[r] = stretches_.prefetchStretch(batch.positions[r]);
   }
 }
 
-// Looks up the records from `first` on, whose stretches were asked for. False
-// if they are not those any more: the buffer was read anew.
-bool AnchorsAhead::take(Ahead& ahead, const Suffix* first,
-                        const Batch& batch) const {
-  ahead.first = first;
-  ahead.count = batch.count;
-  ahead.used = 1;
-  bool areThose = true;
+// Looks up the anchors. False if the records are not those any more: the buffer
+// was read anew.
+bool AnchorsAhead::finish(Batch& batch) const {
+  uint64_t differing = 0;
   for (int r = 0; r < batch.count; r++) {
-    areThose &= batch.places[r] == placeOf(first[r]);
+    differing |= batch.identities[r] ^ identityOf(batch.first[r]);
     const Anchor anchor =
-        stretches_.anchorFrom(batch.stretches[r], batch.places[r]);
+        stretches_.anchorFrom(batch.stretches[r], batch.positions[r]);
     stretches_.prefetchCommonBits(anchor.key);
-    ahead.records[r] = {identityOf(first[r]), anchor.key, anchor.position};
+    batch.positions[r] = anchor.position;
+    batch.keys[r] = anchor.key;
   }
-  return areThose;
+  return differing == 0;
 }
 
 // Looks up a record, and more of those behind it than the last time if half of
-// these were asked for, and this one soon after them; else fewer.
+// these were wanted, and this one soon after them; else fewer.
 Anchor AnchorsAhead::lookUp(int k, Ahead& ahead, const Suffix& record) {
   const Suffix* const tested = streams_[k].testedEnd();
-  const Suffix* const behind = ahead.first + ahead.count;
-  const auto passed = static_cast<uint64_t>(&record - behind);
-  const bool areDense = 2 * ahead.used >= ahead.count;
-  Batch& asked = ahead.batches[ahead.next];
-  Batch& last = ahead.batches[ahead.next ^ 1];
-  if (areDense && passed < static_cast<uint64_t>(asked.count) &&
-      asked.count <= tested - behind && take(ahead, behind, asked)) {
-    askStretches(last);
-    const Suffix* const from = behind + asked.count + last.count;
-    ask(asked, from, std::min<int64_t>(most_, tested - from));
-    ahead.next ^= 1;
-    return {ahead.records[passed].position, ahead.records[passed].key};
+  const Batch& known = *ahead.known;
+  const auto passed =
+      static_cast<uint64_t>(&record - (known.first + known.count));
+  const bool areDense = 2 * ahead.used >= known.count;
+  Batch& next = *ahead.second;
+  ahead.used = 1;
+  if (areDense && next.first == known.first + known.count &&
+      passed < static_cast<uint64_t>(next.count) &&
+      next.first + next.count <= tested && finish(next)) {
+    askStretches(*ahead.third);
+    begin(*ahead.known, ahead.third->first + ahead.third->count, tested, most_);
+    ahead = {&next, ahead.third, ahead.known, ahead.used, ahead.wanted};
+    return {next.positions[passed], next.keys[passed]};
   }
 
-  const bool isSoon = areDense && passed <= static_cast<uint64_t>(ahead.count);
+  const bool isSoon = areDense && passed <= static_cast<uint64_t>(known.count);
   ahead.wanted = isSoon ? std::min(2 * ahead.wanted, most_)
                         : std::max(ahead.wanted / 2, 1);
-  const int64_t count = std::max<int64_t>(tested - &record, 1);
-  ask(asked, &record, std::min<int64_t>(ahead.wanted, count));
-  askStretches(asked);
-  take(ahead, &record, asked);
-  asked.count = last.count = 0;
+  Batch& batch = *ahead.known;
+  begin(batch, &record, std::max(tested, &record + 1), ahead.wanted);
+  askStretches(batch);
+  finish(batch);
+  next.count = 0;
   if (ahead.wanted == most_) {
-    const Suffix* const from = &record + ahead.count;
-    ask(asked, from, std::min<int64_t>(most_, tested - from));
-    askStretches(asked);
-    const Suffix* const behindThese = from + asked.count;
-    ask(last, behindThese, std::min<int64_t>(most_, tested - behindThese));
+    begin(next, batch.first + batch.count, tested, most_);
+    askStretches(next);
+    begin(*ahead.third, next.first + next.count, tested, most_);
   }
-  return {ahead.records[0].position, ahead.records[0].key};
+  return {batch.positions[0], batch.keys[0]};
 }
 
 }  // namespace palvor

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "palvor/format/suffix.h"
@@ -53,43 +54,40 @@ class AnchorsAhead {
   // if there is none. There must be anchors.
   Anchor of(int k, const Suffix& record) {
     Ahead& ahead = streamsAhead_[static_cast<size_t>(k)];
-    const auto index = static_cast<uint64_t>(&record - ahead.first);
+    const Batch& known = *ahead.known;
+    const auto index = static_cast<uint64_t>(&record - known.first);
     // A buffer is read anew, and the address is another record's then.
-    if (index < static_cast<uint64_t>(ahead.count) &&
-        ahead.records[index].identity == identityOf(record)) {
+    if (index < static_cast<uint64_t>(known.count) &&
+        known.identities[index] == identityOf(record)) {
       ahead.used++;
-      return {ahead.records[index].position, ahead.records[index].key};
+      return {known.positions[index], known.keys[index]};
     }
     return lookUp(k, ahead, record);
   }
 
  private:
-  static constexpr int kMost = 32;  // records of a stream
+  static constexpr int kMost = 32;  // records of a batch
 
-  struct Anchored {
-    uint64_t identity;
-    uint64_t key;
-    uint32_t position;
-  };
-
-  // Records that are to be looked up: what is read first was asked for.
+  // Records of a stream, one behind the other, on their way to their anchors:
+  // what each step reads was asked for by the step before.
   struct Batch {
+    const Suffix* first = nullptr;
     int count = 0;
-    uint32_t places[kMost];
+    uint64_t identities[kMost];
+    // On the axis: at first of the records, in the end of their anchors.
+    uint32_t positions[kMost];
     uint32_t stretches[kMost];
+    uint64_t keys[kMost];
   };
 
-  // Of a stream: some records whose anchors are known, then some whose
-  // stretches were asked for, then some for whose blocks that was done. Each
-  // takes the place of those before.
+  // Of a stream: a batch whose anchors are known, and behind it one whose
+  // stretches were asked for, and one whose blocks were.
   struct Ahead {
-    const Suffix* first = nullptr;  // the record that `records` begin with
-    int count = 0;                  // records that are known
-    int used = 0;                   // times they were asked for
-    int wanted = 1;                 // records, the next time
-    Anchored* records = nullptr;
-    Batch batches[2];
-    int next = 0;  // the batch that follows on the records
+    Batch* known = nullptr;
+    Batch* second = nullptr;
+    Batch* third = nullptr;
+    int used = 0;    // times that one of those known was wanted
+    int wanted = 1;  // records of a batch, the next time
   };
 
   // Where an input's suffixes are on the axis, if they are before a limit.
@@ -98,8 +96,11 @@ class AnchorsAhead {
     uint32_t limit;
   };
 
-  static uint64_t identityOf(const Suffix& suffix) {
-    return uint64_t{suffix.pos} << 32 | inputNumber(suffix);
+  // Input and position.
+  static uint64_t identityOf(const Suffix& record) {
+    uint64_t identity;
+    std::memcpy(&identity, &record, sizeof identity);
+    return identity;
   }
 
   // Where a record's anchor is looked up, or Axis::kNowhere if it has none.
@@ -108,15 +109,16 @@ class AnchorsAhead {
     return record.pos < room.limit ? room.start + record.pos : Axis::kNowhere;
   }
   Anchor lookUp(int k, Ahead& ahead, const Suffix& record);
-  void ask(Batch& batch, const Suffix* first, int64_t count) const;
+  void begin(Batch& batch, const Suffix* first, const Suffix* end,
+             int most) const;
   void askStretches(Batch& batch) const;
-  bool take(Ahead& ahead, const Suffix* first, const Batch& batch) const;
+  bool finish(Batch& batch) const;
 
   const Stretches& stretches_;
   const SuffixStreams& streams_;
   int most_ = kMost;
   std::vector<Room> rooms_;  // of inputs
-  std::vector<Anchored> records_;
+  std::vector<Batch> batches_;
   std::vector<Ahead> streamsAhead_;
 };
 
