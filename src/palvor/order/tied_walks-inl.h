@@ -110,11 +110,11 @@ class TiedWalks {
   static constexpr int kOutsideShift = 16;
 
   struct Counted {
-    Ints words;
     Ints positions;
-    int64_t comparisons = 0;
-    int64_t found64More = 0;
-    int64_t unchanged = 0;
+    Ints comparisons;
+    Ints found64More;
+    Ints unchanged;
+    int64_t words = 0;  // but for one for each comparison
   };
 
   HWY_INLINE void countAt(int base, Counted& counted) const;
@@ -140,9 +140,18 @@ HWY_INLINE Ints wordsOf(Ints visit, Ints known, Ints entry) {
   // then it is one less.
   const Ints last =
       hn::Sub(hn::ShiftRight<1>(hn::Add(entry, allInts(1))), allInts(1));
-  return hn::Add(hn::Sub(hn::ShiftRight<5>(hn::Add(last, start)),
-                         hn::ShiftRight<5>(hn::Add(known, start))),
-                 allInts(1));
+  return hn::Sub(hn::ShiftRight<5>(hn::Add(last, start)),
+                 hn::ShiftRight<5>(hn::Add(known, start)));
+}
+
+// In 64 bits: lanes together can be more than fits into one.
+HWY_INLINE int64_t sumOf(Ints numbers) {
+  const IntTag tag;
+  const hn::Half<IntTag> half;
+  const hn::Repartition<int64_t, IntTag> wide;
+  return hn::GetLane(hn::SumOfLanes(
+      wide, hn::Add(hn::PromoteTo(wide, hn::LowerHalf(half, numbers)),
+                    hn::PromoteTo(wide, hn::UpperHalf(half, numbers)))));
 }
 
 HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
@@ -157,20 +166,22 @@ HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
   const auto ownOf = [&](Ints of) PALVOR_ATTR {
     return hn::And(hn::ShiftRight<kOwnShift>(of), allInts(kOwnBits));
   };
-  const auto counts = [&](auto mask) PALVOR_ATTR {
-    return std::popcount(bitsOf(tag, mask));
+  const auto add = [&](Ints& sum, auto mask) PALVOR_ATTR {
+    sum = hn::Sub(sum, hn::VecFromMask(tag, mask));
   };
+  // At most 63 times the words of a string for each: less than 2^31.
+  Ints words = hn::Zero(tag);
   // Compared with one that has this entry stored, and shares `entry`.
   const auto count = [&](auto mask, Ints met, Ints stored,
                          Ints entry) PALVOR_ATTR {
     const Ints known = hn::ShiftRight<1>(stored);
-    counted.words =
-        hn::Add(counted.words,
-                hn::IfThenElseZero(
-                    mask, wordsOf(met, hn::Max(known, allInts(64)), entry)));
-    counted.comparisons += counts(mask);
-    counted.found64More += counts(hn::And(
-        mask, hn::Gt(hn::ShiftRight<1>(entry), hn::Add(known, allInts(63)))));
+    words = hn::Add(
+        words, hn::IfThenElseZero(
+                   mask, wordsOf(met, hn::Max(known, allInts(64)), entry)));
+    add(counted.comparisons, mask);
+    add(counted.found64More,
+        hn::And(mask, hn::Gt(hn::ShiftRight<1>(entry),
+                             hn::Add(known, allInts(63)))));
   };
 
   // To the left: of those that were there, the last one that was met, and the
@@ -194,14 +205,14 @@ HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
     shared = hn::IfThenElse(isThere, entry, shared);
     met = hn::IfThenElse(isThere, at(visits_, base - d), met);
     stored = hn::IfThenElse(isThere, most, stored);
-    passed = hn::Sub(passed, hn::VecFromMask(tag, isThere));
+    add(passed, isThere);
   }
   // With the first of all is stored what it shares with what is outside.
   const auto cameLater = hn::Gt(time, hn::Zero(tag));
   const auto hasLeft = hn::Gt(shared, none);
   count(hasLeft, met, outside, shared);
   const auto isMetUnchanged = hn::Eq(ownOf(met), outside);
-  counted.unchanged += counts(hn::And(hasLeft, isMetUnchanged));
+  add(counted.unchanged, hn::And(hasLeft, isMetUnchanged));
 
   // To the right: the first one that was there.
   const Ints left = hn::IfThenElse(hasLeft, nearest, outside);
@@ -219,8 +230,10 @@ HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
   }
   const auto isCompared = hn::AndNot(hn::Lt(hn::Or(shared, one), left), isMet);
   count(isCompared, met, left, shared);
-  counted.unchanged += counts(
+  add(counted.unchanged,
       hn::AndNot(hasLeft, hn::And(isCompared, hn::Eq(ownOf(met), outside))));
+
+  counted.words += sumOf(words);
 
   // A walk looks at one position less if it comes to the end.
   const auto isEnd =
@@ -239,15 +252,17 @@ HWY_NOINLINE void TiedWalks::flush(Cost& cost) {
     hn::StoreU(hn::Zero(tag), tag, times_ + i);
     hn::StoreU(allInts(kBoundary), tag, entries_ + i);
   }
-  Counted counted = {hn::Zero(tag), hn::Zero(tag)};
+  const Ints zero = hn::Zero(tag);
+  Counted counted = {zero, zero, zero, zero};
   for (int base = kMargin; base < end; base += kIntLanes)
     countAt(base, counted);
-  cost.words += hn::GetLane(hn::SumOfLanes(tag, counted.words));
-  cost.positions += hn::GetLane(hn::SumOfLanes(tag, counted.positions));
-  cost.comparisons += counted.comparisons;
-  cost.found64 += counted.comparisons;
-  cost.found64More += counted.found64More;
-  cost.unchanged += counted.unchanged;
+  const int64_t comparisons = sumOf(counted.comparisons);
+  cost.words += counted.words + comparisons;
+  cost.positions += sumOf(counted.positions);
+  cost.comparisons += comparisons;
+  cost.found64 += comparisons;
+  cost.found64More += sumOf(counted.found64More);
+  cost.unchanged += sumOf(counted.unchanged);
   size_ = 0;
   most_ = 0;
 }
