@@ -38,8 +38,7 @@ AnchorsAhead::AnchorsAhead(const Collection& text, const Stretches& stretches,
 void AnchorsAhead::begin(Batch& batch, const Suffix* first, const Suffix* end,
                          int most) const {
   batch.first = first;
-  batch.count =
-      static_cast<int>(std::clamp<int64_t>(end - first, 0, most));
+  batch.count = static_cast<int>(std::clamp<int64_t>(end - first, 0, most));
   for (int r = 0; r < batch.count; r++) {
     batch.identities[r] = identityOf(first[r]);
     batch.positions[r] = placeOf(first[r]);

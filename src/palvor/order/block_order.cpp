@@ -277,6 +277,7 @@ void BlockOrder::handOver() {
       list_.putFirst(block.stream[i], block.entry[i], block.own[i]);
     }
   }
+  blocks_.clear();
 }
 
 }  // namespace palvor

@@ -134,6 +134,9 @@ class KeyBlocks {
   // Takes the first element out. There must be one.
   void takeFirst();
 
+  // Takes all elements out. Nothing can be put in afterwards.
+  void clear() { count_ = 0; }
+
  private:
   static void setEntry(Block& block, int i, LcpEntry entry) {
     block.entry[i] = entry;

@@ -19,6 +19,7 @@
 #include "palvor/order/row_walk-inl.h"
 #include "palvor/order/rows-inl.h"
 #include "palvor/order/rows_avx512-inl.h"
+#include "palvor/order/tied_arrivals-inl.h"
 #include "palvor/order/tied_rows-inl.h"
 #include "palvor/simd/vectors-inl.h"
 
@@ -36,8 +37,8 @@ class RowMerge final : public KeyRows {
         list_(list),
         walk_(front, rows_, cursors_),
         tiedRows_(front, rows_, cursors_, walk_),
-        trustsEntries_(!front.readsEntries()) {
-    mayWait_ = trustsEntries_ && !front.compare.readsStrings();
+        arrivals_(front, rows_, cursors_, tiedRows_) {
+    allowWaiting();
     takeUp();
   }
 
@@ -51,7 +52,7 @@ class RowMerge final : public KeyRows {
     merged_ += count;
     if (merged_ >= kUntilAdapted) {
       front_.compare.adapt(met_, merged_);
-      mayWait_ = trustsEntries_ && !front_.compare.readsStrings();
+      allowWaiting();
       met_ = merged_ = 0;
     }
     return count;
@@ -72,14 +73,9 @@ class RowMerge final : public KeyRows {
   // Suffixes until it is looked again whether many meet others, or more.
   static constexpr int kUntilAdapted = 16384;
 
-  // What a walk would have done, gathered in registers.
-  struct Walked {
-    int64_t comparisons = 0;
-    int64_t unchanged = 0;
-    int64_t positions = 0;
-    int64_t settled = 0;
-  };
-
+  void allowWaiting() {
+    arrivals_.allow(!front_.readsEntries() && !front_.compare.readsStrings());
+  }
   void takeUp();
   void syncStreams();
   HWY_INLINE void lookAhead(int k);
@@ -95,19 +91,12 @@ class RowMerge final : public KeyRows {
     return front_.readsEntries() ? 0 : 1;
   }
 
-  HWY_INLINE RowMove findAmongEqualKeys(const Rows<kRoom>& rows, int k,
-                                        const Suffix& suffix, LcpEntry own);
-  HWY_INLINE bool wait(Rows<kRoom>& rows, int k, int64_t key, LcpEntry own,
-                       Bits equal, Walked& counted);
-  HWY_NOINLINE int followAlike(int64_t key, Suffix* suffixes,
-                               LcpEntry* entries, int room);
   HWY_INLINE int moveTo(Rows<kRoom>& rows, const RowMove& move, int64_t key,
                         int64_t suffixBits);
   static HWY_INLINE void moveByKey(Rows<kRoom>& rows, Bits walked, int k,
                                    int64_t key, Walked& counted);
   HWY_NOINLINE int moveAmongEqualKeys(int k, int64_t key, LcpEntry own);
   HWY_NOINLINE void moveHead(int k);
-  void count(const Walked& walked);
   template <bool kShort>
   HWY_NOINLINE int mergeRows(Suffix* suffixes, LcpEntry* entries, int room);
 
@@ -118,10 +107,7 @@ class RowMerge final : public KeyRows {
   bool mayHoldShort_ = false;
   RowWalk<kRoom> walk_;
   TiedRows<kRoom> tiedRows_;
-  // Entries that are read may claim what the strings do not say.
-  bool trustsEntries_;
-  // Whether suffixes of equal keys may wait for their order.
-  bool mayWait_ = false;
+  TiedArrivals<kRoom> arrivals_;
   // Of the suffixes merged last, those that met others of their keys.
   int64_t met_ = 0;
   int64_t merged_ = 0;
@@ -177,17 +163,17 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
     const Bits equal = rows.equal(key) & listed;
     if (lastKey >= key || equal != 0) {
       const int following = streamOf(rows.secondState());
-      if (lastKey < key && wait(rows, k, key, own, equal, counted)) {
-        keysToldOwn++;
+      if (lastKey < key && arrivals_.wait(rows, k, key, own, equal, counted)) {
         met++;
         k = following;
         if (rows.firstKey() == lastKey && cursors_[k].upcomingKey == key) {
           rows.store();
-          const int count = followAlike(
+          const int count = arrivals_.followAlike(
               key, suffixes + n + 1,
               entries == nullptr ? nullptr : entries + n + 1, room - n - 1);
           rows.load();
           n += count;
+          met += count;
           k = streamOf(rows.firstState());
         }
         continue;
@@ -213,7 +199,7 @@ int RowMerge<kRoom>::mergeRows(Suffix* suffixes, LcpEntry* entries, int room) {
   if ((rows_.states[0] & kTied) != 0) tiedRows_.settle(0);
   met_ += met;
   counted.settled += int64_t{keysToldOwn} * ownComparisons();
-  count(counted);
+  counted.addTo(front_.cost);
   syncStreams();
   return n;
 }
@@ -227,12 +213,10 @@ HWY_INLINE void RowMerge<kRoom>::moveByKey(Rows<kRoom>& rows, Bits walked,
                                            int k, int64_t key,
                                            Walked& counted) {
   const Bits below = rows.below(key);
-  const Bits compared = rows.sharing(key) & below << 1;
-  const int comparisons = std::popcount(compared);
-  counted.comparisons += comparisons;
-  counted.settled += comparisons;
-  counted.unchanged += std::popcount(compared & rows.unchanged());
-  counted.positions += std::popcount(below & walked);
+  // Rows without a suffix are not to be counted.
+  const Bits passed = below & walked;
+  counted.compare(rows, static_cast<Bits>(rows.sharing(key) & passed << 1));
+  counted.positions += std::popcount(passed);
   rows.moveByKey(key, kLong << kLengthShift | k);
 }
 
@@ -249,132 +233,18 @@ int RowMerge<kRoom>::moveAmongEqualKeys(int k, int64_t key, LcpEntry own) {
   rows.load();
   if (rows_.keys[0] < key) {
     front_.cost.settled += ownComparisons();
-    cursor.own = own;
   } else {
     front_.streams[k].advanceTo(cursor.current);
     own = front_.ownEntry(k);
-    cursor.own = own;
     if (!front_.ascends) tiedRows_.settleAll();
   }
-  const RowMove move = front_.ascends
-                           ? findAmongEqualKeys(rows, k, *cursor.current, own)
-                           : walk_.find(k, *cursor.current, own);
+  cursor.own = own;
+  const RowMove move =
+      front_.ascends ? walk_.findAmongEqualKeys(rows, k, *cursor.current, own)
+                     : walk_.find(k, *cursor.current, own);
   const int next = moveTo(rows, move, key, kLong << kLengthShift | k);
   rows.store();
   return next;
-}
-
-// Moves the head's stream k behind those of its key, the rows `equal`, where it
-// waits for its order, if they do so themselves, or there is only one. False if
-// it can't wait: then nothing is done, but that these may have been settled.
-// What a walk does on its way to them, the keys tell.
-template <int kRoom>
-HWY_INLINE bool RowMerge<kRoom>::wait(Rows<kRoom>& rows, int k, int64_t key,
-                                      LcpEntry own, Bits equal,
-                                      Walked& counted) {
-  const int first = std::countr_zero(equal);
-  const int end = first + std::popcount(equal);
-  const int64_t state = rows.stateOf(first);
-  if ((state & kTied) == 0) {
-    if (end > first + 1 || !mayWait_) return false;
-    rows.mark(Bits{1} << first, kTied);
-  }
-  const LcpEntry entry = entryOf(state);
-  cursors_[k].own = own;
-  if ((own == entry) != ((state & kUnchanged) != 0)) {
-    rows.store();
-    const bool known = tiedRows_.knowsFirst(k, first, end - first);
-    rows.load();
-    if (!known) return false;
-  }
-  tiedRows_.come(k, entry, end == rows_.count);
-  const Bits compared = rows.sharing(key) & rowsBelow<kRoom>(first) & ~Bits{1};
-  const int comparisons = std::popcount(compared);
-  counted.comparisons += comparisons;
-  counted.settled += comparisons;
-  counted.unchanged += std::popcount(compared & rows.unchanged());
-  counted.positions += first;
-  rows.move(rowsBelow<kRoom>(end - 1), key,
-            makeState(kTiedEntry, kTied | kLong << kLengthShift | k));
-  return true;
-}
-
-// Strains that leave together mostly come together, too. So the next to leave,
-// as many as have the key of the one that left last, and are followed in their
-// streams by suffixes of the key of the one that has come to wait, do so at
-// once: what keys tell of each is the same. Returns how many. The rows are in
-// their tables.
-template <int kRoom>
-int RowMerge<kRoom>::followAlike(int64_t key, Suffix* suffixes,
-                                 LcpEntry* entries, int room) {
-  const int64_t lastKey = rows_.keys[0];
-  const PackedString* const strings = front_.text().data();
-  Rows<kRoom> rows(rows_);
-  rows.load();
-  const Bits equal = rows.equal(key) & rowsBelow<kRoom>(rows_.count);
-  const int first = std::countr_zero(equal);
-  const int end = first + std::popcount(equal);
-  const Bits compared = rows.sharing(key) & rowsBelow<kRoom>(first) & ~Bits{1};
-  const LcpEntry own = entryOfKeys(lastKey, key);
-  const LcpEntry outside = entryOf(rows_.states[first]);
-
-  int count = 0;
-  int64_t states[kRoom];
-  for (; count < room && rows_.keys[count] == lastKey; count++) {
-    const int64_t state = rows_.states[count];
-    const int k = streamOf(state);
-    RowCursor& cursor = cursors_[k];
-    const Suffix* const next = cursor.current + 1;
-    if (cursor.upcomingKey != key || next >= cursor.lastTested) break;
-    if (strings[inputNumber(*next)].bits - 2 * next->pos < 64) break;
-    if (entries != nullptr) entries[count] = entryOf(state);
-    suffixes[count] = *cursor.current;
-    cursor.current = next;
-    cursor.upcomingKey = prefixKey(next[1]);
-    cursor.own = own;
-    tiedRows_.come(k, outside, end == rows_.count);
-    states[count] = makeState(kTiedEntry, kTied | kLong << kLengthShift | k);
-  }
-  std::copy(rows_.keys + count, rows_.keys + end, rows_.keys);
-  std::copy(rows_.states + count, rows_.states + end, rows_.states);
-  std::fill(rows_.keys + end - count, rows_.keys + end, key);
-  std::copy(states, states + count, rows_.states + end - count);
-
-  met_ += count;
-  Cost& cost = front_.cost;
-  const int comparisons = std::popcount(compared);
-  cost.comparisons += int64_t{count} * comparisons;
-  cost.settled += int64_t{count} * (comparisons + ownComparisons());
-  cost.unchanged += int64_t{count} * std::popcount(compared & rows.unchanged());
-  cost.positions += int64_t{count} * first - count * (count - 1) / 2;
-  return count;
-}
-
-// Finds the row of stream k's long suffix, whose key others have. A walk, but
-// only of those. `own` is its entry with the suffix emitted last.
-template <int kRoom>
-HWY_INLINE RowMove RowMerge<kRoom>::findAmongEqualKeys(const Rows<kRoom>& rows,
-                                                       int k,
-                                                       const Suffix& suffix,
-                                                       LcpEntry own) {
-  const int64_t key = prefixKey(suffix);
-  const Bits all = rowsBelow<kRoom>(rows_.count) & ~Bits{1};
-  const Bits below = rows.below(key) & all;
-  Bits compared = rows.sharing(key) & below;
-  const Bits unchanged = rows.unchanged();
-  Cost& cost = front_.cost;
-  cost.settled += std::popcount(compared);
-
-  RowMove move;
-  move.row = std::popcount(below) + 1;
-  const Bits equal = rows.equal(key) & all;
-  move.entry = move.row > 1 ? entryOfKeys(rows_.keys[move.row - 1], key) : own;
-  compared |=
-      walk_.compareEqualKeys(k, suffix, move.row + std::popcount(equal), move);
-  cost.comparisons += std::popcount(compared);
-  cost.unchanged += std::popcount(compared & unchanged);
-  cost.positions += std::min(move.row, rows_.count - 1);
-  return move;
 }
 
 // Moves the head, with its new key. The rows are in their tables, too. Returns
@@ -410,10 +280,9 @@ void RowMerge<kRoom>::moveHead(int k) {
   bool settled = clear && lastKey < key;
   Walked counted;
   if (settled && equal != 0) {
-    if (wait(rows, k, key, own, equal, counted)) {
+    if (arrivals_.wait(rows, k, key, own, equal, counted)) {
       met_++;
-      counted.settled += ownComparisons();
-      count(counted);
+      counted.addTo(front_.cost);
       rows.store();
       return;
     }
@@ -428,12 +297,12 @@ void RowMerge<kRoom>::moveHead(int k) {
   if (settled) {
     moveByKey(rows, rowsBelow<kRoom>(rows_.count - 1), k, key, counted);
     counted.settled += ownComparisons();
-    count(counted);
+    counted.addTo(front_.cost);
   } else {
     tiedRows_.settleAll();
     rows.load();
     const RowMove move = clear && front_.ascends
-                             ? findAmongEqualKeys(rows, k, suffix, own)
+                             ? walk_.findAmongEqualKeys(rows, k, suffix, own)
                              : walk_.find(k, suffix, own);
     // Where prefix words contradict the strings, the list goes on.
     if (key < rows_.keys[move.row - 1] || key > rows_.keys[move.row]) {
@@ -462,15 +331,6 @@ void RowMerge<kRoom>::advanceHead() {
   }
   cursors_[k].current = stream.current();
   moveHead(k);
-}
-
-template <int kRoom>
-void RowMerge<kRoom>::count(const Walked& walked) {
-  Cost& cost = front_.cost;
-  cost.comparisons += walked.comparisons;
-  cost.unchanged += walked.unchanged;
-  cost.positions += walked.positions;
-  cost.settled += walked.settled;
 }
 
 // The streams do not follow on the hot path.

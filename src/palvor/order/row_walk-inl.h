@@ -1,6 +1,6 @@
-// Walks of the rows (palvor/order/key_rows.h) that compare suffix by suffix:
-// where prefix words don't tell a suffix's row. Compiled once for each target
-// that has vectors.
+// Walks of the rows (palvor/order/key_rows.h): what keys tell of them, and
+// those that compare suffix by suffix, where prefix words don't tell a suffix's
+// row. Compiled once for each target that has vectors.
 
 #if defined(PALVOR_ORDER_ROW_WALK_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef PALVOR_ORDER_ROW_WALK_INL_H_
@@ -11,11 +11,16 @@
 
 #include <hwy/highway.h>
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 
+#include "palvor/order/cost.h"
 #include "palvor/order/front.h"
 #include "palvor/order/row_cursor.h"
 #include "palvor/order/row_tables.h"
+#include "palvor/order/rows-inl.h"
+#include "palvor/order/rows_avx512-inl.h"
 #include "palvor/simd/vectors-inl.h"
 
 PALVOR_BEFORE_NAMESPACE();
@@ -24,13 +29,38 @@ namespace HWY_NAMESPACE {
 
 #if PALVOR_HAS_VECTORS
 
+// What walks have done that keys tell, gathered in registers.
+struct Walked {
+  int64_t comparisons = 0;
+  int64_t unchanged = 0;
+  int64_t positions = 0;
+  int64_t settled = 0;
+
+  // Some rows were compared, `times` times.
+  template <int kRoom>
+  HWY_INLINE void compare(const Rows<kRoom>& rows, RowBits<kRoom> compared,
+                          int times = 1) {
+    const int64_t count = int64_t{times} * std::popcount(compared);
+    comparisons += count;
+    settled += count;
+    unchanged += int64_t{times} * std::popcount(compared & rows.unchanged());
+  }
+
+  void addTo(Cost& cost) const {
+    cost.comparisons += comparisons;
+    cost.unchanged += unchanged;
+    cost.positions += positions;
+    cost.settled += settled;
+  }
+};
+
 template <int kRoom>
 class RowWalk {
  public:
   using Bits = RowBits<kRoom>;
 
   // `cursors` are those of all streams. All of them must outlive it.
-  RowWalk(Front& front, const RowTables& rows, const RowCursor* cursors)
+  RowWalk(Front& front, RowTables& rows, const RowCursor* cursors)
       : front_(front), rows_(rows), cursors_(cursors) {}
 
   // The state of a listed suffix with this entry.
@@ -43,34 +73,37 @@ class RowWalk {
   // new suffix's entry with the suffix emitted last.
   RowMove find(int k, const Suffix& suffix, LcpEntry own);
 
-  // Walks the rows that have the key of stream k's suffix, from where a move
-  // goes up to `end`, and moves it on. Returns those that were compared, which
-  // are not counted yet.
-  Bits compareEqualKeys(int k, const Suffix& suffix, int end, RowMove& move);
+  // The same for a long suffix that begins with no listed one, and whose key
+  // others have: only of those, since keys tell the rest. The rows are in their
+  // tables, too.
+  HWY_INLINE RowMove findAmongEqualKeys(const Rows<kRoom>& rows, int k,
+                                        const Suffix& suffix, LcpEntry own);
+
+  // Walks rows with stream k's suffix from where a move goes, up to `end`, and
+  // moves it on. Counts the comparisons, but not the positions.
+  void walk(int k, const Suffix& suffix, int end, RowMove& move);
 
  private:
   Front& front_;
-  const RowTables& rows_;
+  RowTables& rows_;
   const RowCursor* cursors_;
 };
 
 template <int kRoom>
-HWY_INLINE typename RowWalk<kRoom>::Bits RowWalk<kRoom>::compareEqualKeys(
-    int k, const Suffix& suffix, int end, RowMove& move) {
+HWY_NOINLINE void RowWalk<kRoom>::walk(int k, const Suffix& suffix, int end,
+                                       RowMove& move) {
   Cost& cost = front_.cost;
-  Bits compared = 0;
   int shared = lcpBits(move.entry);
   for (int& row = move.row; row < end; row++) {
-    const LcpEntry stored = entryOf(rows_.states[row]);
+    const int64_t state = rows_.states[row];
+    const LcpEntry stored = entryOf(state);
     if (shared > lcpBits(stored)) break;
     if (shared < lcpBits(stored)) continue;
-    compared |= Bits{1} << row;
-    const int i = streamOf(rows_.states[row]);
+    const int i = streamOf(state);
     const Comparison found =
         front_.compare(i, *cursors_[i].current, k, suffix, shared);
     cost.add(found);
-    cost.found64 += found.common >= 64 ? 1 : 0;
-    cost.found64More += found.common >= shared + 64 ? 1 : 0;
+    cost.addListed(shared, found.common, (state & kUnchanged) != 0);
     const LcpEntry entry = entryOf(found);
     if (found.after()) {
       move.entry = stored;
@@ -81,35 +114,34 @@ HWY_INLINE typename RowWalk<kRoom>::Bits RowWalk<kRoom>::compareEqualKeys(
     move.entry = entry;
     shared = found.common;
   }
-  return compared;
 }
 
 template <int kRoom>
-HWY_NOINLINE RowMove RowWalk<kRoom>::find(int k, const Suffix& suffix,
-                                          LcpEntry own) {
+RowMove RowWalk<kRoom>::find(int k, const Suffix& suffix, LcpEntry own) {
   RowMove move;
   move.entry = own;
-  int shared = lcpBits(own);
-  for (; move.row < rows_.count; move.row++) {
-    front_.cost.positions++;
-    const LcpEntry stored = entryOf(rows_.states[move.row]);
-    if (shared > lcpBits(stored)) break;
-    if (shared < lcpBits(stored)) continue;
-    const int i = streamOf(rows_.states[move.row]);
-    const Comparison found =
-        front_.compare(i, *cursors_[i].current, k, suffix, shared);
-    front_.cost.add(found);
-    front_.cost.addListed(shared, found.common, cursors_[i].own == stored);
-    const LcpEntry between = entryOf(found);
-    if (found.after()) {
-      move.changes = true;
-      move.nextEntry = between;
-      move.entry = stored;
-      return move;
-    }
-    move.entry = between;
-    shared = found.common;
-  }
+  walk(k, suffix, rows_.count, move);
+  front_.cost.positions += std::min(move.row, rows_.count - 1);
+  return move;
+}
+
+template <int kRoom>
+HWY_INLINE RowMove RowWalk<kRoom>::findAmongEqualKeys(const Rows<kRoom>& rows,
+                                                      int k,
+                                                      const Suffix& suffix,
+                                                      LcpEntry own) {
+  const int64_t key = prefixKey(suffix);
+  const Bits all = rowsBelow<kRoom>(rows_.count) & ~Bits{1};
+  const Bits below = rows.below(key) & all;
+  Walked counted;
+  counted.compare(rows, static_cast<Bits>(rows.sharing(key) & below));
+
+  RowMove move;
+  move.row = std::popcount(below) + 1;
+  move.entry = move.row > 1 ? entryOfKeys(rows_.keys[move.row - 1], key) : own;
+  walk(k, suffix, move.row + std::popcount(rows.equal(key) & all), move);
+  counted.positions = std::min(move.row, rows_.count - 1);
+  counted.addTo(front_.cost);
   return move;
 }
 

@@ -118,7 +118,7 @@ class Rows {
   }
 
   // The state of a row.
-  HWY_INLINE int64_t stateOf(int row) const { return tables_.states[row]; }
+  HWY_INLINE int64_t stateAt(int row) const { return tables_.states[row]; }
 
  private:
   using Tag = hn::CappedTag<int64_t, 4>;

@@ -213,7 +213,7 @@ class Rows {
   }
 
   // The state of a row.
-  HWY_INLINE int64_t stateOf(int row) const {
+  HWY_INLINE int64_t stateAt(int row) const {
     for (int g = 0; g < kGroups; g++) {
       hn::Store(states_[g], Tag(), tables_.states + kLanes * g);
     }

@@ -257,13 +257,7 @@ void TiedRows<kRoom>::settleByComparing(int first, int row) {
   RowMove move;
   move.row = first;
   move.entry = arrivals_[k].outside;
-  const RowBits<kRoom> compared =
-      walk_.compareEqualKeys(k, *cursors_[k].current, row, move);
-  cost_.comparisons += std::popcount(compared);
-  for (RowBits<kRoom> rest = compared; rest != 0; rest &= rest - 1) {
-    cost_.unchanged +=
-        (states[std::countr_zero(rest)] & kUnchanged) != 0 ? 1 : 0;
-  }
+  walk_.walk(k, *cursors_[k].current, row, move);
   cost_.positions += move.row - first;
   if (arrivals_[k].isLast && move.row == row) cost_.positions--;
 

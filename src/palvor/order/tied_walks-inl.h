@@ -144,16 +144,6 @@ HWY_INLINE Ints wordsOf(Ints visit, Ints known, Ints entry) {
                  hn::ShiftRight<5>(hn::Add(known, start)));
 }
 
-// In 64 bits: lanes together can be more than fits into one.
-HWY_INLINE int64_t sumOf(Ints numbers) {
-  const IntTag tag;
-  const hn::Half<IntTag> half;
-  const hn::Repartition<int64_t, IntTag> wide;
-  return hn::GetLane(hn::SumOfLanes(
-      wide, hn::Add(hn::PromoteTo(wide, hn::LowerHalf(half, numbers)),
-                    hn::PromoteTo(wide, hn::UpperHalf(half, numbers)))));
-}
-
 HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
   const IntTag tag;
   const Ints one = allInts(1);
@@ -180,8 +170,8 @@ HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
                    mask, wordsOf(met, hn::Max(known, allInts(64)), entry)));
     add(counted.comparisons, mask);
     add(counted.found64More,
-        hn::And(mask, hn::Gt(hn::ShiftRight<1>(entry),
-                             hn::Add(known, allInts(63)))));
+        hn::And(mask,
+                hn::Gt(hn::ShiftRight<1>(entry), hn::Add(known, allInts(63)))));
   };
 
   // To the left: of those that were there, the last one that was met, and the

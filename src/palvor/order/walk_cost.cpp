@@ -95,7 +95,7 @@ HWY_INLINE int addOfBlock(Cost& cost, const Block& block, int end, int bits,
                       addLong(cost, block, from, bits, stored, found, found64));
     }
   }
-  cost.words += hn::GetLane(hn::SumOfLanes(tag, words));
+  cost.words += sumOf(words);
   return common;
 }
 

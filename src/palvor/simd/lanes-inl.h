@@ -33,6 +33,16 @@ constexpr int kIntLanes = static_cast<int>(hn::MaxLanes(IntTag()));
 
 HWY_INLINE Ints allInts(int number) { return hn::Set(IntTag(), number); }
 
+// The sum of all lanes, which can be more than fits into one.
+HWY_INLINE int64_t sumOf(Ints numbers) {
+  const IntTag tag;
+  const hn::Half<IntTag> half;
+  const hn::Repartition<int64_t, IntTag> wide;
+  return hn::GetLane(hn::SumOfLanes(
+      wide, hn::Add(hn::PromoteTo(wide, hn::LowerHalf(half, numbers)),
+                    hn::PromoteTo(wide, hn::UpperHalf(half, numbers)))));
+}
+
 // Numbers of a table, by their places in it. Highway's own (GatherIndex) takes
 // the table for one that nothing else writes to, and can give what it held
 // earlier.

@@ -67,8 +67,7 @@ inline constexpr auto kSymbolKeys = [] {
     const uint32_t own = pair & 7;
     const uint32_t anchors = pair >> 3;
     const uint32_t bits = sharedBits(own, anchors);
-    keys[pair] = (own > anchors ? kUpwards : 0) |
-                 (own == anchors ? kSame : 0) |
+    keys[pair] = (own > anchors ? kUpwards : 0) | (own == anchors ? kSame : 0) |
                  uint64_t{own > anchors ? ~bits : bits} << kBitsShift |
                  uint64_t{own} << kSymbolShift;
   }
