@@ -115,6 +115,24 @@ TEST(Processors, GoTheSameWayWhereOrderBreaks) {
   }
 }
 
+// Copies of one unit that leave it in the same way, before text of their own:
+// too many for what comes behind to be put into order beforehand, so that equal
+// second keys tell nothing.
+TEST(Processors, OrderAlikeWhatHasNoRanks) {
+  palvor::Genomes genomes(1);
+  const std::string unit = "GAAT" + genomes.unrelated(34);
+  Collection collection;
+  collection.texts.resize(8);
+  collection.texts[0] = unit + "A" + genomes.unrelated(60);
+  for (size_t copy = 0; copy < 4300; copy++) {
+    std::string text = unit;
+    if (copy % 30 == 0) text[8 + genomes.below(30)] = 'T';
+    collection.texts[copy % 8] += text + "C" + genomes.unrelated(28);
+  }
+  const DataFolder folder(collection);
+  expectAlike(folder, arrayOptions(folder));
+}
+
 // Matches that end within an excerpt, behind it, and far behind it.
 TEST(Processors, CompareLongMatchesAlike) {
   Collection collection = strains(6, 12000, 6000);
