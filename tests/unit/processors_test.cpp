@@ -115,6 +115,30 @@ TEST(Processors, GoTheSameWayWhereOrderBreaks) {
   }
 }
 
+// Two records of one stream have changed places: blocks go on as the list, too.
+TEST(Processors, GoTheSameWayWhereManyStreamsBreakTheOrder) {
+  for (const int streams : {17, 65}) {
+    const DataFolder folder(strains(streams, 200, 100));
+    std::string array = folder.bytes("x_0.stpsa");
+    std::swap_ranges(array.begin() + 16 * 20, array.begin() + 16 * 21,
+                     array.begin() + 16 * 60);
+    folder.write("x_0.stpsa", array);
+    EXPECT_TRUE(
+        expectAlike(folder, arrayOptions(folder)).starts_with("comparisons"));
+  }
+}
+
+// 32 times T are the largest prefix words, as they stand behind the last row.
+TEST(Processors, CountNoRowsWithoutASuffix) {
+  Collection collection;
+  for (size_t streams = 1; streams < 64; streams += streams + 1) {
+    collection.texts.resize(streams, "GAC");
+    collection.texts[0] = std::string(40, 'T') + "CAG";
+    const DataFolder folder(collection);
+    expectAlike(folder, arrayOptions(folder));
+  }
+}
+
 // Copies of one unit that leave it in the same way, before text of their own:
 // too many for what comes behind to be put into order beforehand, so that equal
 // second keys tell nothing.
