@@ -146,12 +146,12 @@ TEST(Processors, OrderAlikeWhatHasNoRanks) {
   palvor::Genomes genomes(1);
   const std::string unit = "GAAT" + genomes.unrelated(34);
   Collection collection;
-  collection.texts.resize(8);
+  collection.texts.resize(20);
   collection.texts[0] = unit + "A" + genomes.unrelated(60);
   for (size_t copy = 0; copy < 4300; copy++) {
     std::string text = unit;
     if (copy % 30 == 0) text[8 + genomes.below(30)] = 'T';
-    collection.texts[copy % 8] += text + "C" + genomes.unrelated(28);
+    collection.texts[copy % 20] += text + "C" + genomes.unrelated(28);
   }
   const DataFolder folder(collection);
   expectAlike(folder, arrayOptions(folder));
