@@ -56,12 +56,12 @@ void testSizes(const MergeOptions& options) {
   }
 }
 
-// As many partitions as inputs are read. Were there others that are not empty,
-// the records of arrays that number their inputs from zero would get other
-// inputs' numbers.
+// Partitions beyond the number of inputs count as empty. If they are not, the
+// records of arrays behind them that number their inputs from zero would get
+// other inputs' numbers.
 void testOrigins(const Lengths& lengths, const DataPaths& paths) {
+  if (!lengths.leftPartitionOut) return;
   const int inputs = lengths.inputs();
-  if (static_cast<int>(lengths.partitions.size()) <= inputs) return;
   long long covered = 0;
   for (int j = 0; j < inputs; j++) {
     covered += lengths.partitions[static_cast<size_t>(j)];

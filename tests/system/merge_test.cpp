@@ -50,4 +50,30 @@ TEST(Merge, IgnoresWhatIsNotNeeded) {
   EXPECT_EQ(folder.bytes("x.stpsa"), array);
 }
 
+// More partitions than inputs, the empty ones anywhere.
+TEST(Merge, CountsInputsPastEmptyPartitions) {
+  const DataFolder folder{Collection{{"GATTACA", "TACA"}}};
+  ASSERT_EQ(folder.merge("-a -l").status, 0);
+  const std::string array = folder.bytes("x.stpsa");
+  const std::string first = folder.bytes("x_0.stpsa");
+  std::string second = folder.bytes("x_1.stpsa");
+  for (size_t at = 0; at < second.size(); at += 16) second[at] &= 3;
+  using Parts = std::vector<uint32_t>;
+  for (const Parts& parts :
+       {Parts{1, 0, 1}, Parts{0, 1, 1}, Parts{1, 0, 0, 1}, Parts{1, 1, 0}}) {
+    folder.writeWords("x.stplengths", parts);
+    const std::string* next = &first;
+    for (size_t j = 0; j < parts.size(); j++) {
+      folder.write("x_" + std::to_string(j) + ".stpsa",
+                   parts[j] != 0 ? *next : "");
+      if (parts[j] != 0) next = &second;
+    }
+    const Outcome outcome = folder.merge("-a -l -z");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(folder.bytes("x.stpsa"), array);
+  }
+  folder.writeWords("x.stplengths", {0, 0, 1, 1});
+  EXPECT_EQ(folder.merge("-a -l -z").status, 1) << "the third is left out";
+}
+
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <string>
 #include <vector>
 
 #include "support/data_folder.h"
@@ -37,8 +39,22 @@ TEST_F(LengthsFiles, GiveAStreamForEachInputOrPartition) {
 TEST_F(LengthsFiles, TakePartitionsUpToTheNumberOfInputs) {
   folder_.write("x.stplengths", bytesOf({7, 8, 9, 6, 5}) + "odd");
   EXPECT_EQ(read().partitions, (Table{7, 8, 9, 0, 0}));
+  EXPECT_TRUE(read().leftPartitionOut);
+  folder_.writeWords("x.stplengths", {2, 0, 0, 0, 1});
+  EXPECT_EQ(read().partitions, (Table{2, 0, 0, 0, 0}));
+  EXPECT_FALSE(read().leftPartitionOut) << "none is behind the last";
   folder_.write("x.stplengths", "odd");
   EXPECT_EQ(read().partitions, Table{}) << "too short to be one";
+}
+
+TEST_F(LengthsFiles, TakeNoPartitionsFromAFileThatIsOutOfReach) {
+  const std::string circle = folder_.path("circle");
+  std::filesystem::create_symlink(circle, circle);
+  for (const std::string& path : {folder_.path("x.stlengths/x.stplengths"),
+                                  circle, std::string("/dev/null")}) {
+    paths_.partitions = path;
+    EXPECT_EQ(read().partitions, Table{}) << path;
+  }
 }
 
 TEST_F(LengthsFiles, BlameTheFileThatIsMissing) {

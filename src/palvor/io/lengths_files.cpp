@@ -61,10 +61,17 @@ int countInputs(const DataPaths& paths) {
   return countOf(size, paths.lengths, "lengths", "inputs");
 }
 
+// Whether a path that cannot be examined leads to no file that can be had.
+bool leadsNowhere(int reason) {
+  return reason == ENOENT || reason == ENOTDIR || reason == ELOOP ||
+         reason == EACCES;
+}
+
 int countPartitions(const DataPaths& paths, int mostInputs) {
   const int64_t size = fileSize(paths.partitions);
-  // Missing, it means none; unreadable, it might have named some.
-  if (size < 0 ? errno != ENOENT : isStream(paths.partitions)) {
+  // Out of reach, it means none, as if it were missing or empty. If the system
+  // failed, it might have named some.
+  if (size < 0 && !leadsNowhere(errno)) {
     fail("could not access partitions file %s: %s", paths.partitions.c_str(),
          std::strerror(errno));
   }
@@ -78,6 +85,17 @@ int countPartitions(const DataPaths& paths, int mostInputs) {
         paths.partitions.c_str());
   }
   return count;
+}
+
+// Zeroes the entries beyond the first `count`. Whether one of them, but the
+// last, was not 0.
+bool leaveOut(std::vector<uint32_t>& entries, size_t count) {
+  bool found = false;
+  for (size_t k = count; k < entries.size(); k++) {
+    if (k + 1 < entries.size() && entries[k] != 0) found = true;
+    entries[k] = 0;
+  }
+  return found;
 }
 
 }  // namespace
@@ -109,7 +127,7 @@ Lengths readLengths(const DataPaths& paths, int mostInputs) {
   if (lengths.partitions.empty()) return lengths;
 
   read = readEntries(paths.partitions, lengths.partitions.data(),
-                     std::min(count, lengths.partitions.size()));
+                     lengths.partitions.size());
   if (!read.opened) {
     fail(read.blame, "Could not open partitions file \"%s\"",
          paths.partitions.c_str());
@@ -118,6 +136,7 @@ Lengths readLengths(const DataPaths& paths, int mostInputs) {
     fail(read.blame, "could not read partitions file \"%s\"",
          paths.partitions.c_str());
   }
+  lengths.leftPartitionOut = leaveOut(lengths.partitions, count);
   return lengths;
 }
 

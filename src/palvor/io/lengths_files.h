@@ -20,6 +20,8 @@ struct Lengths {
   std::vector<uint32_t> characters;  // per input, as the file gives it
   std::vector<uint32_t> bits;        // per input, of its packed string
   std::vector<uint32_t> partitions;  // per partition; empty without the file
+  // Whether an entry that was left out, and has others behind it, is not 0.
+  bool leftPartitionOut = false;
 
   int inputs() const { return static_cast<int>(characters.size()); }
 
@@ -32,8 +34,9 @@ struct Lengths {
 // Reads the lengths files. Of the inputs, the first `mostInputs` are taken, all
 // if that is 0; it must be 0 where there is a partitions file. A remainder of
 // fewer than four bytes is ignored. As many partitions' entries as there are
-// inputs are read, those beyond are 0. Fails if a file cannot be read or is too
-// short; a missing partitions file means that there are none.
+// inputs are taken, those beyond are left out and 0. Fails if a file cannot be
+// read or is too short; a partitions file that is missing or out of reach means
+// that there are none.
 Lengths readLengths(const DataPaths& paths, int mostInputs);
 
 }  // namespace palvor
