@@ -36,21 +36,21 @@ struct Walked {
   int64_t positions = 0;
   int64_t settled = 0;
 
-  // Some rows were compared, `times` times.
+  // Some rows were compared.
   template <int kRoom>
-  HWY_INLINE void compare(const Rows<kRoom>& rows, RowBits<kRoom> compared,
-                          int times = 1) {
-    const int64_t count = int64_t{times} * std::popcount(compared);
+  HWY_INLINE void compare(const Rows<kRoom>& rows, RowBits<kRoom> compared) {
+    const int count = std::popcount(compared);
     comparisons += count;
     settled += count;
-    unchanged += int64_t{times} * std::popcount(compared & rows.unchanged());
+    unchanged += std::popcount(compared & rows.unchanged());
   }
 
-  void addTo(Cost& cost) const {
-    cost.comparisons += comparisons;
-    cost.unchanged += unchanged;
-    cost.positions += positions;
-    cost.settled += settled;
+  // So many walks have each done this.
+  void addTo(Cost& cost, int walks = 1) const {
+    cost.comparisons += walks * comparisons;
+    cost.unchanged += walks * unchanged;
+    cost.positions += walks * positions;
+    cost.settled += walks * settled;
   }
 };
 

@@ -106,8 +106,7 @@ HWY_INLINE bool TiedArrivals<kRoom>::wait(Rows<kRoom>& rows, int k, int64_t key,
 
 template <int kRoom>
 HWY_NOINLINE int TiedArrivals<kRoom>::followAlike(int64_t key, Suffix* suffixes,
-                                                  LcpEntry* entries,
-                                                  int room) {
+                                                  LcpEntry* entries, int room) {
   const int64_t lastKey = rows_.keys[0];
   Rows<kRoom> rows(rows_);
   rows.load();
@@ -116,6 +115,13 @@ HWY_NOINLINE int TiedArrivals<kRoom>::followAlike(int64_t key, Suffix* suffixes,
   const int end = first + std::popcount(equal);
   const LcpEntry own = entryOfKeys(lastKey, key);
   const LcpEntry outside = entryOf(rows_.states[first]);
+  const bool isUnchanged = (rows_.states[first] & kUnchanged) != 0;
+  // Each of them might be the first, then (TiedRows::knowsFirst).
+  if ((own == outside) != isUnchanged) return 0;
+  Walked each;
+  each.settled = 1;  // the own entry
+  each.compare(rows, static_cast<Bits>(rows.sharing(key) &
+                                       rowsBelow<kRoom>(first) & ~Bits{1}));
 
   int count = 0;
   int64_t states[kRoom];
@@ -142,15 +148,9 @@ HWY_NOINLINE int TiedArrivals<kRoom>::followAlike(int64_t key, Suffix* suffixes,
   std::fill_n(replace(rows_.keys), count, key);
   std::copy_n(states, count, replace(rows_.states));
 
-  Walked counted;
-  counted.compare(
-      rows,
-      static_cast<Bits>(rows.sharing(key) & rowsBelow<kRoom>(first) & ~Bits{1}),
-      count);
-  counted.settled += count;
+  each.addTo(cost_, count);
   // One row less to pass each time.
-  counted.positions = count * first - count * (count - 1) / 2;
-  counted.addTo(cost_);
+  cost_.positions += count * first - count * (count - 1) / 2;
   return count;
 }
 
