@@ -9,7 +9,7 @@
 #include <numeric>
 #include <system_error>
 
-#include "kit/sequence_reader.h"
+#include "kit/sequences/sequence_reader.h"
 
 namespace kit {
 namespace {

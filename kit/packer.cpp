@@ -3,7 +3,7 @@
 #include <bit>
 #include <cstring>
 
-#include "kit/psa_text.h"
+#include "kit/prepare/psa_text.h"
 
 namespace kit {
 namespace {

@@ -11,9 +11,9 @@
 #include <system_error>
 #include <utility>
 
-#include "kit/engine_error.h"
 #include "kit/file_error.h"
 #include "kit/folders.h"
+#include "kit/merge/engine_error.h"
 #include "kit/ordered_checksum.h"
 #include "kit/output_file.h"
 #include "kit/record_file.h"

@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/range_merger.h"
+#include "kit/merge/range_merger.h"
 
 namespace kit {
 

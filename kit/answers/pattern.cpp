@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "kit/file_error.h"
-#include "kit/sequence_reader.h"
+#include "kit/sequences/sequence_reader.h"
 
 namespace kit {
 namespace {

@@ -7,9 +7,9 @@
 
 #include "kit/build/machine.h"
 #include "kit/memory_option.h"
-#include "kit/merge.h"
+#include "kit/merge/merge.h"
 #include "kit/needs.h"
-#include "kit/preparation.h"
+#include "kit/prepare/preparation.h"
 #include "kit/records.h"
 
 namespace kit {

@@ -10,11 +10,11 @@
 #include <utility>
 
 #include "kit/build/checksums.h"
-#include "kit/check.h"
+#include "kit/check/check.h"
 #include "kit/file_error.h"
 #include "kit/folders.h"
 #include "kit/input_table.h"
-#include "kit/merge.h"
+#include "kit/merge/merge.h"
 #include "kit/message.h"
 
 namespace kit {

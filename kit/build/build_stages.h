@@ -10,7 +10,7 @@
 #include "kit/build/build_means.h"
 #include "kit/build/result_folder.h"
 #include "kit/build/result_manifest.h"
-#include "kit/prepare.h"
+#include "kit/prepare/prepare.h"
 
 namespace kit {
 
