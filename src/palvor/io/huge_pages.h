@@ -2,10 +2,8 @@
 // to find its page first, and each page that is touched for the first time
 // costs.
 
-#ifndef PALVOR_TEXT_HUGE_PAGES_H_
-#define PALVOR_TEXT_HUGE_PAGES_H_
-
-#include <sys/mman.h>
+#ifndef PALVOR_IO_HUGE_PAGES_H_
+#define PALVOR_IO_HUGE_PAGES_H_
 
 #include <cstddef>
 #include <new>
@@ -13,7 +11,19 @@
 
 namespace palvor {
 
-// An allocator that asks for huge pages for what fills some.
+constexpr size_t kHugePage = size_t{2} << 20;  // bytes; the usual size
+
+// These bytes, in as many whole huge pages as hold them.
+constexpr size_t wholeHugePages(size_t bytes) {
+  return (bytes + kHugePage - 1) / kHugePage * kHugePage;
+}
+
+// Asks for huge pages where so many bytes of mapped memory hold whole ones. It
+// is advice: a refusal changes nothing.
+void askForHugePages(void* memory, size_t bytes);
+
+// An allocator that asks for huge pages for what fills half of one, at least.
+// Throws std::bad_alloc.
 template <typename Element>
 class HugePages {
  public:
@@ -24,32 +34,29 @@ class HugePages {
   explicit HugePages(const HugePages<Other>&) {}
 
   Element* allocate(size_t count) {
-    if (!fillsSome(count)) {
+    if (!isLarge(count)) {
       return static_cast<Element*>(operator new(count * sizeof(Element)));
     }
-    const size_t bytes = (count * sizeof(Element) + kPage - 1) / kPage * kPage;
-    void* block = operator new (bytes, std::align_val_t{kPage});
-    madvise(block, bytes, MADV_HUGEPAGE);  // a refusal changes nothing
+    const size_t bytes = wholeHugePages(count * sizeof(Element));
+    void* block = operator new (bytes, std::align_val_t{kHugePage});
+    askForHugePages(block, bytes);
     return static_cast<Element*>(block);
   }
 
   void deallocate(Element* block, size_t count) {
-    if (!fillsSome(count)) {
+    if (!isLarge(count)) {
       operator delete(block);
     } else {
-      operator delete (block, std::align_val_t{kPage});
+      operator delete (block, std::align_val_t{kHugePage});
     }
   }
 
   friend bool operator==(const HugePages&, const HugePages&) { return true; }
 
  private:
-  // Half of one, at least.
-  static bool fillsSome(size_t count) {
-    return count * sizeof(Element) >= kPage / 2;
+  static bool isLarge(size_t count) {
+    return count * sizeof(Element) >= kHugePage / 2;
   }
-
-  static constexpr size_t kPage = size_t{2} << 20;  // bytes; the usual size
 };
 
 template <typename Element>
@@ -57,4 +64,4 @@ using HugeTable = std::vector<Element, HugePages<Element>>;
 
 }  // namespace palvor
 
-#endif  // PALVOR_TEXT_HUGE_PAGES_H_
+#endif  // PALVOR_IO_HUGE_PAGES_H_
