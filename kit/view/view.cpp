@@ -46,9 +46,8 @@ class FileView {
     addColumns(columns, {"genome", "sequence", "start", "strand"});
     printRecords<Suffix>(columns, [&](uint64_t index, const Suffix& suffix) {
       const uint64_t input = inputNumber(suffix);
-      Cells cells = {
-          index, input, uint64_t{suffixFlags(suffix)}, uint64_t{suffix.pos},
-          charactersOf(uint64_t{suffix.prefix0} << 32 | suffix.prefix1)};
+      Cells cells = {index, input, uint64_t{suffixFlags(suffix)},
+                     uint64_t{suffix.pos}, charactersOf(prefixBits(suffix))};
       addPlace(cells, origin + input, suffix.pos);
       return cells;
     });
@@ -58,7 +57,8 @@ class FileView {
     printRecords<LcpEntry>({"record", "bits", "characters", "firstbit"},
                            [](uint64_t index, LcpEntry entry) -> Cells {
                              return {index, uint64_t{entry >> 1},
-                                     uint64_t{entry >> 2}, uint64_t{entry & 1}};
+                                     uint64_t{lcpCharacters(entry)},
+                                     uint64_t{entry & 1}};
                            });
   }
 
