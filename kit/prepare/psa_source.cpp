@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
 
 #include "kit/packer.h"
+#include "kit/sequences/source_file.h"
 
 namespace kit {
 namespace {

@@ -3,9 +3,11 @@
 #ifndef PALVOR_KIT_PREPARE_PSA_SOURCE_H_
 #define PALVOR_KIT_PREPARE_PSA_SOURCE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kit/prepare/psa_text.h"
@@ -52,9 +54,6 @@ class PsaSource {
   bool next(PsaText& psa);
 
   const ReadingSummary& summary() const { return summary_; }
-
-  // Files read to their end, for the progress.
-  size_t filesRead() const { return fileIndex_; }
 
  private:
   void reserve(PsaText& psa) const;

@@ -15,9 +15,6 @@
 
 namespace kit {
 
-// A path as messages name it: "-" is "standard input".
-std::string sourceName(const std::string& path);
-
 class ByteSource {
  public:
   virtual ~ByteSource() = default;

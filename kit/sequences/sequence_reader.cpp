@@ -6,6 +6,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "kit/sequences/source_file.h"
+
 namespace kit {
 namespace {
 

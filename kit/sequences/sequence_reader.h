@@ -17,6 +17,7 @@
 #define PALVOR_KIT_SEQUENCES_SEQUENCE_READER_H_
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
