@@ -3,8 +3,6 @@
 #include <bit>
 #include <cstring>
 
-#include "kit/prepare/psa_text.h"
-
 namespace kit {
 namespace {
 

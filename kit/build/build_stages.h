@@ -3,6 +3,7 @@
 #ifndef PALVOR_KIT_BUILD_BUILD_STAGES_H_
 #define PALVOR_KIT_BUILD_BUILD_STAGES_H_
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>

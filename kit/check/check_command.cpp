@@ -5,6 +5,7 @@
 
 #include "kit/check/check.h"
 #include "kit/commands.h"
+#include "kit/jobs_option.h"
 
 namespace kit {
 
@@ -36,9 +37,7 @@ void addCheck(CLI::App& app) {
   command->add_flag("--all", options->goOn,
                     "report all faults, instead of stopping at the first");
   command->add_flag("--json", options->json, "report as JSON lines");
-  command->add_option("-j,--jobs", options->jobs, "threads that share the work")
-      ->check(CLI::Range(1, 1024))
-      ->capture_default_str();
+  addJobs(*command, options->jobs);
   command
       ->add_option(
           "--range", options->range,

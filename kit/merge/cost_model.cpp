@@ -6,8 +6,8 @@
 #include <limits>
 #include <stdexcept>
 
+#include "kit/amounts.h"
 #include "kit/merge/range_merger.h"
-#include "kit/needs.h"
 #include "kit/prepare/preparation.h"
 #include "kit/records.h"
 

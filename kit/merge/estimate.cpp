@@ -4,10 +4,11 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
+#include "kit/amounts.h"
 #include "kit/merge/engine_error.h"
 #include "kit/message.h"
-#include "kit/needs.h"
 #include "kit/standard_output.h"
 #include "palvor/range/array_reader.h"
 

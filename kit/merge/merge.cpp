@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "kit/amounts.h"
 #include "kit/empty_folders.h"
 #include "kit/folders.h"
 #include "kit/merge/array_output.h"
@@ -17,7 +18,6 @@
 #include "kit/merge/range_sink.h"
 #include "kit/merge/range_trees.h"
 #include "kit/message.h"
-#include "kit/needs.h"
 #include "kit/range_work.h"
 #include "palvor/range/cuts.h"
 #include "palvor/range/ranges.h"

@@ -2,6 +2,7 @@
 
 #include "kit/merge/merge_options.h"
 
+#include "kit/jobs_option.h"
 #include "kit/memory_option.h"
 
 namespace kit {
@@ -26,9 +27,7 @@ void addMergePlaces(CLI::App& command, MergePlaces& places) {
 }
 
 void addMergeMeans(CLI::App& command, MergeMeans& means) {
-  command.add_option("-j,--jobs", means.jobs, "threads that share the work")
-      ->check(CLI::Range(1, 1024))
-      ->capture_default_str();
+  addJobs(command, means.jobs);
   addMemoryOption(command, means.memory, "memory to do with, such as 8G");
 }
 

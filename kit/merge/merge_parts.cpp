@@ -5,18 +5,21 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 #include <vector>
 
+#include "kit/amounts.h"
 #include "kit/file_error.h"
 #include "kit/folders.h"
 #include "kit/merge/array_output.h"
+#include "kit/merge/collection_checksum.h"
 #include "kit/merge/engine_error.h"
 #include "kit/merge/range_sink.h"
 #include "kit/merge/staged_slices.h"
 #include "kit/message.h"
-#include "kit/needs.h"
 #include "kit/progress.h"
 #include "kit/range_plan.h"
 #include "kit/range_work.h"

@@ -29,8 +29,8 @@ struct PartCommand {
 // the same range: both write the same.
 void mergePart(const PartCommand& command);
 
-// Puts the parts together, into the files that one merge writes, and removes
-// them unless they are to be kept.
+// Puts the parts together, into the files that one
+// merge writes, and removes them unless they are to be kept.
 void joinParts(const MergePlaces& places, bool keep);
 
 }  // namespace kit

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kit/commands.h"
+#include "kit/jobs_option.h"
 #include "kit/merge/estimate.h"
 #include "kit/merge/merge_options.h"
 #include "kit/merge/merge_parts.h"

@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "kit/amounts.h"
 #include "kit/merge/engine_error.h"
-#include "kit/needs.h"
 #include "palvor/format/packing.h"
 #include "palvor/io/lengths_files.h"
 

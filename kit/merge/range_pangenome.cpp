@@ -2,8 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <span>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "kit/answers/order_tests.h"
 #include "kit/output_file.h"

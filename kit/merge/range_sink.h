@@ -4,6 +4,7 @@
 #ifndef PALVOR_KIT_MERGE_RANGE_SINK_H_
 #define PALVOR_KIT_MERGE_RANGE_SINK_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "kit/file_error.h"
 #include "kit/merge/engine_error.h"

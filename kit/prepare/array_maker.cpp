@@ -1,11 +1,9 @@
 #include "kit/prepare/array_maker.h"
 
-#include <algorithm>
 #include <bit>
 #include <stdexcept>
-#include <string>
 
-#include "kit/needs.h"
+#include "kit/amounts.h"
 #include "kit/prepare/folder_writer.h"
 #include "kit/prepare/suffix_sorter.h"
 

@@ -1,6 +1,5 @@
 #include "kit/prepare/bucket_sorter.h"
 
-#include <algorithm>
 #include <bit>
 
 namespace kit {

@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "kit/amounts.h"
 #include "kit/folders.h"
-#include "kit/needs.h"
 #include "kit/workers.h"
 
 namespace kit {

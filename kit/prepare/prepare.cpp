@@ -10,14 +10,16 @@
 #include <string>
 #include <vector>
 
+#include "kit/amounts.h"
 #include "kit/empty_folders.h"
 #include "kit/file_error.h"
+#include "kit/folders.h"
 #include "kit/message.h"
-#include "kit/needs.h"
 #include "kit/ordered_checksum.h"
 #include "kit/prepare/data_folder.h"
 #include "kit/prepare/manifest.h"
 #include "kit/prepare/preparation.h"
+#include "kit/prepare/size_estimate.h"
 #include "kit/record_file.h"
 #include "kit/shell_word.h"
 #include "kit/standard_output.h"

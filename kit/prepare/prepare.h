@@ -3,6 +3,7 @@
 #ifndef PALVOR_KIT_PREPARE_PREPARE_H_
 #define PALVOR_KIT_PREPARE_PREPARE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>

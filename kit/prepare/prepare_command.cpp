@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kit/commands.h"
+#include "kit/jobs_option.h"
 #include "kit/memory_option.h"
 #include "kit/prepare/prepare.h"
 #include "kit/strands_option.h"
@@ -59,9 +60,7 @@ void addPrepare(CLI::App& app) {
   command->add_flag("--zero-origin", options->format.zeroOrigin,
                     "number the inputs from zero inside each suffix array, for "
                     "palvor's -z");
-  command->add_option("-j,--jobs", options->jobs, "threads that share the work")
-      ->check(CLI::Range(1, 1024))
-      ->capture_default_str();
+  addJobs(*command, options->jobs);
   addMemoryOption(*command, options->memory,
                   "memory to do with, such as 4G: longer texts are gone "
                   "through several times");

@@ -15,16 +15,11 @@
 #include <string>
 #include <vector>
 
+#include "kit/packer.h"
+
 namespace kit {
 
-constexpr size_t kCharactersPerWord = 16;
 constexpr size_t kGapWords = 2;
-
-// The code of A, C, G or T, in either case: 0 to 3.
-inline unsigned codeOf(char character) {
-  const unsigned bits = (static_cast<unsigned char>(character) >> 1) & 3;
-  return bits ^ (bits >> 1);
-}
 
 struct InputString {
   size_t begin;          // position of its first character

@@ -6,7 +6,6 @@
 #include <bit>
 #include <limits>
 #include <stdexcept>
-#include <string>
 
 namespace kit {
 namespace {
