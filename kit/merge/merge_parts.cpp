@@ -193,22 +193,27 @@ void mergePart(const PartCommand& command) {
   suffixes.commit();
 }
 
-void joinParts(const MergePlaces& places, bool keep) {
+void joinParts(const MergePlaces& places, int jobs, bool keep) {
   const RangeMerger merger(places);
   const std::string& output = merger.output();
   const RangePlan plan = readPlan(output);
   testFresh(plan, merger);
   testAllWhole(output, plan);
   ArrayOutput array(output, plan.suffixes());
-  RangeWork work("joining", plan.ranges.size(), plan.suffixes());
-  uint64_t first = 0;
-  for (size_t r = 0; r < plan.ranges.size(); r++) {
-    const std::string part = partPath(output, r);
-    copyInto(array.files().suffixes, sizeof(Suffix) * first, part + ".stpsa");
-    copyInto(array.files().entries, sizeof(LcpEntry) * first, part + ".stlcp");
-    first += plan.ranges[r].suffixes;
-    work.advance(plan.ranges[r].suffixes);
+  std::vector<uint64_t> firsts = {0};
+  for (const PlannedRange& range : plan.ranges) {
+    firsts.push_back(firsts.back() + range.suffixes);
   }
+  RangeWork work("joining", plan.ranges.size(), plan.suffixes());
+  work.run(jobs, [&] {
+    return [&](size_t r) {
+      const std::string part = partPath(output, r);
+      const auto& [suffixes, entries] = array.files();
+      copyInto(suffixes, sizeof(Suffix) * firsts[r], part + ".stpsa");
+      copyInto(entries, sizeof(LcpEntry) * firsts[r], part + ".stlcp");
+      work.advance(plan.ranges[r].suffixes);
+    };
+  });
   array.commit();
   if (!keep) removePlan(output);
 }

@@ -29,9 +29,9 @@ struct PartCommand {
 // the same range: both write the same.
 void mergePart(const PartCommand& command);
 
-// Puts the parts together, into the files that one
+// Puts the parts together, by up to `jobs` threads, into the files that one
 // merge writes, and removes them unless they are to be kept.
-void joinParts(const MergePlaces& places, bool keep);
+void joinParts(const MergePlaces& places, int jobs, bool keep);
 
 }  // namespace kit
 

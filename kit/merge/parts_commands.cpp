@@ -128,6 +128,7 @@ void addPlan(CLI::App& app) {
 void addJoin(CLI::App& app) {
   struct Options {
     MergePlaces places;
+    int jobs = 1;
     bool keep = false;
   };
   auto options = std::make_shared<Options>();
@@ -136,8 +137,10 @@ void addJoin(CLI::App& app) {
       "Put the parts of all planned ranges together, into the files that "
       "palvor -a -l writes.");
   addMergePlaces(*command, options->places);
+  addJobs(*command, options->jobs);
   command->add_flag("--keep", options->keep, "keep the plan and the parts");
-  command->callback([options] { joinParts(options->places, options->keep); });
+  command->callback(
+      [options] { joinParts(options->places, options->jobs, options->keep); });
 }
 
 }  // namespace kit
