@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <map>
 #include <stdexcept>
-#include <utility>
+#include <system_error>
 
 #include "kit/build/checksums.h"
 #include "kit/check/check.h"
@@ -219,7 +219,7 @@ void BuildStages::testTakenOver() const {
 }
 
 void BuildStages::check() {
-  FaultLog faults(false, false);
+  FaultLog faults({});
   std::string found;
   CheckOptions options;
   options.inputdir = folder_.path("");

@@ -15,11 +15,13 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kit/check/check_arrays.h"
 #include "kit/check/checked_strings.h"
 #include "kit/check/common_prefix.h"
+#include "kit/file_error.h"
 
 namespace kit {
 
@@ -40,11 +42,29 @@ struct PieceFault {
   std::string reason;
 };
 
+// Which inputs have a suffix in a group of equal ones.
+class EqualSuffixes {
+ public:
+  explicit EqualSuffixes(uint32_t inputs) : groups_(inputs) {}
+
+  // Begins a group with a suffix of this input.
+  void begin(uint32_t input) { groups_[input] = ++group_; }
+
+  // False if the group has one of this input already.
+  bool meet(uint32_t input) {
+    return std::exchange(groups_[input], group_) != group_;
+  }
+
+ private:
+  std::vector<uint64_t> groups_;  // per input, the last that it was met in
+  uint64_t group_ = 0;            // number of the present one
+};
+
 // Proves pieces, one after the other.
 class PieceProver {
  public:
   explicit PieceProver(const CheckedStrings& strings)
-      : strings_(strings), prefixes_(strings), groups_(strings.count()) {}
+      : strings_(strings), prefixes_(strings), equal_(strings.count()) {}
 
   // Nothing if the piece is right: prefix words and LCP entries, if there are
   // any, included. Throws FileError if a file cannot be read.
@@ -55,16 +75,21 @@ class PieceProver {
  private:
   const CheckedStrings& strings_;
   CommonPrefix prefixes_;
-  std::vector<uint64_t>
-      groups_;          // per input, the last group that it was met in
-  uint64_t group_ = 0;  // of equal suffixes, met so far
+  EqualSuffixes equal_;
+};
+
+// What a proof found out about an array.
+struct ArrayVerdict {
+  bool isRight = true;
+  std::optional<FileError> unread = {};  // why, if it could not be read
 };
 
 // Whether each of these arrays is wholly right, by up to `jobs` threads. One
 // that cannot be read is not.
-std::vector<char> proveArrays(const std::vector<ArrayToCheck>& arrays,
-                              const CheckedStrings& strings, int jobs,
-                              const std::function<void(uint64_t)>& advance);
+//   advance  told the number of records done, now and then, by any thread
+std::vector<ArrayVerdict> proveArrays(
+    const std::vector<ArrayToCheck>& arrays, const CheckedStrings& strings,
+    int jobs, const std::function<void(uint64_t)>& advance);
 
 }  // namespace kit
 

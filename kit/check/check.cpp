@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
-#include <mutex>
+#include <exception>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -18,56 +18,17 @@
 #include "kit/check/suffix_run.h"
 #include "kit/fault_log.h"
 #include "kit/file_error.h"
+#include "kit/folders.h"
 #include "kit/json.h"
-#include "kit/progress.h"
 #include "kit/range_plan.h"
 #include "kit/record_file.h"
 #include "kit/records.h"
 #include "kit/standard_output.h"
+#include "kit/work_progress.h"
 #include "kit/workers.h"
 
 namespace kit {
 namespace {
-
-// Counts suffixes done, over all threads, for the progress.
-class Advance {
- public:
-  explicit Advance(const ProgressStyle& style) : progress_(style) {}
-
-  void begin(const std::string& what, uint64_t total) {
-    what_ = what;
-    total_ = total;
-    done_ = 0;
-    begun_ = std::chrono::steady_clock::now();
-  }
-
-  void operator()(uint64_t suffixes) {
-    const std::lock_guard lock(mutex_);
-    done_ += suffixes;
-    const uint64_t percent = total_ == 0 ? 100 : done_ * 100 / total_;
-    progress_.show(fmt::format("checking {}, {}%{}", what_, percent,
-                               timeLeft(begun_, done_, total_)));
-  }
-
- private:
-  std::mutex mutex_;
-  Progress progress_;
-  std::string what_;
-  std::chrono::steady_clock::time_point begun_;
-  uint64_t total_ = 0;
-  uint64_t done_ = 0;
-};
-
-// Does a part of the check. A file that cannot be read is a fault, and ends
-// that part.
-template <typename Part>
-void checkPart(FaultLog& faults, Part part) {
-  try {
-    part();
-  } catch (const FileError& error) {
-    faults.add(error.file(), error.reason());
-  }
-}
 
 // The suffix that the parts before a range end with, if there is one. Throws
 // FileError if that part is not there.
@@ -89,141 +50,188 @@ std::optional<Place> lastBefore(const std::string& output,
   return {};
 }
 
-// Checks arrays. One that is not proved right is looked through again, with a
-// table of all suffixes, to tell what is wrong with it.
-void checkArrays(const std::vector<ArrayToCheck>& arrays,
-                 const CheckedStrings& strings, FaultLog& faults,
-                 Advance& advance, int jobs) {
-  const std::vector<char> right =
-      proveArrays(arrays, strings, jobs, std::ref(advance));
-  if (std::ranges::find(right, 0) == right.end()) return;
-  MetSuffixes met(strings);
+// A folder or prefix of other files, which is the inputs' unless it is given.
+const std::string& orElse(const std::string& given,
+                          const std::string& otherwise) {
+  return given.empty() ? otherwise : given;
+}
+
+class FolderCheck {
+ public:
+  // Loads the strings.
+  FolderCheck(const CheckOptions& options, FaultLog& faults, std::string& found)
+      : options_(options),
+        faults_(faults),
+        found_(found),
+        base_(dataBase(options.inputdir, options.prefix)),
+        output_(dataBase(orElse(options.odir, options.inputdir),
+                         orElse(options.opfx, options.prefix))),
+        strings_(base_, options.nmerge == 0 ? UINT64_MAX : options.nmerge,
+                 faults) {}
+
+  void run();
+
+ private:
+  void checkInputs();
+  void checkArrays(const std::vector<ArrayToCheck>& arrays,
+                   const std::string& what);
+  void checkOutput();
+  void checkOutputTrees();
+  void checkRange(size_t number);
+  void checkPartSize(const std::string& path, size_t recordBytes,
+                     uint64_t planned);
+
+  // Does a part of the check. A file that cannot be read is a fault, and ends
+  // that part.
+  template <typename Part>
+  void checkPart(Part part) {
+    try {
+      part();
+    } catch (const FileError& error) {
+      faults_.add(error.file(), error.reason());
+    }
+  }
+
+  const CheckOptions& options_;
+  FaultLog& faults_;
+  std::string& found_;        // what was checked, in words
+  const std::string base_;    // of the inputs' files, without the kind
+  const std::string output_;  // of the merged ones
+  const CheckedStrings strings_;
+};
+
+void FolderCheck::run() {
+  if (options_.range) {
+    found_ = fmt::format("{} inputs", strings_.count());
+    checkPart([&] { checkRange(*options_.range); });
+    return;
+  }
+  checkInputs();
+  checkPart([&] { checkOutput(); });
+}
+
+// Checks the suffix arrays, and what the table of inputs says of them.
+void FolderCheck::checkInputs() {
+  const std::string& prefix = orElse(options_.spfx, options_.prefix);
+  const std::string folder =
+      fmt::format("{}{}.ST/", orElse(options_.sdir, options_.inputdir), prefix);
+  const auto arrays =
+      listArrays(fmt::format("{}{}.stplengths", folder, options_.prefix),
+                 folder + prefix, options_.zeroOrigin, strings_, faults_);
+  const bool some = strings_.count() < strings_.countInFolder();
+  found_ = some ? fmt::format("the first {} of {} inputs", strings_.count(),
+                              strings_.countInFolder())
+                : fmt::format("{} inputs", strings_.count());
+  found_ += fmt::format(", {} suffix arrays", arrays.size());
+
+  const std::string table = base_ + ".inputs.tsv";
+  checkPart([&] {
+    if (isThere(table)) checkInputTable(table, arrays, strings_, faults_);
+  });
+  checkArrays(arrays, "checking the suffix arrays");
+}
+
+// One that is read but not proved right is looked through again, with a table
+// of all suffixes, to tell what is wrong with it.
+void FolderCheck::checkArrays(const std::vector<ArrayToCheck>& arrays,
+                              const std::string& what) {
+  std::vector<ArrayVerdict> verdicts;
+  {
+    WorkProgress progress(what, strings_.total(), options_.progress);
+    verdicts = proveArrays(arrays, strings_, options_.jobs,
+                           [&](uint64_t done) { progress.add(done); });
+  }
+  if (std::ranges::all_of(verdicts, &ArrayVerdict::isRight)) return;
+  MetSuffixes met(strings_);
   std::atomic<size_t> next = 0;
-  runWorkers(jobs, [&] {
+  runWorkers(options_.jobs, [&] {
     const size_t j = next++;
     if (j >= arrays.size()) return false;
-    if (right[j] != 0) return true;
-    checkPart(faults, [&] {
-      checkArray(arrays[j], strings, met, faults, [](uint64_t) {});
+    if (verdicts[j].isRight) return true;
+    checkPart([&] {
+      if (verdicts[j].unread) throw *verdicts[j].unread;
+      checkArray(arrays[j], strings_, met, faults_, [](uint64_t) {});
     });
     return true;
   });
 }
 
-// Checks the merged array and the trees that begin with `output`; adds to
-// `found` which were there.
-void checkOutput(const std::string& output, const CheckedStrings& strings,
-                 FaultLog& faults, Advance& advance, int jobs,
-                 std::string& found) {
-  const bool array = isThere(output + ".stpsa");
-  const bool lcps = isThere(output + ".stlcp");
-  const bool trees = isThere(output + ".stdiv") &&
-                     StoredBytes(output + ".stdiv", 1).records() > 0;
-  if (array) found += ", the merged array";
-  if (array && lcps) found += " with its LCPs";
-  if (trees) found += ", the suffix tree partitions";
+// Checks the merged array and the trees, whichever are there.
+void FolderCheck::checkOutput() {
+  const bool array = isThere(output_ + ".stpsa");
+  const bool lcps = isThere(output_ + ".stlcp");
+  const bool trees = isThere(output_ + ".stdiv") &&
+                     StoredBytes(output_ + ".stdiv", 1).records() > 0;
+  if (array) found_ += ", the merged array";
+  if (array && lcps) found_ += " with its LCPs";
+  if (trees) found_ += ", the suffix tree partitions";
   if (!array && !trees) {
-    faults.add(output, "neither a merged array (.stpsa) nor trees (.stdiv)");
+    faults_.add(output_, "neither a merged array (.stpsa) nor trees (.stdiv)");
   }
-  checkPart(faults, [&] {
-    checkLeftovers(output, faults);
-    if (!trees) return;
-    MetSuffixes met(strings);
-    advance.begin("the trees", strings.total());
-    checkTrees(output, strings, met, faults, std::ref(advance));
+  checkPart([&] {
+    checkLeftovers(output_, faults_);
+    if (trees) checkOutputTrees();
   });
-  if (!array) return;
-  advance.begin("the merged array", strings.total());
-  checkArrays({{output, 0, strings.count(), 0}}, strings, faults, advance,
-              jobs);
+  if (array) {
+    checkArrays({{output_, 0, strings_.count(), 0}},
+                "checking the merged array");
+  }
+}
+
+void FolderCheck::checkOutputTrees() {
+  MetSuffixes met(strings_);
+  WorkProgress progress("checking the trees", strings_.total(),
+                        options_.progress);
+  checkTrees(output_, strings_, met, faults_,
+             [&](uint64_t done) { progress.add(done); });
 }
 
 // Checks the part of one range of the plan, and its seam with the one before.
-void checkRange(const std::string& output, size_t number,
-                const CheckedStrings& strings, FaultLog& faults,
-                Advance& advance, std::string& found) {
-  const RangePlan plan = readPlan(output);
-  if (plan.suffixes() != strings.total()) {
-    faults.add(planPath(output), fmt::format("{} suffixes, expected {}",
-                                             plan.suffixes(), strings.total()));
+void FolderCheck::checkRange(size_t number) {
+  const RangePlan plan = readPlan(output_);
+  if (plan.suffixes() != strings_.total()) {
+    faults_.add(planPath(output_),
+                fmt::format("{} suffixes, expected {}", plan.suffixes(),
+                            strings_.total()));
   }
   if (number >= plan.ranges.size()) {
     throw std::runtime_error(fmt::format("there is no range {}, only 0 to {}",
                                          number, plan.ranges.size() - 1));
   }
   const PlannedRange& range = plan.ranges[number];
-  ArrayPiece piece = {
-      {partPath(output, number), 0, strings.count(), 0}, 0, range.suffixes};
+  const std::string path = partPath(output_, number);
+  checkPartSize(path + ".stpsa", sizeof(Suffix), range.suffixes);
+  checkPartSize(path + ".stlcp", sizeof(LcpEntry), range.suffixes);
+  ArrayPiece piece = {{path, 0, strings_.count(), 0}, 0, range.suffixes};
   piece.low = range.low;
   piece.high = range.high;
-  for (const char* kind : {".stpsa", ".stlcp"}) {
-    const size_t size = kind[3] == 'p' ? sizeof(Suffix) : sizeof(LcpEntry);
-    const uint64_t records =
-        StoredBytes(piece.array.path + kind, size).records();
-    if (records != range.suffixes) {
-      faults.add(
-          piece.array.path + kind,
-          fmt::format("{} records, planned are {}", records, range.suffixes));
-    }
-  }
-  piece.before = lastBefore(output, plan, number, strings);
-  advance.begin(fmt::format("range {}", number), range.suffixes);
-  const auto fault = PieceProver(strings).prove(piece, std::ref(advance));
-  if (fault) faults.add(fault->file, fault->record, fault->reason);
-  found += fmt::format(", range {} of {}, {} suffixes", number,
-                       plan.ranges.size(), range.suffixes);
+  piece.before = lastBefore(output_, plan, number, strings_);
+  WorkProgress progress(fmt::format("checking range {}", number),
+                        range.suffixes, options_.progress);
+  const auto fault = PieceProver(strings_).prove(
+      piece, [&](uint64_t done) { progress.add(done); });
+  if (fault) faults_.add(fault->file, fault->record, fault->reason);
+  found_ += fmt::format(", range {} of {}, {} suffixes", number,
+                        plan.ranges.size(), range.suffixes);
 }
 
-void orDefault(std::string& text, const std::string& otherwise) {
-  if (text.empty()) text = otherwise;
+void FolderCheck::checkPartSize(const std::string& path, size_t recordBytes,
+                                uint64_t planned) {
+  const uint64_t records = StoredBytes(path, recordBytes).records();
+  if (records == planned) return;
+  faults_.add(path,
+              fmt::format("{} records, planned are {}", records, planned));
 }
 
 }  // namespace
 
-void checkFolder(CheckOptions options, FaultLog& faults, std::string& found) {
-  orDefault(options.odir, options.inputdir);
-  orDefault(options.sdir, options.inputdir);
-  orDefault(options.opfx, options.prefix);
-  orDefault(options.spfx, options.prefix);
-
-  Advance advance(options.progress);
-  const std::string base =
-      fmt::format("{0}{1}.ST/{1}", options.inputdir, options.prefix);
-  const uint64_t most = options.nmerge == 0 ? UINT64_MAX : options.nmerge;
-  const CheckedStrings strings(base, most, faults);
-  const std::string output =
-      fmt::format("{0}{1}.ST/{1}", options.odir, options.opfx);
-  if (options.range) {
-    found = fmt::format("{} inputs", strings.count());
-    checkPart(faults, [&] {
-      checkRange(output, *options.range, strings, faults, advance, found);
-    });
-    return;
-  }
-  const std::string arraysFolder =
-      fmt::format("{}{}.ST/", options.sdir, options.spfx);
-  const auto arrays = listArrays(
-      fmt::format("{}{}.stplengths", arraysFolder, options.prefix),
-      arraysFolder + options.spfx, options.zeroOrigin, strings, faults);
-  const bool some = strings.count() < strings.countInFolder();
-  found = some ? fmt::format("the first {} of {} inputs", strings.count(),
-                             strings.countInFolder())
-               : fmt::format("{} inputs", strings.count());
-  found += fmt::format(", {} suffix arrays", arrays.size());
-
-  const std::string table = base + ".inputs.tsv";
-  checkPart(faults, [&] {
-    if (isThere(table)) checkInputTable(table, arrays, strings, faults);
-  });
-  advance.begin("the suffix arrays", strings.total());
-  checkArrays(arrays, strings, faults, advance, options.jobs);
-  checkPart(faults, [&] {
-    checkOutput(output, strings, faults, advance, options.jobs, found);
-  });
+void checkFolder(const CheckOptions& options, FaultLog& faults,
+                 std::string& found) {
+  FolderCheck(options, faults, found).run();
 }
 
 void check(const CheckOptions& options) {
-  FaultLog faults(options.goOn, options.json);
+  FaultLog faults({options.goOn, options.json});
   std::string found;
   bool complete = false;
   const auto finish = [&] {

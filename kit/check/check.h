@@ -28,15 +28,17 @@ struct CheckOptions {
 };
 
 // Checks the folder, its suffix arrays, and the merged array or the trees or
-// both; or one range's part (kit/range_plan.h), which proves the whole merge if
-// all ranges' parts are right. Prints each fault, and at last what was checked.
-// Throws std::exception if there is any fault, and if the check cannot be done.
+// both; or one range's part (kit/range_plan.h), which proves the whole
+// merge if all ranges' parts are right. Prints each fault, and at last what was
+// checked. Throws std::exception if there is any fault, and if the check cannot
+// be done.
 void check(const CheckOptions& options);
 
 // Does so without a word but for the faults. What was checked, in words, is put
 // into `found` as far as it is known. Throws FileError if the strings cannot be
 // had, and CheckStopped at a fault, if the log does not go on.
-void checkFolder(CheckOptions options, FaultLog& faults, std::string& found);
+void checkFolder(const CheckOptions& options, FaultLog& faults,
+                 std::string& found);
 
 }  // namespace kit
 

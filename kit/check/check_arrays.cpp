@@ -51,7 +51,7 @@ void checkArray(const ArrayToCheck& array, const CheckedStrings& strings,
       const std::optional<Step> step = run.take(place, path, next);
       if (!step) continue;
       const uint64_t prefix = strings.slice(place.input, 2 * place.pos);
-      const uint64_t found = uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
+      const uint64_t found = prefixBits(suffix);
       if (prefix != found) {
         faults.add(path, next,
                    fmt::format("prefix words {:08X} {:08X}, expected {:08X} "
@@ -60,10 +60,10 @@ void checkArray(const ArrayToCheck& array, const CheckedStrings& strings,
                                prefix & 0xFFFFFFFF));
       }
       if (i >= entries.size() || step->first) continue;
-      const uint64_t entry = step->bits << 1 | (step->inside ? 1 : 0);
-      if (entries[i] != entry) {
-        faults.add(lcpPath, next,
-                   fmt::format("entry {}, expected {}", entries[i], entry));
+      if (entries[i] != step->entry()) {
+        faults.add(
+            lcpPath, next,
+            fmt::format("entry {}, expected {}", entries[i], step->entry()));
       }
     }
     advance(block.size());

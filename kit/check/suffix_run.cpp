@@ -40,22 +40,12 @@ std::optional<Step> SuffixRun::take(const Place& place, const std::string& file,
     faults_.add(file, record,
                 fmt::format("{} is there a second time", describe(place)));
   }
-  Step step = {true, 0, false};
-  if (previous_) {
-    const uint64_t restBefore = strings_.restBits(*previous_);
-    const uint64_t rest = strings_.restBits(place);
-    step.first = false;
-    step.bits = prefixes_.bits(*previous_, place);
-    step.inside = step.bits < restBefore && step.bits < rest;
-    const bool rises =
-        step.inside
-            ? strings_.slice(place.input, 2 * place.pos + step.bits) >> 63 != 0
-            : restBefore <= rest;
-    if (!rises) {
-      faults_.add(file, record,
-                  fmt::format("{} sorts before {}, which stands before it",
-                              describe(place), describe(*previous_)));
-    }
+  const Step step =
+      previous_ ? stepTo(place, *previous_, strings_, prefixes_) : Step();
+  if (!step.rises) {
+    faults_.add(file, record,
+                fmt::format("{} sorts before {}, which stands before it",
+                            describe(place), describe(*previous_)));
   }
   previous_ = place;
   return step;

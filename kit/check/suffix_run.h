@@ -34,10 +34,32 @@ class MetSuffixes {
 
 // How a suffix follows the one before it in its run.
 struct Step {
-  bool first;     // there is none before it
-  uint64_t bits;  // that the two share
-  bool inside;    // they part before the shorter one ends
+  bool first = true;     // there is none before it
+  uint64_t bits = 0;     // that the two share
+  bool inside = false;   // they part before the shorter one ends
+  bool isEqual = false;  // neither has more bits
+  bool rises = true;     // the one before does not sort after it
+
+  // What an LCP file says of it; nothing of the first one.
+  uint64_t entry() const { return bits << 1 | (inside ? 1 : 0); }
 };
+
+// The step to a suffix from another one; both must be there.
+inline Step stepTo(const Place& place, const Place& before,
+                   const CheckedStrings& strings, CommonPrefix& prefixes) {
+  const uint64_t restBefore = strings.restBits(before);
+  const uint64_t rest = strings.restBits(place);
+  Step step;
+  step.first = false;
+  step.bits = prefixes.bits(before, place);
+  step.inside = step.bits < restBefore && step.bits < rest;
+  step.isEqual = step.bits == restBefore && step.bits == rest;
+  step.rises =
+      step.inside
+          ? strings.slice(place.input, 2 * place.pos + step.bits) >> 63 != 0
+          : restBefore <= rest;
+  return step;
+}
 
 class SuffixRun {
  public:

@@ -26,7 +26,7 @@ struct MergedFolder {
   }
 
   kit::CheckedStrings strings() const {
-    kit::FaultLog faults(false, false);
+    kit::FaultLog faults({});
     return {folder.path("x"), UINT64_MAX, faults};
   }
 
@@ -99,14 +99,23 @@ TEST(ArrayProof, IsOfWholeArrays) {
       {merged.folder.path("x_1"), 1, 2, 0},
       {merged.folder.path("x_2"), 2, 3, 0},
       {merged.folder.path("x_3"), 2, 3, 0}};
-  const auto prove = [&] {
-    return kit::proveArrays(arrays, strings, 2, [](uint64_t) {});
+  // Of each array: right, wrong, or not to be read.
+  const auto verdicts = [&] {
+    std::string letters;
+    for (const kit::ArrayVerdict& verdict :
+         kit::proveArrays(arrays, strings, 2, [](uint64_t) {})) {
+      letters += verdict.unread ? '-' : verdict.isRight ? 'r' : 'w';
+      EXPECT_FALSE(verdict.isRight && verdict.unread);
+    }
+    return letters;
   };
-  EXPECT_EQ(prove(), (std::vector<char>{1, 1, 1, 0}));
+  EXPECT_EQ(verdicts(), "rrr-");
   const std::string array = merged.folder.bytes("x_1.stpsa");
   merged.folder.write("x_1.stpsa", array.substr(kRecordBytes));
   merged.folder.write("x_2.stlcp", "");
-  EXPECT_EQ(prove(), (std::vector<char>{1, 0, 0, 0}));
+  EXPECT_EQ(verdicts(), "rww-");
+  merged.folder.write("x_0.stlcp", "odd");
+  EXPECT_EQ(verdicts(), "-ww-");
 }
 
 }  // namespace
