@@ -36,7 +36,7 @@ class CommonSubstrings {
 
   // To be called once, when all suffixes were taken, but for finish(): adds
   // those of another piece of the order, which was cut where all genomes are on
-  // either side (array_pieces.h), and which is not used any more.
+  // either side (kit/answers/array_cuts.h), and which is not used any more.
   void add(CommonSubstrings& other);
 
   // To be called once, when all suffixes were taken. Entry (a, b) is the sum of
