@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "kit/array_maker.h"
-#include "kit/data_folder.h"
-#include "kit/psa_source.h"
+#include "kit/prepare/array_maker.h"
+#include "kit/prepare/data_folder.h"
+#include "kit/prepare/psa_source.h"
 
 namespace {
 

@@ -9,20 +9,20 @@ namespace kit {
 
 void FaultLog::add(const std::string& file, const std::string& reason) {
   note(file, std::nullopt, reason);
-  if (!goOn_) throw CheckStopped();
+  if (!style_.goOn) throw CheckStopped();
 }
 
 void FaultLog::add(const std::string& file, uint64_t record,
                    const std::string& reason) {
   note(file, record, reason);
-  if (!goOn_) throw CheckStopped();
+  if (!style_.goOn) throw CheckStopped();
 }
 
 void FaultLog::note(const std::string& file, std::optional<uint64_t> record,
                     const std::string& reason) {
   const std::lock_guard lock(mutex_);
   count_++;
-  if (json_) {
+  if (style_.json) {
     Json fault = {{"file", file}};
     if (record) fault["record"] = *record;
     fault["fault"] = reason;

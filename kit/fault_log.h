@@ -4,9 +4,9 @@
 #define PALVOR_KIT_FAULT_LOG_H_
 
 #include <cstdint>
+#include <exception>
 #include <mutex>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace kit {
@@ -17,10 +17,15 @@ class CheckStopped : public std::exception {
   const char* what() const noexcept override { return "stopped at a fault"; }
 };
 
+struct FaultStyle {
+  bool goOn = false;  // after a fault
+  bool json = false;  // lines of JSON instead of text
+};
+
 // Prints faults to standard output as they come. Threads may share one.
 class FaultLog {
  public:
-  FaultLog(bool goOn, bool json) : goOn_(goOn), json_(json) {}
+  explicit FaultLog(const FaultStyle& style) : style_(style) {}
 
   // Reports a fault of a whole file, or of one of its records. Throws
   // CheckStopped unless the check goes on.
@@ -34,8 +39,7 @@ class FaultLog {
   uint64_t count() const { return count_; }
 
  private:
-  const bool goOn_;
-  const bool json_;
+  const FaultStyle style_;
   std::mutex mutex_;
   uint64_t count_ = 0;
 };

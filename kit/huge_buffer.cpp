@@ -4,23 +4,20 @@
 
 #include <new>
 
+#include "palvor/io/huge_pages.h"
+
 namespace kit {
-namespace {
-
-constexpr size_t kHugePage = size_t{1} << 21;
-
-}  // namespace
 
 void HugeBytes::reserve(size_t size) {
   if (size <= size_) return;
   release();
   // The system aligns blocks of whole huge pages to them where it can.
-  const size_t rounded =
-      size < kHugePage ? size : (size + kHugePage - 1) / kHugePage * kHugePage;
+  const bool large = size >= palvor::kHugePage;
+  const size_t rounded = large ? palvor::wholeHugePages(size) : size;
   void* memory = ::mmap(nullptr, rounded, PROT_READ | PROT_WRITE,
                         MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (memory == MAP_FAILED) throw std::bad_alloc();
-  if (size >= kHugePage) ::madvise(memory, rounded, MADV_HUGEPAGE);
+  if (large) palvor::askForHugePages(memory, rounded);
   memory_ = memory;
   size_ = rounded;
 }

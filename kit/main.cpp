@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <iostream>
-#include <stdexcept>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>

@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "kit/needs.h"
+#include "kit/amounts.h"
 
 namespace kit {
 

@@ -3,8 +3,6 @@
 #include <bit>
 #include <cstring>
 
-#include "kit/psa_text.h"
-
 namespace kit {
 namespace {
 

@@ -10,6 +10,14 @@
 
 namespace kit {
 
+constexpr size_t kCharactersPerWord = 16;
+
+// The code of A, C, G or T, in either case: 0 to 3.
+inline unsigned codeOf(char character) {
+  const unsigned bits = (static_cast<unsigned char>(character) >> 1) & 3;
+  return bits ^ (bits >> 1);
+}
+
 // Appends characters, A, C, G and T only, to a packed string that is the end of
 // `words` and has `length` characters so far: after a multiple of 16 a new word
 // begins. What a last word does not use is zero.

@@ -2,23 +2,17 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <numeric>
-#include <stdexcept>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
-#include "kit/engine_error.h"
 #include "kit/file_error.h"
 #include "kit/folders.h"
-#include "kit/ordered_checksum.h"
 #include "kit/output_file.h"
 #include "kit/record_file.h"
 #include "kit/records.h"
-#include "palvor/range/array_reader.h"
 
 namespace kit {
 namespace {
@@ -28,7 +22,6 @@ namespace fs = std::filesystem;
 constexpr std::string_view kCollection = "#collection\t";
 constexpr std::string_view kFields = "#range\tlow\thigh\tsuffixes\tbytes";
 constexpr uint64_t kSuffixBytes = sizeof(Suffix) + sizeof(LcpEntry);
-constexpr int64_t kSampled = 16;  // records of an array, for its checksum
 
 std::vector<std::string_view> split(std::string_view text, char by) {
   std::vector<std::string_view> parts;
@@ -82,13 +75,6 @@ std::string linesOf(const RangePlan& plan) {
   return lines;
 }
 
-// Of the file at a path, or nothing.
-std::string bytesIfThere(const std::string& path) {
-  if (!isThere(path)) return "";
-  const std::vector<char> bytes = RecordFile<char>(path).read(0, UINT64_MAX);
-  return {bytes.begin(), bytes.end()};
-}
-
 bool hasSize(const std::string& path, uint64_t bytes) {
   std::error_code failure;
   return fs::file_size(path, failure) == bytes && !failure;
@@ -131,7 +117,8 @@ RangePlan readPlan(const std::string& output) {
   if (!isThere(path)) {
     throw FileError(path, "there is no plan; palvor-kit plan makes it");
   }
-  const std::string text = bytesIfThere(path);
+  const std::vector<char> bytes = RecordFile<char>(path).read(0, UINT64_MAX);
+  const std::string_view text(bytes.data(), bytes.size());
   std::vector<std::string_view> lines = split(text, '\n');
   const auto refuse = [&](size_t line) {
     throw FileError(path, fmt::format("line {} is not that of a plan; plan "
@@ -158,38 +145,6 @@ void writePlan(const std::string& output, const RangePlan& plan) {
   const std::string lines = linesOf(plan);
   file.write(lines.data(), lines.size());
   file.commit();
-}
-
-void testFresh(const RangePlan& plan, const RangeMerger& merger) {
-  if (plan.collection == checksumOfCollection(merger)) return;
-  throw FileError(planPath(merger.output()),
-                  "planned for other suffix arrays than are there now; plan "
-                  "again with --force");
-}
-
-std::string checksumOfCollection(const RangeMerger& merger) {
-  const palvor::StreamFiles& files = merger.files();
-  std::string text = files.hasOrigins ? "zero-origin" : "";
-  for (const std::string& path :
-       {files.paths.lengths, files.paths.bitLengths, files.paths.partitions}) {
-    const std::string bytes = bytesIfThere(path);
-    text += checksumOf(bytes.data(), bytes.size());
-  }
-  std::vector<Suffix> sample(static_cast<size_t>(kSampled));
-  for (int k = 0; k < files.count(); k++) {
-    callEngine([&] {
-      const palvor::ArrayReader array(files, k);
-      const int64_t count = std::min(kSampled, array.size());
-      for (int64_t i = 0; i < count; i++) {
-        array.read(i * (array.size() / count), 1,
-                   &sample[static_cast<size_t>(i)]);
-      }
-      text += fmt::format("{}:", array.size());
-      text += checksumOf(sample.data(),
-                         sizeof(Suffix) * static_cast<size_t>(count));
-    });
-  }
-  return checksumOf(text.data(), text.size());
 }
 
 PartState stateOfPart(const std::string& output, const RangePlan& plan,

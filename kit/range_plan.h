@@ -19,21 +19,19 @@
 #include <string>
 #include <vector>
 
-#include "kit/range_merger.h"
-
 namespace kit {
 
 struct PlannedRange {
-  uint64_t low = 0;
-  std::optional<uint64_t> high;
+  uint64_t low = 0;              // the first key that belongs to it
+  std::optional<uint64_t> high;  // the first one that does not, if any
   uint64_t suffixes = 0;
 
   friend bool operator==(const PlannedRange&, const PlannedRange&) = default;
 };
 
 struct RangePlan {
-  std::string collection;
-  std::vector<PlannedRange> ranges;
+  std::string collection;            // checksum of what is merged
+  std::vector<PlannedRange> ranges;  // all keys, in order
 
   uint64_t suffixes() const;
 
@@ -45,17 +43,11 @@ struct RangePlan {
 // one another, too.
 RangePlan readPlan(const std::string& output);
 
+// Throws std::system_error.
 void writePlan(const std::string& output, const RangePlan& plan);
 
-// Throws std::runtime_error if the plan is not one of what is to be merged now.
-void testFresh(const RangePlan& plan, const RangeMerger& merger);
-
-// Of the lengths files, the arrays' sizes and some records of each: whoever
-// prepares the folder anew changes it.
-std::string checksumOfCollection(const RangeMerger& merger);
-
 std::string planPath(const std::string& output);
-// Without the kind.
+// Of a part's two files, without the kind.
 std::string partPath(const std::string& output, size_t range);
 
 enum class PartState { kMissing, kDamaged, kWhole };

@@ -1,7 +1,5 @@
 #include "kit/range_work.h"
 
-#include <fmt/format.h>
-
 #include <stdexcept>
 
 #include "kit/workers.h"
@@ -27,11 +25,7 @@ void RangeWork::run(int jobs, const std::function<Worker()>& makeWorker) {
 void RangeWork::advance(uint64_t suffixes) {
   // What the first one threw is thrown on, and not this.
   if (failed_) throw std::runtime_error("another thread failed");
-  const std::lock_guard lock(mutex_);
-  done_ += suffixes;
-  const uint64_t percent = suffixes_ == 0 ? 100 : done_ * 100 / suffixes_;
-  progress_.show(fmt::format("{}, {}%{}", what_, percent,
-                             timeLeft(begun_, done_, suffixes_)));
+  progress_.add(suffixes);
 }
 
 }  // namespace kit

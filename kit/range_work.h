@@ -4,14 +4,14 @@
 #define PALVOR_KIT_RANGE_WORK_H_
 
 #include <atomic>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <mutex>
 #include <string>
+#include <utility>
 
 #include "kit/progress.h"
+#include "kit/work_progress.h"
 
 namespace kit {
 
@@ -23,10 +23,7 @@ class RangeWork {
   // Of so many ranges with so many suffixes together; `what` is shown.
   RangeWork(std::string what, size_t ranges, uint64_t suffixes,
             const ProgressStyle& progress = {})
-      : what_(std::move(what)),
-        ranges_(ranges),
-        suffixes_(suffixes),
-        progress_(progress) {}
+      : ranges_(ranges), progress_(std::move(what), suffixes, progress) {}
 
   // Has all ranges done, the first ones first, by up to `jobs` threads, each of
   // which makes a worker of its own. If one of them throws, the others end with
@@ -38,16 +35,10 @@ class RangeWork {
   void advance(uint64_t suffixes);
 
  private:
-  std::string what_;
   size_t ranges_;
-  uint64_t suffixes_;
   std::atomic<size_t> next_ = 0;
   std::atomic<bool> failed_ = false;
-  std::mutex mutex_;  // guards all below
-  std::chrono::steady_clock::time_point begun_ =
-      std::chrono::steady_clock::now();
-  uint64_t done_ = 0;
-  Progress progress_;
+  WorkProgress progress_;
 };
 
 }  // namespace kit

@@ -16,11 +16,13 @@ using palvor::DividerRecord;
 
 using palvor::kLcpLimit;
 using palvor::lcpBits;
+using palvor::lcpCharacters;
 using palvor::LcpEntry;
 using palvor::lcpFirstbit;
 using palvor::makeLcpEntry;
 
 using palvor::inputNumber;
+using palvor::prefixBits;
 using palvor::Suffix;
 using palvor::suffixFlags;
 

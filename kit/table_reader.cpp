@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "kit/file_error.h"

@@ -41,7 +41,7 @@ CommonSubstrings::CommonSubstrings(const Genomes& genomes)
 void CommonSubstrings::take(std::span<const Suffix> suffixes,
                             std::span<const LcpEntry> entries) {
   for (size_t i = 0; i < suffixes.size(); i++) {
-    if (begun_) intervals_.step(entries[i] >> 2);
+    if (begun_) intervals_.step(lcpCharacters(entries[i]));
     genome_ = genomes_.of(inputNumber(suffixes[i]));
     begun_ = true;
   }
@@ -85,8 +85,8 @@ void CommonSubstrings::merge(size_t slot, uint32_t depth) {
   uint64_t* set = setOf(slot);
   const uint64_t* innerCounts = countsOf(slot + 1);
   const uint64_t* innerSet = setOf(slot + 1);
-  meet(innerSet, innerCounts, set, innerSet, depth);
-  meet(set, counts, innerSet, set, depth);
+  meet(innerSet, innerCounts, set, depth);
+  meet(set, counts, innerSet, depth);
   for (size_t w = 0; w < setWords_; w++) {
     eachOf(innerSet[w], w, [&](uint32_t g) { counts[g] += innerCounts[g]; });
     set[w] |= innerSet[w];
@@ -95,10 +95,9 @@ void CommonSubstrings::merge(size_t slot, uint32_t depth) {
 }
 
 void CommonSubstrings::meet(const uint64_t* set, const uint64_t* counts,
-                            const uint64_t* others, const uint64_t* but,
-                            uint32_t depth) {
+                            const uint64_t* others, uint32_t depth) {
   for (size_t w = 0; w < setWords_; w++) {
-    eachOf(others[w] & ~but[w], w, [&](uint32_t b) {
+    eachOf(others[w] & ~set[w], w, [&](uint32_t b) {
       for (size_t v = 0; v < setWords_; v++) {
         eachOf(set[v], v,
                [&](uint32_t a) { sums_(a, b) += counts[a] * depth; });

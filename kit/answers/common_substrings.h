@@ -36,7 +36,7 @@ class CommonSubstrings {
 
   // To be called once, when all suffixes were taken, but for finish(): adds
   // those of another piece of the order, which was cut where all genomes are on
-  // either side (array_pieces.h), and which is not used any more.
+  // either side (kit/answers/array_cuts.h), and which is not used any more.
   void add(CommonSubstrings& other);
 
   // To be called once, when all suffixes were taken. Entry (a, b) is the sum of
@@ -56,10 +56,10 @@ class CommonSubstrings {
   uint64_t* countsOf(size_t slot) { return &counts_[slot * genomes_.count()]; }
   uint64_t* setOf(size_t slot) { return &sets_[slot * setWords_]; }
 
-  // Adds to the sums of each genome of a set, with each genome of another one
-  // that is not in `but`, so many characters for each of its suffixes.
+  // Adds to the sums of each genome of a set, with each genome that only the
+  // other set has, so many characters for each of its suffixes.
   void meet(const uint64_t* set, const uint64_t* counts, const uint64_t* others,
-            const uint64_t* but, uint32_t depth);
+            uint32_t depth);
 
   const Genomes& genomes_;
   size_t setWords_;

@@ -7,10 +7,12 @@
 #include <cmath>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
+#include "kit/answers/array_cuts.h"
 #include "kit/answers/array_pieces.h"
 #include "kit/answers/common_substrings.h"
 #include "kit/answers/genome_matrix.h"
@@ -55,8 +57,10 @@ Comparison compare(const DistanceOptions& options, const MergedArray& array,
   passPieces(array, "comparing genomes", cuts, options.jobs,
              [&](size_t, const PassPiece& pass) {
                std::vector<SharedKmers> own;
-               for (const SharedKmers& all : kmers)
+               own.reserve(kmers.size());
+               for (const SharedKmers& all : kmers) {
                  own.push_back(all.emptied());
+               }
                std::optional<CommonSubstrings> ownSubstrings;
                if (options.acs) ownSubstrings.emplace(genomes);
                pass([&](std::span<const Suffix> suffixes,

@@ -6,6 +6,7 @@
 
 #include "kit/answers/distance.h"
 #include "kit/commands.h"
+#include "kit/jobs_option.h"
 
 namespace kit {
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -121,10 +122,7 @@ void testOptions(const ExportOptions& options, const MergedInputs& inputs) {
 void writeRows(const MergedArray& array, const MergedInputs& inputs,
                const SuffixRows::Take& take) {
   SuffixRows rows(inputs, take);
-  array.pass("exporting", [&](std::span<const Suffix> suffixes,
-                              std::span<const LcpEntry> entries) {
-    rows.take(suffixes, entries);
-  });
+  array.pass("exporting", takenBy(rows));
   rows.finish();
 }
 

@@ -3,8 +3,6 @@
 #ifndef PALVOR_KIT_ANSWERS_EXPORT_H_
 #define PALVOR_KIT_ANSWERS_EXPORT_H_
 
-#include <cstdint>
-
 #include "kit/answers/merged_options.h"
 
 namespace kit {

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <filesystem>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 

@@ -71,7 +71,8 @@ void KmerSpectrum::take(std::span<const Suffix> suffixes,
                         std::span<const LcpEntry> entries) {
   for (size_t i = 0; i < suffixes.size(); i++) {
     const bool first = intervals_.taken() == 0;
-    const uint32_t common = intervals_.clamped(first ? 0 : entries[i] >> 2);
+    const uint32_t common =
+        intervals_.clamped(first ? 0 : lcpCharacters(entries[i]));
     countSingles(common);
     const uint32_t input = inputNumber(suffixes[i]);
     intervals_.take(common, genomeOf_[input]);

@@ -9,6 +9,7 @@
 #ifndef PALVOR_KIT_ANSWERS_KMER_SPECTRUM_H_
 #define PALVOR_KIT_ANSWERS_KMER_SPECTRUM_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>

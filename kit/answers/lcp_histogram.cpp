@@ -20,7 +20,7 @@ uint32_t LcpHistogram::firstOf(unsigned bin) {
 void LcpHistogram::take(std::span<const LcpEntry> entries) {
   for (const LcpEntry entry :
        entries.subspan(begun_ || entries.empty() ? 0 : 1)) {
-    const uint32_t characters = entry >> 2;
+    const uint32_t characters = lcpCharacters(entry);
     counts_[binOf(characters)]++;
     sum_ += characters;
     pairs_++;

@@ -4,7 +4,8 @@
 #ifndef PALVOR_KIT_ANSWERS_MAPPED_FILE_H_
 #define PALVOR_KIT_ANSWERS_MAPPED_FILE_H_
 
-#include <cstddef>
+#include <fmt/format.h>
+
 #include <cstdint>
 #include <string>
 

@@ -48,7 +48,7 @@ class MarkerFinder {
         table_.prefetch(inputNumber(ahead), ahead.pos);
       }
       if (taken_ > 0) {
-        intervals_.step(std::min(entries[i] >> 2, table_.longest()));
+        intervals_.step(std::min(lcpCharacters(entries[i]), table_.longest()));
       }
       last_ = {inputNumber(suffixes[i]), suffixes[i].pos};
       taken_++;

@@ -26,7 +26,8 @@ void MarkerRuns::take(std::span<const Suffix> suffixes,
     // Is settled with all of these.
     table_.prefetch(input, suffixes[i].pos);
     const uint32_t before =
-        had + i == 0 ? 0 : std::min(entries[i] >> 2, table_.longest());
+        had + i == 0 ? 0
+                     : std::min(lcpCharacters(entries[i]), table_.longest());
     const bool begins = kinds_[input] != kind;
     least = begins ? before : std::min(least, before);
     lastRun_ = begins ? had + i : lastRun_;

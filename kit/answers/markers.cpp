@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "kit/answers/array_cuts.h"
 #include "kit/answers/array_pieces.h"
 #include "kit/answers/genomes.h"
 #include "kit/answers/marker_finder.h"
@@ -21,6 +22,7 @@
 #include "kit/answers/marker_table.h"
 #include "kit/answers/merged_array.h"
 #include "kit/answers/merged_inputs.h"
+#include "kit/answers/ordered_output.h"
 #include "kit/answers/pangenome_statistics.h"
 #include "kit/range_work.h"
 #include "kit/standard_output.h"
@@ -123,10 +125,7 @@ void look(const MergedArray& array, int jobs, const Genomes& genomes,
           const Question& question, MarkerTable& table) {
   const ArrayCuts cuts = cutsFor(array, jobs, genomes, question);
   const auto passTo = [](const PassPiece& pass, auto&& finder) {
-    pass([&](std::span<const Suffix> suffixes,
-             std::span<const LcpEntry> entries) {
-      finder.take(suffixes, entries);
-    });
+    pass(takenBy(finder));
     finder.finish();
   };
   passPieces(array, "looking for markers", cuts, jobs,

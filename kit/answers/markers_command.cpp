@@ -6,6 +6,7 @@
 #include "kit/answers/marker_table.h"
 #include "kit/answers/markers.h"
 #include "kit/commands.h"
+#include "kit/jobs_option.h"
 
 namespace kit {
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <compare>
+#include <functional>
 #include <string_view>
 #include <vector>
 

@@ -3,12 +3,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <chrono>
 #include <vector>
 
 #include "kit/answers/order_tests.h"
 #include "kit/file_error.h"
-#include "kit/progress.h"
+#include "kit/work_progress.h"
 
 namespace kit {
 namespace {
@@ -34,7 +33,7 @@ void testPrefixWords(const std::string& path, const Suffix& suffix,
                      MergedStrings& strings) {
   const uint32_t input = inputNumber(suffix);
   const uint64_t rest = 2 * uint64_t{inputs.length(input) - suffix.pos};
-  const uint64_t prefix = uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
+  const uint64_t prefix = prefixBits(suffix);
   uint64_t differ = prefix ^ strings.slice(input, 2 * uint64_t{suffix.pos});
   if (rest < 64) differ = differ >> (64 - rest);
   if (differ == 0) return;
@@ -65,21 +64,12 @@ std::vector<Suffix> MergedArray::records(uint64_t first, uint64_t count) const {
 
 void MergedArray::pass(const std::string& doing,
                        const TakeSuffixes& take) const {
-  using Clock = std::chrono::steady_clock;
-  Progress progress;
-  const auto begin = Clock::now();
-  uint64_t done = 0;
+  WorkProgress progress(doing, size());
   passPart(
       0, size(),
       [&](std::span<const Suffix> suffixes, std::span<const LcpEntry> entries) {
         take(suffixes, entries);
-        done += suffixes.size();
-        const double part =
-            static_cast<double>(done) / static_cast<double>(size());
-        const std::chrono::duration<double> spent = Clock::now() - begin;
-        progress.show(
-            fmt::format("{}, {:.0f}%, {} left", doing, 100 * part,
-                        clockTime(spent.count() / part * (1 - part))));
+        progress.add(suffixes.size());
       });
 }
 

@@ -22,6 +22,15 @@ namespace kit {
 using TakeSuffixes = std::function<void(std::span<const Suffix> suffixes,
                                         std::span<const LcpEntry> entries)>;
 
+// Hands them on to the `take` of something that outlives this.
+template <typename Taker>
+TakeSuffixes takenBy(Taker& taker) {
+  return [&taker](std::span<const Suffix> suffixes,
+                  std::span<const LcpEntry> entries) {
+    taker.take(suffixes, entries);
+  };
+}
+
 // Throws FileError unless a file of a merged order has as many records as the
 // inputs have suffixes: the merge did not finish, or was one of other inputs.
 void testRecordCount(const std::string& path, uint64_t records,

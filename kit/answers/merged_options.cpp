@@ -1,18 +1,18 @@
 #include "kit/answers/merged_options.h"
 
-#include <fmt/format.h>
-
 #include <CLI/CLI.hpp>
+
+#include "kit/folders.h"
 
 namespace kit {
 
 std::string MergedOptions::dataBase() const {
-  return fmt::format("{0}{1}.ST/{1}", inputdir, prefix);
+  return kit::dataBase(inputdir, prefix);
 }
 
 std::string MergedOptions::mergedBase() const {
-  return fmt::format("{0}{1}.ST/{1}", odir.empty() ? inputdir : odir,
-                     opfx.empty() ? prefix : opfx);
+  return kit::dataBase(odir.empty() ? inputdir : odir,
+                       opfx.empty() ? prefix : opfx);
 }
 
 void addMergedOptions(CLI::App& command, MergedOptions& options) {
@@ -34,12 +34,6 @@ void addMergedOptions(CLI::App& command, MergedOptions& options) {
                   "genome's group, if it has one, parted by tabs; without it "
                   "each file is a genome")
       ->type_name("TSV");
-}
-
-void addJobs(CLI::App& command, int& jobs) {
-  command.add_option("-j,--jobs", jobs, "threads that share the work")
-      ->check(CLI::Range(1, 1024))
-      ->capture_default_str();
 }
 
 }  // namespace kit

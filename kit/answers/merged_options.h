@@ -29,9 +29,6 @@ struct MergedOptions {
 // Adds these to a command. The options must outlive it.
 void addMergedOptions(CLI::App& command, MergedOptions& options);
 
-// Adds the number of threads. It must outlive the command.
-void addJobs(CLI::App& command, int& jobs);
-
 }  // namespace kit
 
 #endif  // PALVOR_KIT_ANSWERS_MERGED_OPTIONS_H_

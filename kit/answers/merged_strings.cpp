@@ -2,29 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <bit>
 #include <string>
 
 #include "kit/answers/mapped_file.h"
 #include "kit/file_error.h"
 
 namespace kit {
-
-uint64_t MergedStrings::commonBits(uint32_t a, uint64_t aPos, uint32_t b,
-                                   uint64_t bPos, uint64_t from,
-                                   uint64_t most) {
-  while (from < most) {
-    const uint64_t differ =
-        slice(a, 2 * aPos + from) ^ slice(b, 2 * bPos + from);
-    if (differ != 0) {
-      from += static_cast<uint64_t>(std::countl_zero(differ));
-      break;
-    }
-    from += 64;
-  }
-  return std::min(from, most);
-}
 
 const uint32_t* MergedStrings::map(uint32_t input) {
   const std::string path = fmt::format("{}_{}.stbin", inputs_.base(), input);

@@ -44,11 +44,6 @@ class MergedStrings {
     __builtin_prefetch(wordsOf(input) + pos / 16);
   }
 
-  // Bits that the suffixes at two places share, of `from` on, which they are
-  // known to share; at most `most`, which both must have.
-  uint64_t commonBits(uint32_t a, uint64_t aPos, uint32_t b, uint64_t bPos,
-                      uint64_t from, uint64_t most);
-
  private:
   uint64_t wordCount(uint32_t input) const {
     return (uint64_t{inputs_.length(input)} + 15) / 16;

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <limits>
-#include <utility>
 
 namespace kit {
 namespace {

@@ -9,13 +9,6 @@
 #include "kit/file_error.h"
 
 namespace kit {
-namespace {
-
-uint64_t prefixOf(const Suffix& suffix) {
-  return uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
-}
-
-}  // namespace
 
 OrderTests::OrderTests(const std::vector<uint32_t>& lengths, std::string array,
                        std::string lcps, uint64_t first)
@@ -37,7 +30,7 @@ inline bool OrderTests::isRight(const Suffix& suffix, LcpEntry entry) {
   const uint32_t input = inputNumber(suffix);
   if (input >= lengths_.size() || suffix.pos >= lengths_[input]) return false;
   const uint64_t rest = 2 * uint64_t{lengths_[input] - suffix.pos};
-  const uint64_t prefix = prefixOf(suffix);
+  const uint64_t prefix = prefixBits(suffix);
   if (previousRest_ != 0) {
     const uint64_t shorter = std::min(previousRest_, rest);
     const auto alike =
@@ -70,7 +63,7 @@ void OrderTests::explain(const Suffix& suffix, LcpEntry entry) const {
     throw error(arrayPath_, fmt::format("input {} has no suffix {}, only {}",
                                         input, suffix.pos, lengths_[input]));
   }
-  const uint64_t prefix = prefixOf(suffix);
+  const uint64_t prefix = prefixBits(suffix);
   const uint64_t rest = 2 * uint64_t{lengths_[input] - suffix.pos};
   const auto alike =
       static_cast<uint64_t>(std::countl_zero(prefix ^ previousPrefix_));

@@ -38,7 +38,7 @@ class Palindromes {
                   Found found) const {
     const uint32_t first = from + 2 - from % 2;  // even
     if (first <= std::min(to, kInWords)) {
-      const uint64_t word = uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
+      const uint64_t word = prefixBits(suffix);
       const uint64_t reverse = reverseComplement(word);
       for (uint32_t n = first; n <= std::min(to, kInWords); n += 2) {
         const unsigned unused = 64 - 2 * n;

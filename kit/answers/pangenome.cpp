@@ -1,8 +1,10 @@
 #include "kit/answers/pangenome.h"
 
 #include <memory>
+#include <span>
 #include <vector>
 
+#include "kit/answers/array_cuts.h"
 #include "kit/answers/array_pieces.h"
 #include "kit/answers/genomes.h"
 #include "kit/answers/merged_array.h"
@@ -24,10 +26,7 @@ struct Kmers {
 KmerCounts count(const MergedArray& array, const Kmers& kmers) {
   KmerSpectrum spectrum(kmers.inputs, kmers.genomes, kmers.k,
                         kmers.palindromes);
-  array.pass("counting k-mers", [&](std::span<const Suffix> suffixes,
-                                    std::span<const LcpEntry> entries) {
-    spectrum.take(suffixes, entries);
-  });
+  array.pass("counting k-mers", takenBy(spectrum));
   return spectrum.finish().result();
 }
 

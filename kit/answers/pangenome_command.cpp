@@ -4,6 +4,7 @@
 
 #include "kit/answers/pangenome.h"
 #include "kit/commands.h"
+#include "kit/jobs_option.h"
 
 namespace kit {
 

@@ -2,14 +2,13 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cctype>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
 
 #include "kit/file_error.h"
-#include "kit/sequence_reader.h"
+#include "kit/sequences/sequence_reader.h"
 
 namespace kit {
 namespace {

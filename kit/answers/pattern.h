@@ -3,6 +3,8 @@
 #ifndef PALVOR_KIT_ANSWERS_PATTERN_H_
 #define PALVOR_KIT_ANSWERS_PATTERN_H_
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 

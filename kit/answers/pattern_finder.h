@@ -4,8 +4,8 @@
 #ifndef PALVOR_KIT_ANSWERS_PATTERN_FINDER_H_
 #define PALVOR_KIT_ANSWERS_PATTERN_FINDER_H_
 
-#include <cstdint>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "kit/answers/merged_inputs.h"

@@ -77,7 +77,7 @@ void RangeKmers::take(std::span<const Suffix> suffixes,
   if (edges_.suffixes == 0) takeFirst(suffixes[i++]);
   // Until nothing is shared with the first one any more.
   for (; i < suffixes.size() && edges_.common >= k_.min; i++) {
-    edges_.common = std::min(edges_.common, clamped(entries[i] >> 2));
+    edges_.common = std::min(edges_.common, clamped(lcpCharacters(entries[i])));
     if (edges_.suffixes + i == 1) edges_.first.neighbour = edges_.common;
     uint32_t& shared = edges_.first.shared[genomeOf_[inputNumber(suffixes[i])]];
     shared = std::max(shared, edges_.common);
@@ -85,7 +85,7 @@ void RangeKmers::take(std::span<const Suffix> suffixes,
   edges_.last.suffix = suffixes.back();
   edges_.suffixes += suffixes.size();
   if (edges_.suffixes > 1) {
-    edges_.last.neighbour = clamped(entries.back() >> 2);
+    edges_.last.neighbour = clamped(lcpCharacters(entries.back()));
   }
   spectrum_.take(suffixes, entries);
 }
@@ -119,8 +119,8 @@ RangeSeams::RangeSeams(KmerLengths k, uint32_t genomes,
 
 void RangeSeams::take(const RangeEdges& edges, LcpEntry entry) {
   if (edges.suffixes == 0) return;
-  const uint32_t common = std::min(
-      {std::max(entry >> 2, k_.min - 1), open_.rest, edges.first.rest});
+  const uint32_t common = std::min({std::max(lcpCharacters(entry), k_.min - 1),
+                                    open_.rest, edges.first.rest});
   count(tally_, palindromes_.get(), open_, {common, open_.rest}, k_.max, kOnce);
   // What goes on from before into the range, and ends there.
   RangeEdge first = edges.first;

@@ -4,8 +4,10 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "kit/answers/genomes.h"
 #include "kit/answers/merged_array.h"

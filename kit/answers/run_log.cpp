@@ -1,8 +1,9 @@
 #include "kit/answers/run_log.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <string_view>
 

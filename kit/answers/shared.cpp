@@ -3,11 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "kit/answers/array_cuts.h"
 #include "kit/answers/array_pieces.h"
 #include "kit/answers/genome_intervals.h"
 #include "kit/answers/genomes.h"
@@ -15,6 +18,7 @@
 #include "kit/answers/merged_inputs.h"
 #include "kit/answers/merged_strings.h"
 #include "kit/answers/occurrence.h"
+#include "kit/answers/ordered_output.h"
 #include "kit/answers/unique_matches.h"
 #include "kit/json.h"
 #include "kit/standard_output.h"
@@ -39,7 +43,7 @@ class LongestShared {
             std::span<const LcpEntry> entries) {
     for (size_t i = 0; i < suffixes.size(); i++) {
       const bool first = intervals_.taken() == 0;
-      intervals_.take(first ? 0 : entries[i] >> 2,
+      intervals_.take(first ? 0 : lcpCharacters(entries[i]),
                       genomes_.of(inputNumber(suffixes[i])));
     }
   }
@@ -75,10 +79,7 @@ std::vector<GenomeInterval> longestOf(const MergedArray& array,
   passPieces(array, "looking for what is shared", cuts, jobs,
              [&](size_t piece, const PassPiece& pass) {
                LongestShared own(genomes, fewest);
-               pass([&](std::span<const Suffix> suffixes,
-                        std::span<const LcpEntry> entries) {
-                 own.take(suffixes, entries);
-               });
+               pass(takenBy(own));
                ofPieces[piece] = own.finish();
              });
   uint32_t longest = 0;
@@ -99,14 +100,13 @@ std::vector<GenomeInterval> longestOf(const MergedArray& array,
 
 std::vector<GenomeInterval> longestOf(const MergedArray& array, int jobs,
                                       const Genomes& genomes, uint32_t fewest) {
-  const ArrayCuts one = evenCuts(array, 1);
   const ArrayCuts cuts = cutsBelow(array, jobs, UINT32_MAX);
-  const std::vector<GenomeInterval> found =
+  std::vector<GenomeInterval> found =
       longestOf(array, cuts, jobs, genomes, fewest);
   // What is as short as that may be longer across a cut, or of more genomes.
   const uint32_t across = sharedAcross(array, cuts);
   if (cuts.size() > 2 && (found.empty() || found[0].depth <= across)) {
-    return longestOf(array, one, 1, genomes, fewest);
+    return longestOf(array, evenCuts(array, 1), 1, genomes, fewest);
   }
   return found;
 }
@@ -209,10 +209,7 @@ void printMatches(const SharedOptions& options, uint32_t fewest,
                UniqueMatches matches(
                    inputs, genomes, strings, options.minLength, fewest,
                    [&](const UniqueMatch& match) { printer.print(match); });
-               pass([&](std::span<const Suffix> suffixes,
-                        std::span<const LcpEntry> entries) {
-                 matches.take(suffixes, entries);
-               });
+               pass(takenBy(matches));
                matches.finish();
                output.end(piece);
              });

@@ -5,6 +5,7 @@
 
 #include "kit/answers/shared.h"
 #include "kit/commands.h"
+#include "kit/jobs_option.h"
 
 namespace kit {
 

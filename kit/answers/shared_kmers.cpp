@@ -51,7 +51,7 @@ void SharedKmers::add(SharedKmers& other) {
 void SharedKmers::take(std::span<const Suffix> suffixes,
                        std::span<const LcpEntry> entries) {
   for (size_t i = 0; i < suffixes.size(); i++) {
-    if (entries[i] >> 2 < k_) endKmer();
+    if (lcpCharacters(entries[i]) < k_) endKmer();
     const uint32_t input = inputNumber(suffixes[i]);
     if (inputs_.length(input) - suffixes[i].pos < k_) continue;
     const uint32_t genome = genomes_.of(input);

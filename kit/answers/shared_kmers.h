@@ -3,6 +3,7 @@
 #ifndef PALVOR_KIT_ANSWERS_SHARED_KMERS_H_
 #define PALVOR_KIT_ANSWERS_SHARED_KMERS_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>

@@ -19,7 +19,7 @@ void SuffixRows::take(std::span<const Suffix> suffixes,
   for (size_t i = 0; i < suffixes.size(); i++) {
     const uint32_t input = inputNumber(suffixes[i]);
     const uint32_t rest = inputs_.length(input) - suffixes[i].pos;
-    const uint32_t common = lastRest_ == 0 ? 0 : entries[i] >> 2;
+    const uint32_t common = lastRest_ == 0 ? 0 : lcpCharacters(entries[i]);
     if (rest != lastRest_ || common != rest) settleEqualOnes();
     rows_.push_back({input, suffixes[i].pos, common});
     lastRest_ = rest;

@@ -9,6 +9,7 @@
 #ifndef PALVOR_KIT_ANSWERS_SUFFIX_ROWS_H_
 #define PALVOR_KIT_ANSWERS_SUFFIX_ROWS_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>

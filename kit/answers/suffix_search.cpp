@@ -63,7 +63,7 @@ int SuffixSearch::compare(const Suffix& suffix, const Pattern& pattern,
   const uint32_t input = inputNumber(suffix);
   const uint64_t rest = 2 * uint64_t{inputs_.length(input) - suffix.pos};
   const uint64_t most = std::min(rest, bits);
-  uint64_t own = uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
+  uint64_t own = prefixBits(suffix);
   uint64_t wanted = pattern.slice(fromBit);
   uint64_t common = 0;
   while (own == wanted && common + 64 < most) {

@@ -3,6 +3,7 @@
 #ifndef PALVOR_KIT_ANSWERS_SUFFIX_SEARCH_H_
 #define PALVOR_KIT_ANSWERS_SUFFIX_SEARCH_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <tuple>
 
 #include "kit/file_error.h"
 #include "kit/range_plan.h"

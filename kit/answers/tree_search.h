@@ -5,6 +5,7 @@
 #ifndef PALVOR_KIT_ANSWERS_TREE_SEARCH_H_
 #define PALVOR_KIT_ANSWERS_TREE_SEARCH_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>

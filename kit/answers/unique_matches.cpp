@@ -22,7 +22,8 @@ void UniqueMatches::take(std::span<const Suffix> suffixes,
                          std::span<const LcpEntry> entries) {
   for (size_t i = 0; i < suffixes.size(); i++) {
     const bool first = intervals_.taken() == 0;
-    const uint32_t common = intervals_.clamped(first ? 0 : entries[i] >> 2);
+    const uint32_t common =
+        intervals_.clamped(first ? 0 : lcpCharacters(entries[i]));
     const uint64_t index = intervals_.taken();
     // What closes now does not have this suffix, but may have as many as are
     // remembered.

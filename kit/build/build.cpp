@@ -4,14 +4,16 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <filesystem>
-#include <fstream>
 #include <new>
 #include <optional>
 #include <set>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
+#include "kit/amounts.h"
 #include "kit/build/build_means.h"
 #include "kit/build/build_stages.h"
 #include "kit/build/checksums.h"
@@ -21,9 +23,8 @@
 #include "kit/build/result_manifest.h"
 #include "kit/build/unfinished_folder.h"
 #include "kit/file_error.h"
+#include "kit/folders.h"
 #include "kit/message.h"
-#include "kit/needs.h"
-#include "kit/record_file.h"
 #include "kit/shell_word.h"
 #include "kit/standard_output.h"
 
@@ -293,20 +294,6 @@ void addTo(const BuildOptions& options) {
   all.trees = before.manifest.trees;
   all.bothStrands = before.manifest.bothStrands;
   Build(all, std::move(before)).run();
-}
-
-std::vector<std::string> readFileList(const std::string& path) {
-  const std::vector<char> bytes = RecordFile<char>(path).read(0, UINT64_MAX);
-  std::vector<std::string> files(1);
-  for (const char c : bytes) {
-    if (c != '\n') {
-      files.back() += c;
-    } else if (!files.back().empty()) {
-      files.emplace_back();
-    }
-  }
-  if (files.back().empty()) files.pop_back();
-  return files;
 }
 
 }  // namespace kit

@@ -33,10 +33,6 @@ void build(const BuildOptions& options);
 // result. It takes the old one's place when it is whole.
 void addTo(const BuildOptions& options);
 
-// The files that a list names, one a line; empty lines are passed over. Throws
-// FileError.
-std::vector<std::string> readFileList(const std::string& path);
-
 }  // namespace kit
 
 #endif  // PALVOR_KIT_BUILD_BUILD_H_

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "kit/build/build.h"
+#include "kit/build/file_list.h"
 #include "kit/commands.h"
 #include "kit/memory_option.h"
 #include "kit/shell_word.h"

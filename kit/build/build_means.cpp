@@ -5,11 +5,12 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "kit/amounts.h"
 #include "kit/build/machine.h"
 #include "kit/memory_option.h"
-#include "kit/merge.h"
-#include "kit/needs.h"
-#include "kit/preparation.h"
+#include "kit/merge/merge.h"
+#include "kit/prepare/preparation.h"
+#include "kit/prepare/size_estimate.h"
 #include "kit/records.h"
 
 namespace kit {

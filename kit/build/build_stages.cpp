@@ -7,14 +7,14 @@
 #include <filesystem>
 #include <map>
 #include <stdexcept>
-#include <utility>
+#include <system_error>
 
 #include "kit/build/checksums.h"
-#include "kit/check.h"
+#include "kit/check/check.h"
 #include "kit/file_error.h"
 #include "kit/folders.h"
 #include "kit/input_table.h"
-#include "kit/merge.h"
+#include "kit/merge/merge.h"
 #include "kit/message.h"
 
 namespace kit {
@@ -219,7 +219,7 @@ void BuildStages::testTakenOver() const {
 }
 
 void BuildStages::check() {
-  FaultLog faults(false, false);
+  FaultLog faults({});
   std::string found;
   CheckOptions options;
   options.inputdir = folder_.path("");

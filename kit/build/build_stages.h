@@ -3,6 +3,7 @@
 #ifndef PALVOR_KIT_BUILD_BUILD_STAGES_H_
 #define PALVOR_KIT_BUILD_BUILD_STAGES_H_
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,7 +11,7 @@
 #include "kit/build/build_means.h"
 #include "kit/build/result_folder.h"
 #include "kit/build/result_manifest.h"
-#include "kit/prepare.h"
+#include "kit/prepare/prepare.h"
 
 namespace kit {
 

@@ -9,16 +9,15 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <cstring>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <numeric>
 #include <stdexcept>
 
 #include "kit/file_error.h"
 #include "kit/output_file.h"
+#include "kit/work_progress.h"
 #include "kit/workers.h"
 
 namespace kit {
@@ -111,6 +110,7 @@ std::vector<StoredFile> sumFiles(const std::string& start,
                                  const std::vector<std::string>& files,
                                  const SummingMeans& means) {
   std::vector<uint64_t> sizes;
+  sizes.reserve(files.size());
   for (const std::string& file : files) {
     sizes.push_back(OpenFile(start + file).size());
   }
@@ -122,17 +122,8 @@ std::vector<StoredFile> sumFiles(const std::string& start,
                            [&](size_t i) { return sizes[i]; });
   std::vector<StoredFile> stored(files.size());
   std::atomic<size_t> next = 0;
-  std::mutex mutex;
-  Progress progress(means.progress);
-  const auto begun = std::chrono::steady_clock::now();
-  uint64_t done = 0;
-  const auto advance = [&](uint64_t bytes) {
-    const std::lock_guard lock(mutex);
-    done += bytes;
-    progress.show(fmt::format("{}, {}%{}", means.what,
-                              all == 0 ? 100 : std::min(done, all) * 100 / all,
-                              timeLeft(begun, done, all)));
-  };
+  WorkProgress progress(means.what, all, means.progress);
+  const auto advance = [&](uint64_t bytes) { progress.add(bytes); };
   runWorkers(means.jobs, [&] {
     std::vector<char> block(kBlock);
     for (size_t turn = next++; turn < turns.size(); turn = next++) {
@@ -147,6 +138,7 @@ std::vector<StoredFile> sumFiles(const std::string& start,
 
 std::vector<std::string> namesOf(const std::vector<StoredFile>& files) {
   std::vector<std::string> names;
+  names.reserve(files.size());
   for (const StoredFile& file : files) names.push_back(file.file);
   return names;
 }

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <system_error>
 
 #include "kit/output_file.h"
 

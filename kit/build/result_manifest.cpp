@@ -1,6 +1,10 @@
 #include "kit/build/result_manifest.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <exception>
+#include <stdexcept>
 
 #include "kit/file_error.h"
 #include "kit/json.h"

@@ -1,6 +1,7 @@
 #include "kit/build/result_words.h"
 
 #include <filesystem>
+#include <system_error>
 
 #include "kit/build/result_folder.h"
 

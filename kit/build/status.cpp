@@ -4,16 +4,15 @@
 
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
 #include <vector>
 
+#include "kit/amounts.h"
 #include "kit/build/build_stages.h"
 #include "kit/build/checksums.h"
 #include "kit/build/result_folder.h"
 #include "kit/build/result_manifest.h"
 #include "kit/file_error.h"
 #include "kit/json.h"
-#include "kit/needs.h"
 #include "kit/record_file.h"
 #include "kit/standard_output.h"
 

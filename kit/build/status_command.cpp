@@ -5,6 +5,7 @@
 
 #include "kit/build/status.h"
 #include "kit/commands.h"
+#include "kit/jobs_option.h"
 
 namespace kit {
 
@@ -19,9 +20,7 @@ void addStatus(CLI::App& app) {
       ->required();
   command->add_flag("--checksums", options->checksums,
                     "read all files and test their checksums, too");
-  command->add_option("-j,--jobs", options->jobs, "threads that read")
-      ->check(CLI::Range(1, 1024))
-      ->capture_default_str();
+  addJobs(*command, options->jobs, "threads that read");
   command->add_flag("--json", options->json, "report as JSON");
   command->callback([options] { printStatus(*options); });
 }

@@ -169,13 +169,6 @@ class Faults : public testing::TestWithParam<Scenario> {
     return std::find(command.begin(), command.end(), "-j") != command.end();
   }
 
-  // An array whose proof fails is looked through once more, to tell what is
-  // wrong with it. It may be found right then: that proof is whole, too.
-  bool isTriedAgain(const FileCalls& calls) const {
-    return scenario().command[1] == "check" &&
-           (calls.file.ends_with(".stpsa") || calls.file.ends_with(".stlcp"));
-  }
-
   // Whether a command left all that it leaves when nothing fails.
   bool isWhole(const Ground& ground) const { return ground.files() == files_; }
 
@@ -211,8 +204,8 @@ TEST_P(Faults, AreReportedWithTheFile) {
   failEachCall(false, [&](const FileCalls& calls, const Ground& ground,
                           const Outcome& outcome) {
     faults++;
-    if (outcome.status == 0 && (kHarmless.contains(calls.call) ||
-                                mayBeMissed() || isTriedAgain(calls))) {
+    if (outcome.status == 0 &&
+        (kHarmless.contains(calls.call) || mayBeMissed())) {
       EXPECT_EQ(ground.withoutRoot(outcome.out), output_);
       EXPECT_TRUE(isWhole(ground));
       return;

@@ -1,6 +1,6 @@
 // What a merge costs on a cluster, by the model and on the command line.
 
-#include "kit/cost_model.h"
+#include "kit/merge/cost_model.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

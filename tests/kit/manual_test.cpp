@@ -12,7 +12,7 @@
 #include <string>
 
 #include "kit/commands.h"
-#include "kit/completion.h"
+#include "kit/completion/completion.h"
 #include "support/program.h"
 #include "support/temporary_folder.h"
 

@@ -100,7 +100,7 @@ TEST(Parts, BecomeWhatOneMergeWrites) {
     ASSERT_NO_FATAL_FAILURE(expectDone("join", folder, "--keep"));
     ASSERT_NO_FATAL_FAILURE(expectFiles(folder, expected));
     EXPECT_EQ(partsIn(folder).size(), 2 * ranges + 1);
-    ASSERT_NO_FATAL_FAILURE(expectDone("join", folder));
+    ASSERT_NO_FATAL_FAILURE(expectDone("join", folder, "-j 3"));
     ASSERT_NO_FATAL_FAILURE(expectFiles(folder, expected));
     EXPECT_THAT(partsIn(folder), IsEmpty());
     EXPECT_EQ(runKit({"check", folder.root(), "x"}).status, 0);
@@ -132,8 +132,13 @@ TEST(Parts, AreProvedOneByOne) {
   wrong[0] = static_cast<char>(wrong[0] ^ 2);  // the seam
   folder.write("x_1.range.stlcp", wrong);
   EXPECT_THAT(proof(1).out, HasSubstr("x_1.range.stlcp: record 0: entry "));
-  folder.write("x_1.range.stlcp", entries.substr(4));
-  EXPECT_THAT(proof(1).out, HasSubstr("records, planned are "));
+  for (const std::string& less : {entries.substr(4), std::string()}) {
+    folder.write("x_1.range.stlcp", less);
+    EXPECT_THAT(proof(1).out, HasSubstr("records, planned are "));
+    const Outcome going = kit("check", folder, "--range 1 --all");
+    EXPECT_EQ(going.status, 1);
+    EXPECT_THAT(going.out, HasSubstr("x_1.range.stlcp: "));
+  }
   folder.write("x_1.range.stlcp", entries);
   folder.write("x_1.range.stpsa", part.substr(16) + part.substr(0, 16));
   EXPECT_THAT(proof(1).out, HasSubstr("x_1.range.st"));

@@ -1,7 +1,7 @@
 // The reader on files as the world makes them, plain and compressed, and on
 // damaged ones.
 
-#include "kit/sequence_reader.h"
+#include "kit/sequences/sequence_reader.h"
 
 #include <archive.h>
 #include <archive_entry.h>

@@ -2,7 +2,7 @@
 // themselves within and across inputs: there equal suffixes, and suffixes that
 // begin one another, are the rule.
 
-#include "kit/suffix_sorter.h"
+#include "kit/prepare/suffix_sorter.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "kit/array_maker.h"
 #include "kit/packer.h"
+#include "kit/prepare/array_maker.h"
 #include "support/inputs.h"
 #include "support/plain_arrays.h"
 #include "support/temporary_folder.h"

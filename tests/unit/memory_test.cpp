@@ -6,11 +6,14 @@
 #include <cstring>
 #include <utility>
 
+#include "palvor/io/huge_pages.h"
 #include "support/engine.h"
 
 namespace {
 
 using palvor::Block;
+using palvor::HugeTable;
+using palvor::kHugePage;
 using palvor::RawBlock;
 
 TEST(Memory, GivesZeroedAlignedBlocksOfEverySize) {
@@ -33,6 +36,22 @@ TEST(Memory, MovesBetweenOwners) {
     RawBlock third(8);
     third = std::move(second);
     EXPECT_EQ(third.data(), data);
+  }
+}
+
+// Each size on its own side of what decides how it is had, and given back.
+TEST(Memory, GrowsTablesIntoHugePages) {
+  HugeTable<uint16_t> table;
+  for (const size_t bytes : {size_t{2}, kHugePage / 2 - 2, kHugePage / 2,
+                             kHugePage, kHugePage + 2}) {
+    SCOPED_TRACE(bytes);
+    const size_t before = table.size();
+    table.resize(bytes / 2, 7);
+    table.shrink_to_fit();
+    const auto address = reinterpret_cast<uintptr_t>(table.data());
+    if (bytes >= kHugePage / 2) EXPECT_EQ(address % kHugePage, 0U);
+    for (size_t i = before; i < table.size(); i++) ASSERT_EQ(table[i], 7) << i;
+    if (before > 0) EXPECT_EQ(table[before - 1], 7);
   }
 }
 

@@ -31,6 +31,9 @@ constexpr LcpEntry makeLcpEntry(int bits, int firstbit) {
 // The length in bits. Negative for a word that is no valid entry (bit 31 set).
 inline int lcpBits(LcpEntry entry) { return static_cast<int32_t>(entry) >> 1; }
 
+// The whole characters of the prefix, of two bits each.
+inline uint32_t lcpCharacters(LcpEntry entry) { return entry >> 2; }
+
 inline int lcpFirstbit(LcpEntry entry) { return static_cast<int>(entry & 1); }
 
 }  // namespace palvor

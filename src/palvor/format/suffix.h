@@ -28,8 +28,14 @@ static_assert(sizeof(Suffix) == 16);
 // Index of the suffix's string among the inputs.
 inline uint32_t inputNumber(const Suffix& suffix) { return suffix.input >> 2; }
 
-// The prefix words as one number. Signed numbers compare faster, so its top bit
-// is inverted: it orders as the words do.
+// The prefix words as one number: characters from its highest bits on, zero
+// bits past the end. It is ordered as the suffixes are.
+inline uint64_t prefixBits(const Suffix& suffix) {
+  return uint64_t{suffix.prefix0} << 32 | suffix.prefix1;
+}
+
+// The same for comparisons, in which it is often read. Signed numbers compare
+// faster, so its top bit is inverted: it orders as the words do.
 inline int64_t prefixKey(const Suffix& suffix) {
   // Both at once: one load, instead of two that are put together.
   uint64_t words;

@@ -6,12 +6,12 @@
 #include <cstring>
 
 #include "palvor/error.h"
+#include "palvor/io/huge_pages.h"
 
 namespace palvor {
 namespace {
 
-constexpr uint64_t kHugePage = 2UL << 20;  // bytes; the usual size
-constexpr uint64_t kCacheLine = 64;        // bytes
+constexpr uint64_t kCacheLine = 64;  // bytes
 
 // From here on the first touch of small pages costs more than what is then
 // done with them; below it, rounding up to huge pages would waste memory.
@@ -45,7 +45,7 @@ RawBlock::RawBlock(int64_t bytes) {
   if (!large) return;
   const uint64_t excess = reinterpret_cast<uintptr_t>(mapping) % kHugePage;
   data_ = static_cast<char*>(mapping) + (kHugePage - excess) % kHugePage;
-  madvise(data_, size, MADV_HUGEPAGE);  // advice: a refusal changes nothing
+  askForHugePages(data_, size);
 }
 
 RawBlock::~RawBlock() {

@@ -61,7 +61,7 @@ void ArrayReader::read(int64_t first, int64_t count, Suffix* to) const {
 uint64_t ArrayReader::keyAt(int64_t record) const {
   Suffix suffix;
   read(record, 1, &suffix);
-  return orderedKey(suffix);
+  return prefixBits(suffix);
 }
 
 int64_t ArrayReader::lowerBound(uint64_t key, int64_t from) const {

@@ -15,11 +15,6 @@
 
 namespace palvor {
 
-// A suffix's first 32 characters, packed: ordered as the suffixes are.
-inline uint64_t orderedKey(const Suffix& suffix) {
-  return static_cast<uint64_t>(suffix.prefix0) << 32 | suffix.prefix1;
-}
-
 class ArrayReader {
  public:
   // Opens stream k's array. Fails if it cannot be opened or examined, is no
@@ -32,7 +27,7 @@ class ArrayReader {
   // those who will ask for many, and closes the file then.
   void hold();
 
-  // The key of a record that is there. Nothing of it is tested.
+  // The key of a record that is there, its prefix words. Nothing is tested.
   uint64_t keyAt(int64_t record) const;
 
   // The first record from `from` on whose key is not below `key`, by halving;

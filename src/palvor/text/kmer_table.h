@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "palvor/text/huge_pages.h"
+#include "palvor/io/huge_pages.h"
 
 namespace palvor {
 

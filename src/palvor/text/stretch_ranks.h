@@ -23,8 +23,8 @@
 #include <span>
 #include <vector>
 
+#include "palvor/io/huge_pages.h"
 #include "palvor/text/axis.h"
-#include "palvor/text/huge_pages.h"
 #include "palvor/text/stretch.h"
 
 namespace palvor {

@@ -65,8 +65,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "palvor/io/huge_pages.h"
 #include "palvor/text/axis.h"
-#include "palvor/text/huge_pages.h"
 #include "palvor/text/second_key.h"
 #include "palvor/text/stretch.h"
 #include "palvor/text/stretch_ranks.h"

@@ -14,37 +14,13 @@
 #include <string>
 #include <vector>
 
+#include "kit/answers/all_substrings.h"
 #include "kit/answers/made_collection.h"
 
 namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
-
-struct Stand {
-  size_t piece;
-  size_t start;
-  bool reverse;
-
-  auto operator<=>(const Stand&) const = default;
-};
-
-using Substrings = std::map<std::string, std::set<Stand>>;
-
-Substrings substringsOf(const MadeCollection& made, bool both) {
-  Substrings found;
-  for (size_t p = 0; p < made.pieces().size(); p++) {
-    const std::string& text = made.pieces()[p].text;
-    for (size_t i = 0; i < text.size(); i++) {
-      for (size_t n = 1; i + n <= text.size(); n++) {
-        const std::string part = text.substr(i, n);
-        found[part].insert({p, i, false});
-        if (both) found[reverseComplementOf(part)].insert({p, i, true});
-      }
-    }
-  }
-  return found;
-}
 
 size_t genomesAmong(const MadeCollection& made, const std::set<Stand>& stands,
                     const std::set<uint32_t>& genomes) {

@@ -12,37 +12,12 @@
 #include <string>
 #include <vector>
 
+#include "kit/answers/all_substrings.h"
 #include "kit/answers/made_collection.h"
 
 namespace {
 
 using testing::HasSubstr;
-
-// Where a text stands: number of the piece, place, and whether it is reversed.
-struct Stand {
-  size_t piece;
-  size_t start;
-  bool reverse;
-
-  auto operator<=>(const Stand&) const = default;
-};
-
-// All substrings of a collection. Of both strands, where these are in.
-std::map<std::string, std::set<Stand>> substringsOf(const MadeCollection& made,
-                                                    bool both) {
-  std::map<std::string, std::set<Stand>> found;
-  for (size_t p = 0; p < made.pieces().size(); p++) {
-    const std::string& text = made.pieces()[p].text;
-    for (size_t i = 0; i < text.size(); i++) {
-      for (size_t n = 1; i + n <= text.size(); n++) {
-        const std::string part = text.substr(i, n);
-        found[part].insert({p, i, false});
-        if (both) found[reverseComplementOf(part)].insert({p, i, true});
-      }
-    }
-  }
-  return found;
-}
 
 std::set<uint32_t> genomesOf(const MadeCollection& made,
                              const std::set<Stand>& stands) {
