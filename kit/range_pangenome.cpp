@@ -79,7 +79,7 @@ void RangePangenome::write(const std::string& path) {
     finishOutput();
     return;
   }
-  OutputFile file(path);
+  OutputFile file(behindLinks(path));
   printPangenome(
       choice_, counts, std::move(totals),
       [&](std::string_view text) { file.write(text.data(), text.size()); });

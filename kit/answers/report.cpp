@@ -20,7 +20,7 @@ namespace kit {
 namespace {
 
 void writeFile(const std::string& path, const std::string& text) {
-  OutputFile file(path);
+  OutputFile file(behindLinks(path));
   file.write(text.data(), text.size());
   file.commit();
 }
@@ -72,7 +72,7 @@ void report(const ReportOptions& options) {
   const std::string page = options.page.empty()
                                ? options.merged.mergedBase() + ".report.html"
                                : options.page;
-  const std::string multiqc = multiqcPath(page);
+  const std::string multiqc = multiqcPath(behindLinks(page));
   writeFile(page, reportPage(pageFacts(facts)));
   writeFile(multiqc, jsonLine(multiqcFacts(facts)));
   writeOutput(page + '\n' + multiqc + '\n');
