@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "kit/output_file.h"
+#include "kit/record_file.h"
 
 namespace kit {
 
@@ -39,6 +40,14 @@ ResultFolder ResultFolder::unfinished() const {
 
 std::string ResultFolder::dataBase() const {
   return fmt::format("{0}/{1}.ST/{1}", path_, kResultPrefix);
+}
+
+std::string ResultFolder::faultOf(const std::string& name,
+                                  uint64_t bytes) const {
+  if (!isThere(path(name))) return "is not there";
+  const uint64_t found = StoredBytes(path(name), 1).records();
+  return found == bytes ? ""
+                        : fmt::format("{} bytes, expected {}", found, bytes);
 }
 
 bool ResultFolder::isResult() const {
