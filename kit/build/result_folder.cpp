@@ -51,8 +51,7 @@ std::string ResultFolder::faultOf(const std::string& name,
 }
 
 bool ResultFolder::isResult() const {
-  std::error_code failure;
-  return fs::is_regular_file(path(kResultManifest), failure);
+  return isThere(path(kResultManifest));
 }
 
 }  // namespace kit

@@ -38,7 +38,8 @@ class ResultFolder {
   // bytes. Throws FileError if the system does not say.
   std::string faultOf(const std::string& name, uint64_t bytes) const;
 
-  // Whether a whole result is there.
+  // Whether a whole result is there. Throws FileError if the system does not
+  // say.
   bool isResult() const;
 
  private:
