@@ -16,11 +16,9 @@ namespace {
 
 constexpr size_t kBufferBytes = 1 << 20;
 
-// A folder can stay: nothing can be renamed to its name.
 bool isReplaceable(const std::string& path) {
   struct stat there = {};
-  return ::stat(path.c_str(), &there) != 0 || S_ISREG(there.st_mode) ||
-         S_ISDIR(there.st_mode);
+  return ::stat(path.c_str(), &there) != 0 || S_ISREG(there.st_mode);
 }
 
 }  // namespace

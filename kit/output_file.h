@@ -27,7 +27,8 @@ class OutputFile {
   // Creates `path`.part, or with a tag, which tells apart those who write the
   // same file at once, `path`.TAG.part. All functions throw std::system_error,
   // which names the file and the system's reason. Throws FileError where a
-  // device, a pipe or a socket has the name: the file would take its place.
+  // device, a pipe, a socket or a folder has the name: the file would take its
+  // place, or fail to when all is done.
   explicit OutputFile(const std::string& path, const std::string& tag = "");
 
   // Removes what was written, unless it was committed.

@@ -50,8 +50,6 @@ std::string ResultFolder::faultOf(const std::string& name,
                         : fmt::format("{} bytes, expected {}", found, bytes);
 }
 
-bool ResultFolder::isResult() const {
-  return isThere(path(kResultManifest));
-}
+bool ResultFolder::isResult() const { return isThere(path(kResultManifest)); }
 
 }  // namespace kit
