@@ -8,11 +8,20 @@
 
 namespace kit {
 
+CLI::Option* takeSize(CLI::Option* option, bool thousands) {
+  return option->transform(CLI::AsSizeValue(thousands))
+      ->transform(CLI::Validator(
+          [](const std::string& given) {
+            return given.starts_with('-') ? given + " is less than nothing"
+                                          : std::string();
+          },
+          ""))
+      ->type_name("BYTES");
+}
+
 void addMemoryOption(CLI::App& command, uint64_t& memory,
                      const std::string& what) {
-  command.add_option("--memory", memory, what)
-      ->transform(CLI::AsSizeValue(false))
-      ->type_name("BYTES");
+  takeSize(command.add_option("--memory", memory, what), false);
 }
 
 std::string memoryText(uint64_t bytes) {

@@ -8,9 +8,14 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace kit {
+
+// Has an option take a number of bytes with a unit, K and so on being powers of
+// 1000 or of 1024. A sign is refused, which the parser would read as 2^64 less.
+CLI::Option* takeSize(CLI::Option* option, bool thousands);
 
 // Adds it: a number of bytes, or of kibibytes (K), mebibytes (M), gibibytes (G)
 // and so on, such as 500M. `what` describes it. The number must outlive the

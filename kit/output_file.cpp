@@ -1,18 +1,33 @@
 #include "kit/output_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <system_error>
+
+#include "kit/file_error.h"
 
 namespace kit {
 namespace {
 
 constexpr size_t kBufferBytes = 1 << 20;
 
+bool isReplaceable(const std::string& path) {
+  struct stat there = {};
+  return ::stat(path.c_str(), &there) != 0 || S_ISREG(there.st_mode);
+}
+
 }  // namespace
+
+std::string behindLinks(const std::string& path) {
+  std::error_code failure;
+  const auto target = std::filesystem::canonical(path, failure);
+  return failure ? path : target.string();
+}
 
 bool writeAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
@@ -26,6 +41,9 @@ bool writeAll(int descriptor, std::string_view bytes) {
 
 OutputFile::OutputFile(const std::string& path, const std::string& tag)
     : path_(path), part_(path + (tag.empty() ? "" : "." + tag) + kPartSuffix) {
+  if (!isReplaceable(path)) {
+    throw FileError(path, "is there, and no regular file");
+  }
   descriptor_ =
       ::open(part_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (descriptor_ < 0) fail("can't create ");

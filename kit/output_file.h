@@ -18,11 +18,17 @@ constexpr const char* kPartSuffix = ".part";
 // fails.
 bool writeAll(int descriptor, std::string_view bytes);
 
+// The file that a name leads to by symbolic links, such as /dev/stdout, which
+// would be replaced themselves.
+std::string behindLinks(const std::string& path);
+
 class OutputFile {
  public:
   // Creates `path`.part, or with a tag, which tells apart those who write the
   // same file at once, `path`.TAG.part. All functions throw std::system_error,
-  // which names the file and the system's reason.
+  // which names the file and the system's reason. Throws FileError where a
+  // device, a pipe, a socket or a folder has the name: the file would take its
+  // place, or fail to when all is done.
   explicit OutputFile(const std::string& path, const std::string& tag = "");
 
   // Removes what was written, unless it was committed.

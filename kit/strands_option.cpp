@@ -1,8 +1,8 @@
 #include "kit/strands_option.h"
 
 #include <CLI/CLI.hpp>
-#include <map>
-#include <string>
+
+#include "kit/word_choice.h"
 
 namespace kit {
 
@@ -11,10 +11,7 @@ void addStrands(CLI::App& command, bool& bothStrands) {
       .add_option("--strands", bothStrands,
                   "the inputs as they stand, or each followed by its reverse "
                   "complement as an input of its own")
-      ->transform(
-          CLI::CheckedTransformer(
-              std::map<std::string, bool>{{"forward", false}, {"both", true}})
-              .description(""))
+      ->transform(oneOf<bool>({{"forward", false}, {"both", true}}))
       ->type_name("forward|both")
       ->default_str("forward");
 }

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "kit/build/result_folder.h"
 #include "kit/nearest_word.h"
 
 namespace kit {
@@ -37,6 +38,20 @@ std::string unknownWord(const CLI::App& app, const CLI::App& command,
   return fmt::format("'{}' is one word too many", word);
 }
 
+// What a word has to do with it that was taken for DIR of DIR PREFIX, where a
+// result's folder would have been both.
+std::string noResult(const CLI::App& command, const CLI::ParseError& error) {
+  const CLI::Option* first = command.get_option_no_throw("inputdir");
+  if (first == nullptr || first->results().empty() ||
+      dynamic_cast<const CLI::RequiredError*>(&error) == nullptr) {
+    return "";
+  }
+  const std::string word = first->results().front();
+  if (ResultFolder::canBe(word) && ResultFolder(word).isResult()) return "";
+  return fmt::format(" ('{}' is no result of build, which would do alone)",
+                     word);
+}
+
 }  // namespace
 
 std::string unknownCommand(const CLI::App& app, const std::string& word) {
@@ -56,10 +71,10 @@ std::string explainUsageError(const CLI::App& app,
   const std::string path = chosen.empty()
                                ? app.get_name()
                                : app.get_name() + " " + command.get_name();
-  return fmt::format(
-      "{}\nSee {} --help",
-      unknown.empty() ? error.what() : unknownWord(app, command, unknown[0]),
-      path);
+  return fmt::format("{}\nSee {} --help",
+                     unknown.empty() ? error.what() + noResult(command, error)
+                                     : unknownWord(app, command, unknown[0]),
+                     path);
 }
 
 }  // namespace kit

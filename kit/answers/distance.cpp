@@ -162,6 +162,11 @@ void testFinite(const GenomeMatrix<double>& distances, const Genomes& genomes) {
 
 void distance(DistanceOptions options) {
   const bool table = options.format == DistanceFormat::kTsv;
+  if (table && options.measure != DistanceMeasure::kMash) {
+    throw std::runtime_error(
+        "--measure is for --format phylip and newick: the table has all "
+        "distances, with --acs that of common substrings, too");
+  }
   if (!table && options.measure == DistanceMeasure::kAcs) {
     options.acs = true;
     options.k.clear();

@@ -1,12 +1,12 @@
 // The command line of palvor-kit distance.
 
-#include <map>
 #include <memory>
 #include <string>
 
 #include "kit/answers/distance.h"
 #include "kit/commands.h"
 #include "kit/jobs_option.h"
+#include "kit/word_choice.h"
 
 namespace kit {
 
@@ -21,6 +21,7 @@ void addDistance(CLI::App& app) {
   command->add_option("-k,--kmer", options->k, "lengths of k-mers")
       ->check(CLI::Range(1, 1000))
       ->delimiter(',')
+      ->allow_extra_args(false)
       ->capture_default_str();
   CLI::Option* acs =
       command->add_flag("--acs", options->acs,
@@ -31,12 +32,9 @@ void addDistance(CLI::App& app) {
       ->add_option("--format", options->format,
                    "print a table, a square matrix, or the tree of neighbour "
                    "joining")
-      ->transform(
-          CLI::CheckedTransformer(std::map<std::string, DistanceFormat>{
-                                      {"tsv", DistanceFormat::kTsv},
-                                      {"phylip", DistanceFormat::kPhylip},
-                                      {"newick", DistanceFormat::kNewick}})
-              .description(""))
+      ->transform(oneOf<DistanceFormat>({{"tsv", DistanceFormat::kTsv},
+                                         {"phylip", DistanceFormat::kPhylip},
+                                         {"newick", DistanceFormat::kNewick}}))
       ->type_name("tsv|phylip|newick")
       ->default_str("tsv")
       ->excludes(json)
@@ -45,11 +43,9 @@ void addDistance(CLI::App& app) {
       ->add_option("--measure", options->measure,
                    "the distances of the matrix or the tree")
       ->transform(
-          CLI::CheckedTransformer(std::map<std::string, DistanceMeasure>{
-                                      {"mash", DistanceMeasure::kMash},
-                                      {"jaccard", DistanceMeasure::kJaccard},
-                                      {"acs", DistanceMeasure::kAcs}})
-              .description(""))
+          oneOf<DistanceMeasure>({{"mash", DistanceMeasure::kMash},
+                                  {"jaccard", DistanceMeasure::kJaccard},
+                                  {"acs", DistanceMeasure::kAcs}}))
       ->type_name("mash|jaccard|acs")
       ->default_str("mash");
   addJobs(*command, options->jobs);

@@ -1,11 +1,11 @@
 // The command line of palvor-kit export.
 
-#include <map>
 #include <memory>
 #include <string>
 
 #include "kit/answers/export.h"
 #include "kit/commands.h"
+#include "kit/word_choice.h"
 
 namespace kit {
 
@@ -19,12 +19,10 @@ void addExport(CLI::App& app) {
   addMergedOptions(*command, options->merged);
   command->remove_option(command->get_option("--groups"));
   command->add_option("array", options->array, "what to write")
-      ->transform(CLI::CheckedTransformer(std::map<std::string, ExportedArray>{
-                                              {"bwt", ExportedArray::kBwt},
-                                              {"sa", ExportedArray::kSa},
-                                              {"lcp", ExportedArray::kLcp},
-                                              {"da", ExportedArray::kDa}})
-                      .description(""))
+      ->transform(oneOf<ExportedArray>({{"bwt", ExportedArray::kBwt},
+                                        {"sa", ExportedArray::kSa},
+                                        {"lcp", ExportedArray::kLcp},
+                                        {"da", ExportedArray::kDa}}))
       ->type_name("bwt|sa|lcp|da")
       ->required();
   command

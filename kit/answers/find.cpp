@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <map>
 #include <stdexcept>
 #include <utility>
@@ -106,7 +107,15 @@ std::vector<Pattern> patternsOf(const FindOptions& options) {
     throw std::runtime_error("--mem is for the sequences of a file (-f)");
   }
   if (options.patterns.empty() && options.file.empty()) {
-    throw std::runtime_error("no pattern, and no file of them (-f)");
+    std::error_code ignored;
+    const bool isData = std::filesystem::exists(
+        options.merged.dataBase() + ".stlengths", ignored);
+    throw std::runtime_error(
+        "no pattern, and no file of them (-f)" +
+        (isData ? ""
+                : fmt::format(": '{}' is no result of build, so that '{}' is "
+                              "its prefix",
+                              options.merged.inputdir, options.merged.prefix)));
   }
   std::vector<Pattern> patterns;
   for (const std::string& word : options.patterns) {

@@ -17,7 +17,7 @@ Likeness likenessOf(const GenomeMatrix<uint64_t>& shared, uint32_t a,
   const uint64_t both = shared(a, b);
   const double jaccard = part(both, shared(a, a) + shared(b, b) - both);
   const double mash =
-      jaccard == 0 ? 1 : -std::log(2 * jaccard / (1 + jaccard)) / k;
+      jaccard == 0 ? 1 : std::log((1 + jaccard) / (2 * jaccard)) / k;
   return {both, jaccard, part(both, shared(a, a)), part(both, shared(b, b)),
           std::clamp(mash, 0.0, 1.0)};
 }

@@ -17,8 +17,9 @@ std::string MergedOptions::mergedBase() const {
 
 void addMergedOptions(CLI::App& command, MergedOptions& options) {
   command
-      .add_option("inputdir", options.inputdir,
-                  "palvor's input folder, with its trailing /")
+      .add_option(
+          "inputdir", options.inputdir,
+          "palvor's input folder, or a result of build in place of both")
       ->required();
   command.add_option("prefix", options.prefix, "palvor's input file prefix")
       ->required();

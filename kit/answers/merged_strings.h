@@ -1,10 +1,13 @@
 // The input strings of a merged order, mapped into memory one by one as they
-// are needed, so that a question about a few places reads a few pages.
+// are needed, so that a question about a few places reads a few pages. Those
+// that fill no page, as most contigs, are read: more of them are there than the
+// system lets a process map.
 
 #ifndef PALVOR_KIT_ANSWERS_MERGED_STRINGS_H_
 #define PALVOR_KIT_ANSWERS_MERGED_STRINGS_H_
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "kit/answers/merged_inputs.h"
@@ -52,11 +55,15 @@ class MergedStrings {
     const uint32_t* words = mapped_[input];
     return words != nullptr ? words : map(input);
   }
+  // Whether it fills no page.
+  bool isShort(uint32_t input) const { return wordCount(input) < 1024; }
+  const uint32_t* read(uint32_t input, const std::string& path);
   const uint32_t* map(uint32_t input);
   void unmapAll();
 
   const MergedInputs& inputs_;
-  std::vector<const uint32_t*> mapped_;  // null: not mapped
+  std::vector<const uint32_t*> mapped_;  // null: neither mapped nor read
+  std::vector<std::vector<uint32_t>> read_;
   uint32_t mappedCount_ = 0;
 };
 

@@ -1,11 +1,11 @@
 // The options that choose what is told of k-mers.
 
 #include <CLI/CLI.hpp>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "kit/answers/pangenome_table.h"
+#include "kit/word_choice.h"
 
 namespace kit {
 
@@ -24,6 +24,7 @@ void addPangenomeChoice(CLI::App& command, PangenomeChoice& choice,
                                   "parts of the genomes that have what is core")
                       ->check(CLI::Range(0.0, 1.0))
                       ->delimiter(',')
+                      ->allow_extra_args(false)
                       ->capture_default_str());
   CLI::Option* canonical = command.add_flag_callback(
       "--canonical", [&choice] { choice.canonical = true; },
@@ -36,17 +37,16 @@ void addPangenomeChoice(CLI::App& command, PangenomeChoice& choice,
                           [&choice] { choice.canonical = false; },
                           "count them apart")
                       ->excludes(canonical));
-  const std::map<std::string, PangenomeTable> tables = {
-      {"summary", PangenomeTable::kSummary},
-      {"histogram", PangenomeTable::kHistogram},
-      {"growth", PangenomeTable::kGrowth}};
   CLI::Option* table =
       command
           .add_option("--table", choice.table,
                       "print a line for each k (summary), for each k and "
                       "number of genomes that have a k-mer (histogram), or "
                       "for each k and number of genomes taken (growth)")
-          ->transform(CLI::CheckedTransformer(tables).description(""))
+          ->transform(
+              oneOf<PangenomeTable>({{"summary", PangenomeTable::kSummary},
+                                     {"histogram", PangenomeTable::kHistogram},
+                                     {"growth", PangenomeTable::kGrowth}}))
           ->type_name("summary|histogram|growth")
           ->default_str("summary");
   added.push_back(table);

@@ -21,8 +21,7 @@
 namespace kit {
 namespace {
 
-void writeFile(const std::string& path, const std::string& text) {
-  OutputFile file(path);
+void commitText(OutputFile& file, const std::string& text) {
   file.write(text.data(), text.size());
   file.commit();
 }
@@ -45,6 +44,13 @@ void report(const ReportOptions& options) {
   const Genomes genomes(inputs, options.merged.groups);
   const MergedArray array(inputs, options.merged.mergedBase());
   warnOfOneStrand(inputs);
+
+  const std::string page = options.page.empty()
+                               ? options.merged.mergedBase() + ".report.html"
+                               : options.page;
+  const std::string multiqc = multiqcPath(behindLinks(page));
+  // Begun now: that they cannot be written is not to be found out at the end.
+  OutputFile pageFile(behindLinks(page)), multiqcFile(multiqc);
 
   const bool canonical = inputs.bothStrands();
   KmerSpectrum kmers(inputs, genomes, options.k,
@@ -71,12 +77,8 @@ void report(const ReportOptions& options) {
                        .run = std::move(run)};
   if (shared) facts.shared = shared->finish();
 
-  const std::string page = options.page.empty()
-                               ? options.merged.mergedBase() + ".report.html"
-                               : options.page;
-  const std::string multiqc = multiqcPath(page);
-  writeFile(page, reportPage(pageFacts(facts)));
-  writeFile(multiqc, jsonLine(multiqcFacts(facts)));
+  commitText(pageFile, reportPage(pageFacts(facts)));
+  commitText(multiqcFile, jsonLine(multiqcFacts(facts)));
   writeOutput(page + '\n' + multiqc + '\n');
   finishOutput();
 }

@@ -25,6 +25,7 @@
 #include "kit/file_error.h"
 #include "kit/folders.h"
 #include "kit/message.h"
+#include "kit/record_file.h"
 #include "kit/shell_word.h"
 #include "kit/standard_output.h"
 
@@ -46,6 +47,7 @@ class Build {
  private:
   void plan();
   bool isThereAlready() const;
+  void testFiles() const;
   bool isIn(const ResultInput& input) const;
   bool open(UnfinishedFolder& folder);
   void goOnWith(const ResultManifest& found);
@@ -95,8 +97,8 @@ uint64_t bytesIn(const ResultFolder& folder) {
 
 void Build::run() {
   testNames(options_.files);
-  if (fs::exists(result_.path()) && !result_.isResult() &&
-      !fs::is_empty(result_.path())) {
+  if (isThere(result_.path()) && !result_.isResult() &&
+      (!fs::is_directory(result_.path()) || !fs::is_empty(result_.path()))) {
     throw FileError(result_.path(), "is there, and was not left by a build");
   }
   if (before_) {
@@ -168,10 +170,23 @@ bool Build::isThereAlready() const {
     }
   }
   if (!there) return false;
+  testFiles();
   // Of a run that ended just after it had replaced a result.
   if (result_.unfinished().isResult()) UnfinishedFolder(result_).remove();
   say(fmt::format("{} is there already, and whole", result_.path()));
   return true;
+}
+
+// Throws FileError if a file of the result is missing or cut short.
+void Build::testFiles() const {
+  const ResultManifest found =
+      readResultManifest(result_.path(kResultManifest));
+  for (const StoredFile& file : found.outputs) {
+    const std::string fault = result_.faultOf(file.file, file.bytes);
+    if (fault.empty()) continue;
+    throw FileError(result_.path(file.file),
+                    fault + (before_ ? "" : "; --restart makes it again"));
+  }
 }
 
 // Takes over what an interrupted run has left in the folder. True if that was
@@ -263,8 +278,8 @@ void Build::sayResult() const {
   if (options_.quiet) return;
   const std::string result = shellWord(result_.path());
   writeOutput(fmt::format(
-      "{}: {} genomes, {} suffixes, {}\n", result_.path(),
-      manifest_.inputs.size(), manifest_.suffixes,
+      "{}: {} genomes, {} suffixes, {}\n", result_.path(), genomesOf(manifest_),
+      manifest_.suffixes,
       manifest_.checked.empty() ? "not proved" : "proved to be right"));
   uint64_t bytes = 0;
   for (const StoredFile& file : manifest_.outputs) bytes += file.bytes;
@@ -288,6 +303,9 @@ void build(const BuildOptions& options) { Build(options, {}).run(); }
 
 void addTo(const BuildOptions& options) {
   const ResultFolder folder(options.result);
+  if (!folder.isResult()) {
+    throw FileError(folder.path(), "no result of a build");
+  }
   ResultBefore before = {folder,
                          readResultManifest(folder.path(kResultManifest))};
   BuildOptions all = options;

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "kit/output_file.h"
+#include "kit/record_file.h"
 
 namespace kit {
 
@@ -42,9 +43,14 @@ std::string ResultFolder::dataBase() const {
   return fmt::format("{0}/{1}.ST/{1}", path_, kResultPrefix);
 }
 
-bool ResultFolder::isResult() const {
-  std::error_code failure;
-  return fs::is_regular_file(path(kResultManifest), failure);
+std::string ResultFolder::faultOf(const std::string& name,
+                                  uint64_t bytes) const {
+  if (!isThere(path(name))) return "is not there";
+  const uint64_t found = StoredBytes(path(name), 1).records();
+  return found == bytes ? ""
+                        : fmt::format("{} bytes, expected {}", found, bytes);
 }
+
+bool ResultFolder::isResult() const { return isThere(path(kResultManifest)); }
 
 }  // namespace kit

@@ -4,6 +4,7 @@
 #ifndef PALVOR_KIT_BUILD_RESULT_FOLDER_H_
 #define PALVOR_KIT_BUILD_RESULT_FOLDER_H_
 
+#include <cstdint>
 #include <string>
 
 namespace kit {
@@ -33,7 +34,12 @@ class ResultFolder {
   // The data folder's files, as far as their kind, such as ".stpsa".
   std::string dataBase() const;
 
-  // Whether a whole result is there.
+  // What is wrong with one of its files, by its size; nothing if it has so many
+  // bytes. Throws FileError if the system does not say.
+  std::string faultOf(const std::string& name, uint64_t bytes) const;
+
+  // Whether a whole result is there. Throws FileError if the system does not
+  // say.
   bool isResult() const;
 
  private:

@@ -86,6 +86,12 @@ ResultManifest manifestOf(const Json& json) {
 
 }  // namespace
 
+uint64_t genomesOf(const ResultManifest& manifest) {
+  return static_cast<uint64_t>(std::ranges::count_if(
+      manifest.inputs,
+      [](const ResultInput& input) { return input.strings > 0; }));
+}
+
 ResultManifest readResultManifest(const std::string& path) {
   const std::vector<char> bytes = RecordFile<char>(path).read(0, UINT64_MAX);
   try {

@@ -46,6 +46,9 @@ struct ResultManifest {
   RunFigures run;
 };
 
+// The input files that gave strings.
+uint64_t genomesOf(const ResultManifest& manifest);
+
 // Throws FileError if it is not there or not as `write` leaves it.
 ResultManifest readResultManifest(const std::string& path);
 

@@ -1,5 +1,7 @@
 #include "kit/build/result_words.h"
 
+#include <fmt/format.h>
+
 #include <filesystem>
 #include <system_error>
 
@@ -38,6 +40,15 @@ bool isResultFolder(const std::string& word) {
   return ResultFolder::canBe(word) && ResultFolder(word).isResult();
 }
 
+// Whether DIR PREFIX, as palvor takes them, lack only a slash between them. A
+// mistaken run of palvor may have left an empty folder of that name.
+bool lacksSlash(const std::string& directory, const std::string& prefix) {
+  std::error_code ignored;
+  const std::string lengths = fmt::format("{0}.ST/{0}.stlengths", prefix);
+  return !std::filesystem::exists(directory + lengths, ignored) &&
+         std::filesystem::exists(directory + "/" + lengths, ignored);
+}
+
 // What there is to view in a result.
 std::string mergedFile(const ResultFolder& result) {
   std::error_code ignored;
@@ -54,7 +65,14 @@ std::vector<std::string> expandResult(const CLI::App& app,
   const CLI::App* command = commandOf(app, words[0]);
   if (command == nullptr) return words;
   const size_t i = firstArgument(*command, words);
-  if (i == words.size() || !isResultFolder(words[i])) return words;
+  if (i == words.size()) return words;
+  if (!isResultFolder(words[i])) {
+    if (command->get_option_no_throw("inputdir") != nullptr &&
+        i + 1 < words.size() && lacksSlash(words[i], words[i + 1])) {
+      words[i] += '/';
+    }
+    return words;
+  }
   const ResultFolder result(words[i]);
   if (command->get_name() == "view") {
     words[i] = mergedFile(result);

@@ -30,13 +30,8 @@ struct Status {
 // What is wrong with a file; nothing if it is as it was written.
 std::string faultOf(const ResultFolder& folder, const StoredFile& file,
                     const StatusOptions& options) {
-  const std::string path = folder.path(file.file);
-  if (!isThere(path)) return "is not there";
-  const uint64_t bytes = StoredBytes(path, 1).records();
-  if (bytes != file.bytes) {
-    return fmt::format("{} bytes, expected {}", bytes, file.bytes);
-  }
-  if (!options.checksums) return "";
+  const std::string fault = folder.faultOf(file.file, file.bytes);
+  if (!fault.empty() || !options.checksums) return fault;
   const SummingMeans means = {options.jobs, "reading",
                               buildProgress("", false)};
   const StoredFile found = sumFiles(folder.path(""), {file.file}, means)[0];
@@ -86,7 +81,7 @@ void printJson(const StatusOptions& options, const Status& status) {
     json["version"] = result.version;
     json["order"] = result.trees ? "trees" : "array";
     json["strands"] = result.bothStrands ? "both" : "forward";
-    json["genomes"] = result.inputs.size();
+    json["genomes"] = genomesOf(result);
     json["suffixes"] = result.suffixes;
     json["bytes"] = bytesOf(result);
     json["checked"] = result.checked;
@@ -103,7 +98,7 @@ void printText(const StatusOptions& options, const Status& status) {
         "{}: {}, {} of {} genomes, {} suffixes, {}\n", options.result,
         stateOf(status),
         result.trees ? "suffix trees" : "a suffix array with its LCP array",
-        result.inputs.size(), result.suffixes, roundBytes(bytesOf(result))));
+        genomesOf(result), result.suffixes, roundBytes(bytesOf(result))));
     writeOutput(fmt::format("made by palvor-kit {}: {}\n", result.version,
                             result.command));
     writeOutput(result.checked.empty()

@@ -17,8 +17,9 @@ void addCheck(CLI::App& app) {
       "tree partitions or both, from the definitions. Exit status 0 only if "
       "all is right.");
   command
-      ->add_option("inputdir", options->inputdir,
-                   "palvor's input folder, with its trailing /")
+      ->add_option(
+          "inputdir", options->inputdir,
+          "palvor's input folder, or a result of build in place of both")
       ->required();
   command->add_option("prefix", options->prefix, "palvor's input file prefix")
       ->required();

@@ -1,12 +1,12 @@
 // The command line of palvor-kit completion.
 
-#include <map>
 #include <memory>
 #include <string>
 
 #include "kit/commands.h"
 #include "kit/completion/completion.h"
 #include "kit/standard_output.h"
+#include "kit/word_choice.h"
 
 namespace kit {
 
@@ -17,11 +17,9 @@ void addCompletion(CLI::App& app) {
       "Print the script by which a shell completes this program's words. "
       "Installed packages bring it along.");
   command->add_option("shell", *shell, "the shell")
-      ->transform(CLI::CheckedTransformer(
-                      std::map<std::string, Shell>{{"bash", Shell::kBash},
-                                                   {"zsh", Shell::kZsh},
-                                                   {"fish", Shell::kFish}})
-                      .description(""))
+      ->transform(oneOf<Shell>({{"bash", Shell::kBash},
+                                {"zsh", Shell::kZsh},
+                                {"fish", Shell::kFish}}))
       ->type_name("bash|zsh|fish")
       ->required();
   command->callback([shell, &app] {

@@ -18,6 +18,7 @@
 #include "kit/merge/range_sink.h"
 #include "kit/merge/range_trees.h"
 #include "kit/message.h"
+#include "kit/output_file.h"
 #include "kit/range_work.h"
 #include "palvor/range/cuts.h"
 #include "palvor/range/ranges.h"
@@ -168,6 +169,9 @@ void Merging::mergeTrees() {
 }
 
 void Merging::countKmers() {
+  // Begun now: that it cannot be written is not to be found out at the end.
+  std::optional<OutputFile> file;
+  if (command_.pangenome != "-") file.emplace(behindLinks(command_.pangenome));
   pangenome_->setRanges(ranges_.size());
   RangeWork work("counting k-mers", ranges_.size(),
                  static_cast<uint64_t>(suffixesOf(ranges_)));
@@ -177,7 +181,7 @@ void Merging::countKmers() {
                         [&](uint64_t done) { work.advance(done); });
     };
   });
-  pangenome_->write(command_.pangenome);
+  pangenome_->write(file ? &*file : nullptr);
 }
 
 }  // namespace

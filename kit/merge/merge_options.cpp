@@ -10,7 +10,8 @@ namespace kit {
 void addMergePlaces(CLI::App& command, MergePlaces& places) {
   command
       .add_option("inputdir", places.inputdir,
-                  "directory of the data folder, as prepare's DIR")
+                  "directory of the data folder, as prepare's DIR, or a result "
+                  "of build in place of both")
       ->required();
   command.add_option("prefix", places.prefix, "name of the data folder")
       ->required();

@@ -6,6 +6,7 @@
 
 #include "kit/commands.h"
 #include "kit/jobs_option.h"
+#include "kit/memory_option.h"
 #include "kit/merge/estimate.h"
 #include "kit/merge/merge_options.h"
 #include "kit/merge/merge_parts.h"
@@ -28,9 +29,7 @@ struct PlanOptions {
 // Takes sizes such as 1G, in units of 1000.
 CLI::Option* addSize(CLI::App& command, const std::string& name, uint64_t& size,
                      const std::string& description) {
-  return command.add_option(name, size, description)
-      ->transform(CLI::AsSizeValue(true))
-      ->type_name("BYTES");
+  return takeSize(command.add_option(name, size, description), true);
 }
 
 void addEstimate(CLI::App& command, PlanOptions& options) {

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "kit/answers/order_tests.h"
-#include "kit/output_file.h"
 #include "kit/standard_output.h"
 #include "palvor/sink/batch_sink.h"
 
@@ -68,7 +67,7 @@ void RangePangenome::count(
   counts_->add(range, kmers, slices->entry);
 }
 
-void RangePangenome::write(const std::string& path) {
+void RangePangenome::write(OutputFile* file) {
   const KmerCounts counts = counts_->finish();
   if (counts_->suffixes() != inputs_.total()) {
     throw std::runtime_error(fmt::format(
@@ -77,16 +76,15 @@ void RangePangenome::write(const std::string& path) {
         counts_->suffixes(), inputs_.total()));
   }
   std::vector<uint64_t> totals = kmerTotals(inputs_, choice_.k, canonical_);
-  if (path == "-") {
+  if (file == nullptr) {
     printPangenome(choice_, counts, std::move(totals), writeOutput);
     finishOutput();
     return;
   }
-  OutputFile file(path);
   printPangenome(
       choice_, counts, std::move(totals),
-      [&](std::string_view text) { file.write(text.data(), text.size()); });
-  file.commit();
+      [&](std::string_view text) { file->write(text.data(), text.size()); });
+  file->commit();
 }
 
 }  // namespace kit

@@ -16,6 +16,7 @@
 #include "kit/answers/pangenome_table.h"
 #include "kit/answers/range_kmers.h"
 #include "kit/merge/range_merger.h"
+#include "kit/output_file.h"
 
 namespace kit {
 
@@ -43,9 +44,9 @@ class RangePangenome {
              const MemoryShares& shares,
              const std::function<void(uint64_t)>& advance);
 
-  // Puts the ranges together and writes the table to a file, or for "-" to
+  // Puts the ranges together and writes the table to a file, or for null to
   // standard output.
-  void write(const std::string& path);
+  void write(OutputFile* file);
 
  private:
   uint64_t bytesOfCounts() const;

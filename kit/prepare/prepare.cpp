@@ -154,7 +154,9 @@ void sayWhatWasRead(const PrepareResult& result, size_t files) {
   count(summary.splits, "inputs begun anew after ambiguous characters");
   count(summary.skippedRecords, "records with ambiguous characters left out");
   count(summary.emptyRecords, "records without any A, C, G or T left out");
-  count(summary.emptyFiles, "files gave no input, and have no suffix array");
+  count(summary.emptyFiles,
+        "files gave no input, and have no suffix array, first " +
+            summary.emptyFile);
   count(result.resumed,
         "suffix arrays of an interrupted run stood, and were not made again");
 }

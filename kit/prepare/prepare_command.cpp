@@ -1,6 +1,5 @@
 // The command line of palvor-kit prepare.
 
-#include <map>
 #include <memory>
 #include <string>
 
@@ -9,6 +8,7 @@
 #include "kit/memory_option.h"
 #include "kit/prepare/prepare.h"
 #include "kit/strands_option.h"
+#include "kit/word_choice.h"
 
 namespace kit {
 
@@ -36,10 +36,7 @@ void addPrepare(CLI::App& app) {
   command
       ->add_option("--psa-per", options->rules.psaPerRecord,
                    "one suffix array for each file, or each record")
-      ->transform(
-          CLI::CheckedTransformer(
-              std::map<std::string, bool>{{"file", false}, {"record", true}})
-              .description(""))
+      ->transform(oneOf<bool>({{"file", false}, {"record", true}}))
       ->type_name("file|record")
       ->default_str("file");
   addStrands(*command, options->rules.bothStrands);
@@ -47,12 +44,9 @@ void addPrepare(CLI::App& app) {
       ->add_option("--ambiguous", options->rules.ambiguous,
                    "at characters other than A, C, G and T: split the input "
                    "string, skip the whole record, or stop")
-      ->transform(
-          CLI::CheckedTransformer(std::map<std::string, Ambiguous>{
-                                      {"split", Ambiguous::kSplit},
-                                      {"skip-record", Ambiguous::kSkipRecord},
-                                      {"error", Ambiguous::kError}})
-              .description(""))
+      ->transform(oneOf<Ambiguous>({{"split", Ambiguous::kSplit},
+                                    {"skip-record", Ambiguous::kSkipRecord},
+                                    {"error", Ambiguous::kError}}))
       ->type_name("split|skip-record|error")
       ->default_str("split");
   command->add_flag("--lcp", options->format.withLcp,

@@ -78,7 +78,9 @@ void PsaSource::endFile() {
                     "protein, not DNA",
                     sourceName(files_[fileIndex_]), fileLetters_, codes));
   }
-  if (!fileGaveInput_) summary_.emptyFiles++;
+  if (!fileGaveInput_ && summary_.emptyFiles++ == 0) {
+    summary_.emptyFile = sourceName(files_[fileIndex_]);
+  }
   reader_.reset();
   fileIndex_++;
 }

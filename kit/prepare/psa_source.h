@@ -41,6 +41,7 @@ struct ReadingSummary {
   uint64_t skippedRecords = 0;  // left out for an ambiguous character
   uint64_t emptyRecords = 0;    // left out since nothing is in them
   uint64_t emptyFiles = 0;      // files that gave no input at all
+  std::string emptyFile;        // the first of these
 };
 
 class PsaSource {

@@ -225,11 +225,13 @@ TEST_F(Build, RefusesWhatItCannotDo) {
   EXPECT_THAT(failure("build -o R --restart a.fa"),
               HasSubstr("was not left by a build"));
   fs::remove_all(path("R.part"));
+  folder_.write("E", "");
+  EXPECT_THAT(failure("build -o E a.fa"), HasSubstr("was not left by a build"));
 
   ASSERT_NO_FATAL_FAILURE(leavePart("build -o R a.fa b.fa c.fa"));
   EXPECT_THAT(failure("build -o R a.fa b.fa"),
               HasSubstr("R.part: was begun with other files"));
-  folder_.write("list", path("a.fa") + "\n\n" + path("b.fa"));
+  folder_.write("list", path("a.fa") + "\r\n\n" + path("b.fa"));
   succeed("build -o R --restart --list " + path("list"));
   EXPECT_EQ(manifest("R")["inputs"].size(), 2);
   EXPECT_THAT(failure("build -o R a.fa"), HasSubstr("--restart replaces it"));
@@ -254,12 +256,42 @@ TEST_F(Build, IsOneArgumentOfOtherCommands) {
   EXPECT_EQ(succeed("check -j 2 R").out, succeed("check R/").out);
   EXPECT_EQ(succeed("view --count 3 R").out,
             succeed("view --count 3 R/data.ST/data.stpsa").out);
-  EXPECT_THAT(failure("find a.fa"), HasSubstr("prefix is required"));
+  EXPECT_THAT(failure("check a.fa"),
+              AllOf(HasSubstr("prefix is required"),
+                    HasSubstr("a.fa' is no result of build")));
+  EXPECT_THAT(failure("find S ACGTA"), HasSubstr("S' is no result of build"));
+  EXPECT_THAT(failure("export R"), Not(HasSubstr("no result")));
   for (const std::string folder : {".", "./", "..", "/"}) {
     EXPECT_THAT(failure("check " + folder + " nowhere"),
                 HasSubstr("cannot be checked without that file"))
         << folder;
   }
+}
+
+TEST_F(Build, LeavesTheSlashOfAFolderToAnybody) {
+  succeed("prepare -o D -p x a.fa");
+  succeed("merge D x -p m");
+  const std::string rest = " x -p m ACGTA";
+  EXPECT_EQ(succeed("find D" + rest).out, succeed("find D/" + rest).out);
+}
+
+TEST_F(Build, CallsNothingWholeThatIsNot) {
+  succeed("build -o R -q a.fa b.fa");
+  fs::remove(path("R/data.ST/data.stpsa"));
+  EXPECT_THAT(failure("build -o R a.fa b.fa"),
+              AllOf(HasSubstr("data.stpsa: is not there"),
+                    HasSubstr("--restart makes it again")));
+  EXPECT_THAT(failure("add R b.fa"), HasSubstr("data.stpsa: is not there"));
+  succeed("build -o R -q --restart a.fa b.fa");
+}
+
+TEST_F(Build, CountsNoGenomeWithoutSequence) {
+  folder_.write("d.fa", ">d\nNNNN\n");
+  const Outcome made = succeed("build -o R a.fa d.fa b.fa");
+  EXPECT_THAT(made.out, HasSubstr("R: 2 genomes, "));
+  EXPECT_THAT(made.err,
+              HasSubstr("have no suffix array, first " + path("d.fa")));
+  EXPECT_THAT(succeed("status R").out, HasSubstr(" of 2 genomes, "));
 }
 
 TEST_F(Build, AddsGenomesAsIfAllHadBeenThere) {
@@ -290,7 +322,7 @@ TEST_F(Build, AddsGenomesAsIfAllHadBeenThere) {
   std::string bytes = folder_.read("R/data.ST/data_0.stbin");
   folder_.write("R/data.ST/data_0.stbin", bytes + "....");
   EXPECT_THAT(failure("add R d.fa"), HasSubstr("not as it was when"));
-  EXPECT_THAT(failure("add T d.fa"), HasSubstr("T/manifest.json"));
+  EXPECT_THAT(failure("add T d.fa"), HasSubstr("T: no result of a build"));
 }
 
 TEST_F(Build, IsToldAboutByStatus) {

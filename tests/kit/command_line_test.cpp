@@ -71,6 +71,9 @@ TEST(CommandLine, NamesTheWrongWordAndTheNearestRightOne) {
       {"simulate --genomes 2 --length 9", "--divergence is required\n"},
       {"check data/ coli -N 0", "Value 0 not in range 1 to 2147483647"},
       {"view", "files is required\n"},
+      {"export data/ coli xml", "'xml' is none of bwt, sa, lcp, da\n"},
+      {"build --strands 1 a.fa", "'1' is none of forward, both\n"},
+      {"build --memory -1G a.fa", "-1G is less than nothing\n"},
   };
   for (const auto& [line, reason] : cases) {
     SCOPED_TRACE(line);
@@ -82,6 +85,11 @@ TEST(CommandLine, NamesTheWrongWordAndTheNearestRightOne) {
                       HasSubstr("\nSee palvor-kit ")));
   }
   EXPECT_THAT(runKit({"view"}).err, HasSubstr("See palvor-kit view --help\n"));
+  // Options of several numbers leave what stands behind them.
+  for (const char* line : {"pangenome --quorum 0.5 none/ x --max-k 2",
+                           "distance -k 21 none/ x --acs"}) {
+    EXPECT_THAT(runKit(wordsOf(line)).err, HasSubstr("none/x.ST/x.stlengths"));
+  }
 }
 
 }  // namespace

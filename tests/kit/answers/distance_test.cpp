@@ -166,13 +166,19 @@ TEST(Distance, PrintsTableMatrixAndTree) {
             "(" + a + ":0.232143,'" + b + "':0.0535714," + c + ":0.517857);\n");
 }
 
-TEST(Distance, RefusesWhatHasNone) {
+TEST(Distance, TellsNoneAndRefusesWhatHasNone) {
   const MadeCollection made(kFiles, "");
   EXPECT_THAT(made.run("distance", "-k 2,3 --format newick").err,
               HasSubstr("a matrix or tree is of one k"));
   EXPECT_THAT(made.run("distance", "-k 0").err, HasSubstr("not in range"));
   EXPECT_THAT(made.run("distance", "").err,
               HasSubstr("note: the folder does not hold both strands"));
+  const MadeCollection same(
+      {{"a.fa", {{"x", "GAT"}}}, {"b.fa", {{"y", "GAT"}}}}, "");
+  EXPECT_THAT(same.expect("distance", "-k 2"),
+              HasSubstr("\t2\t2\t1\t1\t1\t0\n"));
+  EXPECT_THAT(same.run("distance", "--measure acs").err,
+              HasSubstr("--measure is for --format"));
   const MadeCollection strange(
       {{"a.fa", {{"x", "AAAA"}}}, {"b.fa", {{"y", "CCC"}}}}, "");
   const Outcome run = strange.run("distance", "--format phylip --measure acs");

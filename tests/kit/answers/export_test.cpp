@@ -110,6 +110,20 @@ TEST(Export, WritesWhatSortingGives) {
   }
 }
 
+TEST(Export, TakesShortInputsAmongLongOnes) {
+  std::mt19937 random(7);
+  std::string text;
+  for (int i = 0; i < 40'000; i++) text += "ACGT"[below(random, 4)];
+  SequenceFile file = {"a.fa", {{"long", text}}};
+  // On both sides of a page of 1,024 words, the last of which may be begun.
+  for (const size_t length : {1, 16, 16367, 16368, 16369, 16384, 16385}) {
+    file.records.push_back({std::to_string(length), text.substr(0, length)});
+  }
+  const MadeCollection made({file}, "");
+  EXPECT_EQ(inverted(made.expect("export", "bwt"), file.records.size()),
+            inputsOf(made, false));
+}
+
 TEST(Export, WritesHeadersForNumpy) {
   const MadeCollection made({{"a.fa", {{"x", "GAT"}}}}, "");
   const std::string npy = made.expect("export", "sa --npy --width 4");

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <random>
 #include <string>
@@ -195,6 +196,19 @@ TEST(Report, WritesWhereItIsTold) {
       made.run("report", "--page " + made.folder().path("no/own.html")).status,
       1);
   EXPECT_EQ(made.run("report", "--min-k 9 --max-k 8").status, 1);
+
+  const std::string pipe = made.folder().path("pipe");
+  ASSERT_EQ(runShell("mkfifo " + pipe).status, 0);
+  EXPECT_THAT(made.run("report", "--page " + pipe).err,
+              HasSubstr(pipe + ": is there, and no regular file"));
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+
+  const std::string link = made.folder().path("link");
+  const std::string target = made.folder().write("target", "");
+  ASSERT_EQ(runShell("ln -s " + target + " " + link).status, 0);
+  made.expect("report", "--page " + link);
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(made.folder().read("target"), made.folder().read("own.html"));
 }
 
 }  // namespace
