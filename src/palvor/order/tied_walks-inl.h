@@ -234,7 +234,7 @@ HWY_INLINE void TiedWalks::countAt(int base, Counted& counted) const {
                                  hn::Add(passed, hn::VecFromMask(tag, isEnd))));
 }
 
-HWY_NOINLINE void TiedWalks::flush(Cost& cost) {
+HWY_NOINLINE inline void TiedWalks::flush(Cost& cost) {
   const IntTag tag;
   // Those behind never came.
   const int end = kMargin + size_;
