@@ -89,16 +89,14 @@ class PieceProof {
   }
 
   // Whether a record's entry is the expected one, if there are any.
-  bool hasEntry(uint64_t record, std::optional<uint64_t> expected) {
-    return !expected || !records_.hasEntry(record) ||
-           records_.entry(record) == *expected;
+  bool hasEntry(uint64_t record, uint64_t expected) {
+    return !records_.hasEntry(record) || records_.entry(record) == expected;
   }
 
   // What is wrong with a record of this place, or else with its entry. The step
   // is not handed over: if it had to stand in memory, the reads of one record
   // would wait for those of the last.
-  PieceFault faultIn(uint64_t record, Place place,
-                     std::optional<uint64_t> entry);
+  PieceFault faultIn(uint64_t record, Place place, uint64_t entry);
 
   const ArrayPiece& piece_;
   const CheckedStrings& strings_;
@@ -140,10 +138,10 @@ std::optional<PieceFault> PieceProof::run(
         return fault(r, describe(*place) + " sorts before " + describe(before) +
                             ", which stands before it");
       }
-      const auto entry =
-          first ? std::nullopt : std::optional<uint64_t>(step.entry());
+      const uint64_t entry = first ? 0 : step.entry();
       const uint64_t key = strings_.slice(place->input, 2 * place->pos);
-      if (key != prefixBits(suffix) || !isInRange(key) || !hasEntry(r, entry)) {
+      if (key != prefixBits(suffix) || !isInRange(key) ||
+          (!first && !hasEntry(r, entry))) {
         return faultIn(r, *place, entry);
       }
       if (r + 1 - done == kPieceBlock || r + 1 == piece_.to) {
@@ -157,8 +155,7 @@ std::optional<PieceFault> PieceProof::run(
   return {};
 }
 
-PieceFault PieceProof::faultIn(uint64_t record, Place place,
-                               std::optional<uint64_t> entry) {
+PieceFault PieceProof::faultIn(uint64_t record, Place place, uint64_t entry) {
   const uint64_t key = strings_.slice(place.input, 2 * place.pos);
   if (key != prefixBits(records_.suffix(record))) {
     return fault(record, "prefix words that are not those of the string");
@@ -167,7 +164,7 @@ PieceFault PieceProof::faultIn(uint64_t record, Place place,
     return fault(record, describe(place) + " does not belong into this range");
   }
   return {piece_.array.path + ".stlcp", record,
-          fmt::format("entry {}, expected {}", records_.entry(record), *entry)};
+          fmt::format("entry {}, expected {}", records_.entry(record), entry)};
 }
 
 // Whether an array has as many records as it should have suffixes, and as many
