@@ -12,6 +12,9 @@
 #            sim1e-4, sim1e-5: fewer mutations; sim0: none
 #   strains12  the FASTA files (*.fna.gz) in the folder that PALVOR_STRAINS
 #            names, such as complete genomes of one species; left out without it
+#   pan64    64 descendants of one ancestor of a million characters, at 0.1%;
+#            phylo64: descending from each other along a tree, with inversions
+#            and with regions gained and lost
 #   runA     a million A
 #   tandem   300 characters, 3,000 times over
 #   pan1024  1,024 descendants of one ancestor of 2,000 characters, at 0.1%
@@ -28,7 +31,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/dependencies.sh
 
 all=(rand2 ecoli3 staph5 pan16 sim1e-3 sim1e-4 sim1e-5 sim0 runA tandem pan1024
-  strains12 k2 k16 k64 k256 k1024 k4096)
+  strains12 pan64 phylo64 k2 k16 k64 k256 k1024 k4096)
 data=${PALVOR_BENCH_DATA:-build/bench-data}
 kit=build/release/kit/palvor-kit
 
@@ -46,10 +49,10 @@ genomes() {
   done
 }
 
-# simulate DIR GENOMES LENGTH DIVERGENCE
+# simulate DIR GENOMES LENGTH DIVERGENCE [OPTION...]
 simulate() {
   $kit simulate --genomes "$2" --length "$3" --divergence "$4" --seed 1 \
-    >"$1/all.fa"
+    "${@:5}" >"$1/all.fa"
 }
 
 # sequences NAME DIR: writes a data set's sequences.
@@ -73,6 +76,8 @@ sequences() {
       done
       ;;
     pan16) simulate "$dir" 16 2000000 0.001 ;;
+    pan64) simulate "$dir" 64 1000000 0.001 ;;
+    phylo64) simulate "$dir" 64 1000000 0.001 --phylogeny ;;
     sim*) simulate "$dir" 8 500000 "${name#sim}" ;;
     runA)
       awk 'BEGIN {
