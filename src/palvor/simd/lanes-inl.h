@@ -43,34 +43,6 @@ HWY_INLINE int64_t sumOf(Ints numbers) {
                     hn::PromoteTo(wide, hn::UpperHalf(half, numbers)))));
 }
 
-// Numbers of a table, by their places in it. Highway's own (GatherIndex) takes
-// the table for one that nothing else writes to, and can give what it held
-// earlier.
-template <class Tag, class Number>
-HWY_INLINE hn::Vec<Tag> numbersAt(Tag tag, const Number* table,
-                                  hn::Vec<Tag> places) {
-#if PALVOR_HAS_AVX512
-  if constexpr (sizeof(Number) == 8 && hn::MaxLanes(Tag()) == 8) {
-    return hn::Vec<Tag>{_mm512_i64gather_epi64(places.raw, table, 8)};
-  } else if constexpr (sizeof(Number) == 4 && hn::MaxLanes(Tag()) == 16) {
-    return hn::Vec<Tag>{_mm512_i32gather_epi32(places.raw, table, 4)};
-  }
-#elif HWY_TARGET == HWY_AVX2
-  if constexpr (sizeof(Number) == 8) {
-    const auto* numbers = reinterpret_cast<const long long*>(table);
-    return hn::Vec<Tag>{_mm256_i64gather_epi64(numbers, places.raw, 8)};
-  } else {
-    return hn::Vec<Tag>{_mm256_i32gather_epi32(table, places.raw, 4)};
-  }
-#endif
-  alignas(64) Number wanted[hn::MaxLanes(Tag())];
-  alignas(64) Number numbers[hn::MaxLanes(Tag())];
-  hn::Store(places, tag, wanted);
-  for (size_t i = 0; i < hn::MaxLanes(Tag()); i++)
-    numbers[i] = table[wanted[i]];
-  return hn::Load(tag, numbers);
-}
-
 // For each lane the one that many lanes behind it, or kMostInt.
 template <int kBy>
 HWY_INLINE Ints intsUp(Ints ints) {

@@ -12,47 +12,21 @@
 // Strings that are like no other text, and those that find no room on the axis,
 // are left out: their suffixes have no anchors.
 //
-// How a merge that knows the common prefixes of listed suffixes uses it. Equal
-// prefix words say that two suffixes agree for 32 characters, so anchors are
-// taken from there on. They depend on nothing but the record: they can be had
-// for all records of a buffer at once, long before these are merged.
+// How merges use it. Equal prefix words say that two suffixes agree for 32
+// characters, so they are anchored at a position behind their first ones. An
+// anchor depends on nothing but the record: it can be had long before the
+// record is merged, in steps that each ask for what the next one reads
+// (order/anchors_ahead.h). Of suffixes with equal prefix words and equal
+// anchors
 //
-//   anchorsAt, for axisPosition(input, pos + 32), or kNowhere if the string
-//   takes no part, or the suffix has no more than 32 characters.
+//   - the order is that of their second keys, and what neighbours share follows
+//     from these: commonBits. So a group is sorted by one integer each
+//     (order/tied_rows-inl.h), or searched by halves (order/block_order.h);
+//   - those of the same key are equal if equalIfAlike says so, and leave in the
+//     order in which they came. If not, followStretches
+//     (text/stretch_comparison.h) goes on from where they are known to agree.
 //
-// (Where few prefix words are equal, as with genomes of two species, that is
-// wasted: then anchorAt, when it is needed, for the new suffix and those that
-// are listed with its prefix words and have none yet.)
-//
-// Beside the prefix keys, rows hold per listed suffix
-//
-//   anchors  64 bits: its anchor's position; where it has none, a number that
-//            no other has, such as 2^32 + its stream
-//   seconds  64 bits: its second key
-//
-// which move with it, or stand by stream and are gathered where prefix keys are
-// equal. A new suffix s with prefix key w, anchor a and second key k finds its
-// place so:
-//
-//   1. equal = places with prefix key w. None: as ever.
-//   2. known = places of `equal` with anchor a, and among them
-//      lower = places whose second key is below k. If known = equal, as for
-//      nearly all of strains, s goes behind all with prefix keys below w and
-//      behind `lower`: a popcount. Of the neighbours there, those with prefix
-//      key w share 64 + commonBits(k, k') bits with s, which the entries say;
-//      firstbit is 0 if that is the shorter suffix's length, else 1. L is a
-//      field of the keys, so that vectors can take min(L, L') for all places at
-//      once: right wherever the L differ.
-//   3. A place with the key k itself: if equalIfAlike(k), the suffixes are
-//      equal, share all their bits, and s goes behind it, as equal suffixes
-//      leave in the order in which they came. Otherwise it is compared.
-//   4. If `equal` holds others, the known places bound the range in which s can
-//      go, and tell its common prefixes with both ends; within it the list is
-//      walked as ever, by stored common prefixes, and what has to be compared
-//      is compared: by followStretches, which tells up to where the two agree
-//      if it can't tell more, and then by the strings from there on, with what
-//      is remembered of long matches; or by compareByStretches, which does both
-//      without a memory.
+// Where anchors differ the strings are read.
 //
 // What a comparison by words would have examined follows from the common prefix
 // alone, so that counts stay what they are.
