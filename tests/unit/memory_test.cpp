@@ -49,9 +49,13 @@ TEST(Memory, GrowsTablesIntoHugePages) {
     table.resize(bytes / 2, 7);
     table.shrink_to_fit();
     const auto address = reinterpret_cast<uintptr_t>(table.data());
-    if (bytes >= kHugePage / 2) EXPECT_EQ(address % kHugePage, 0U);
+    if (bytes >= kHugePage / 2) {
+      EXPECT_EQ(address % kHugePage, 0U);
+    }
     for (size_t i = before; i < table.size(); i++) ASSERT_EQ(table[i], 7) << i;
-    if (before > 0) EXPECT_EQ(table[before - 1], 7);
+    if (before > 0) {
+      EXPECT_EQ(table[before - 1], 7);
+    }
   }
 }
 
