@@ -183,6 +183,7 @@ TEST_F(TiedWalks, CountWhatIsWalked) {
   for (const int most : {2, 3, 17, 64}) {
     SCOPED_TRACE(most);
     std::vector<Group> groups;
+    groups.reserve(300);
     for (int g = 0; g < 300; g++) {
       groups.push_back(
           makeGroup(2 + below(most - 1), 64, g % 2 == 0 ? 20 : 5000));
@@ -194,6 +195,7 @@ TEST_F(TiedWalks, CountWhatIsWalked) {
 // Strains of whole chromosomes share hundreds of millions of characters.
 TEST_F(TiedWalks, CountMoreWordsThanFitIntoALane) {
   std::vector<Group> groups;
+  groups.reserve(20);
   for (int g = 0; g < 20; g++) {
     groups.push_back(makeGroup(64, palvor::kLcpLimit - 5000, 5000));
   }
