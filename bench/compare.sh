@@ -131,13 +131,7 @@ goals() {
     goal "merge to copy, wall: $name" "$(w $name merge)" "$(w $name copy)" \
       at-most 2.5
   done
-  goal "scratch to merge: rand2" "$(u rand2 scratch)" "$(u rand2 merge)" \
-    at-least 11
-  goal "scratch to merge: ecoli3" "$(u ecoli3 scratch)" "$(u ecoli3 merge)" \
-    at-least 5
-  goal "scratch to merge: pan16" "$(u pan16 scratch)" "$(u pan16 merge)" \
-    at-least 1.2
-  for name in staph5 strains12; do
+  for name in rand2 ecoli3 staph5 pan16 strains12 pan64 phylo64 pan1024 k4096; do
     goal "scratch to merge: $name" "$(u $name scratch)" "$(u $name merge)" \
       at-least 1
   done
