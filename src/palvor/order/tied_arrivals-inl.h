@@ -68,6 +68,13 @@ class TiedArrivals {
     return makeState(kTiedEntry, kTied | kLong << kLengthShift | k);
   }
 
+  // The rows that a walk compares with a suffix of this key on its way to the
+  // first one that has it.
+  static HWY_INLINE Bits comparedBefore(const Rows<kRoom>& rows, int64_t key,
+                                        int first) {
+    return rows.sharing(key) & rowsBelow<kRoom>(first) & ~Bits{1};
+  }
+
   Cost& cost_;
   const PackedString* strings_;
   RowTables& rows_;
@@ -96,8 +103,7 @@ HWY_INLINE bool TiedArrivals<kRoom>::wait(Rows<kRoom>& rows, int k, int64_t key,
     if (!known) return false;
   }
   tiedRows_.come(k, entry, end == rows_.count);
-  counted.compare(rows, static_cast<Bits>(rows.sharing(key) &
-                                          rowsBelow<kRoom>(first) & ~Bits{1}));
+  counted.compare(rows, comparedBefore(rows, key, first));
   counted.settled++;  // the own entry
   counted.positions += first;
   rows.move(rowsBelow<kRoom>(end - 1), key, stateOf(k));
@@ -120,8 +126,7 @@ HWY_NOINLINE int TiedArrivals<kRoom>::followAlike(int64_t key, Suffix* suffixes,
   if ((own == outside) != isUnchanged) return 0;
   Walked each;
   each.settled = 1;  // the own entry
-  each.compare(rows, static_cast<Bits>(rows.sharing(key) &
-                                       rowsBelow<kRoom>(first) & ~Bits{1}));
+  each.compare(rows, comparedBefore(rows, key, first));
 
   int count = 0;
   int64_t states[kRoom];

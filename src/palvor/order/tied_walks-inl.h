@@ -131,9 +131,9 @@ class TiedWalks {
   int32_t visits_[kNumbers];
 };
 
-// Words of strings that are examined, as wordsExamined tells it: of a suffix
-// with this visit and another with which it has this entry, where `known` bits,
-// 64 or more, were known.
+// Words of strings that are examined, but for one, as wordsExamined tells it:
+// of a suffix with this visit and another with which it has this entry, where
+// `known` bits, 64 or more, were known.
 HWY_INLINE Ints wordsOf(Ints visit, Ints known, Ints entry) {
   const Ints start = hn::And(visit, allInts(31));
   // The bit that differs, or the last one, if they agree up to the end of one:
